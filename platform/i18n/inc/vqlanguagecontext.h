@@ -1,0 +1,51 @@
+/// \file
+/// The process-wide language context: defaults for new texts, the code sets by number, the languages by number and
+/// name.
+///
+/// The defaults are read without a lock; whoever changes them while other threads use the library serialises that.
+#ifndef VQLANGUAGECONTEXT_H
+#define VQLANGUAGECONTEXT_H
+
+#include "vqcodeset.h"
+
+/// Process-wide defaults and queries. All members are static.
+class VQI18N_API VqLanguageContext {
+  public:
+    /// The code set that code 0 stands for. At start 1 (Windows-1252).
+    static unsigned char GetNativeCodeSet();
+    static void SetNativeCodeSet(unsigned char codeSet);
+    /// The code set of a default-constructed string. At start 1.
+    static unsigned char GetDefaultCodeSet();
+    static void SetDefaultCodeSet(unsigned char codeSet);
+    /// The code set of strings made from 1-byte texts. At start 1.
+    static unsigned char GetDefault8CodeSet();
+    static void SetDefault8CodeSet(unsigned char codeSet);
+    /// The code set of strings made from 2-byte texts. At start 253 (Unicode).
+    static unsigned char GetDefault16CodeSet();
+    static void SetDefault16CodeSet(unsigned char codeSet);
+    /// The language of new strings. At start 0 (neutral).
+    static unsigned char GetDefaultLanguage();
+    static void SetDefaultLanguage(unsigned char language);
+    /// The comparison operation that stands behind 65535. At start 0x10 (exact).
+    static unsigned short GetDefaultCmpOp();
+    static void SetDefaultCmpOp(unsigned short op);
+
+    /// The code set of that number; 0 gives the native one. Null for a code that stands for no set.
+    static const VqCodeSet* QueryCodeSet(unsigned char codeSet);
+
+    /// The language's English name in lower case ("german"), or null for a code that stands for no language. Static
+    /// text.
+    static const char* GetLanguageName(unsigned char language);
+    /// Finds a language by its English name, in any case. Returns its code, or -1 when there is none of that name.
+    static int FindLanguage(const char* name);
+
+    /// The version of all orders together: changes whenever any two texts change places in any language, so that a file
+    /// sorted under another version can be told.
+    static unsigned long GetOrderVersion();
+};
+
+/// Attaches (`attach` non-zero) or detaches (0) the library for this process. Attaching sets every default of the
+/// context to its start value; detaching does the same, so that a later attach finds nothing of the earlier use.
+extern "C" VQI18N_API void ___VqI18NContext(int attach);
+
+#endif
