@@ -1,0 +1,108 @@
+/// \file
+/// Ground of the type library: export mark, widths, status codes, format bits, comparison operations, type identifiers.
+///
+/// Every number here stands in files or travels through the interface; none is ever reused for another meaning.
+#ifndef VQDEFS_H
+#define VQDEFS_H
+
+#include <cstdint>
+
+#if defined(VQTM_STATIC)
+#define VQTM_API
+#elif defined(_WIN32)
+#ifdef VQTM_BUILD
+#define VQTM_API __declspec(dllexport)
+#else
+#define VQTM_API __declspec(dllimport)
+#endif
+#else
+#define VQTM_API __attribute__((visibility("default")))
+#endif
+
+using VqByte = unsigned char;
+using VqWord = unsigned short;
+using VqDWord = std::uint32_t;
+
+/// Status codes. Functions return them, or write them through an `int&` status argument.
+enum VqStatus : int {
+    VqStatus_Ok = 0,
+    VqStatus_BufferEnd = 2101,      ///< an operand's buffer ends before its next element
+    VqStatus_NotSupported = -2999,  ///< the question is not supported, or a string element is malformed
+    VqStatus_Refused = -2002,  ///< a code-set change or a copy onto itself that is refused; an order of another kind
+    VqStatus_NoMoreItems = -2005,      ///< a split list has no more items
+    VqStatus_UnknownTimeZone = -2171,  ///< the time zone has no known offset
+};
+
+/// Bits of the format byte that every store, load, size and compare function takes.
+enum VqFormat : unsigned char {
+    VqFormat_LittleEndian = 0x01,  ///< byte order of the disk form: low byte first (as every code but 2 means)
+    VqFormat_BigEndian = 0x02,     ///< byte order of the disk form: high byte first
+    VqFormat_Memory = 0x08,        ///< the data is in memory form
+    VqFormat_OrderMask = 0x0F,     ///< the byte-order code
+    VqFormat_ToNative = 0x20,      ///< string sizes: every set but the null value's counts as native
+    VqFormat_FromNative = 0x40,    ///< string sizes: the native set counts as the set that it stands for
+    VqFormat_Widest = 0x80,        ///< string sizes: room for the longest form in any code set
+};
+
+/// Bits of a string comparison operation.
+enum VqCmp : unsigned short {
+    VqCmp_Exact = 0x10,          ///< the second text is no pattern; in the native set: bytes
+    VqCmp_IgnoreCase = 0x20,     ///< case does not decide
+    VqCmp_IgnoreAccents = 0x40,  ///< accents do not decide
+    VqCmp_Report = 0x80,         ///< write the primary difference found so far through `out`
+    VqCmp_KeyOnly = 0x100,       ///< compare key by key, without levels or wildcards
+    VqCmp_Default = 65535,       ///< the class-wide default operation
+};
+
+/// The language byte, and with language 0 the code-set byte, of the null string.
+constexpr unsigned char VqNullMark = 254;
+
+/// Type identifiers: the row of each type in the descriptor table, and what objects on disk say of their members.
+enum VqTypeId : char {
+    VqTypeId_char = 0,
+    VqTypeId_short = 1,
+    VqTypeId_long = 2,
+    VqTypeId_double = 3,
+    VqTypeId_float = 4,
+    VqTypeId_VqWord = 5,
+    VqTypeId_VqDWord = 6,
+    VqTypeId_int = 7,
+    VqTypeId_unsigned = 8,
+    VqTypeId_enum = 9,
+    VqTypeId_VqByte = 10,
+    VqTypeId_VqString = 11,
+    VqTypeId_VqDate = 12,
+    VqTypeId_VqTime = 13,
+    VqTypeId_BlockId = 14,
+    VqTypeId_VqObjId = 15,
+    VqTypeId_VqClassId = 16,
+    VqTypeId_VqRef = 17,
+    VqTypeId_VqBlob = 18,
+    VqTypeId_VqDateTime = 19,
+    VqTypeId_VqIString = 20,
+    VqTypeId_VqCaseIString = 21,
+    VqTypeId_d_Date = 22,
+    VqTypeId_d_Time = 23,
+    VqTypeId_d_Timestamp = 24,
+    VqTypeId_d_Interval = 25,
+    VqTypeId_VqInt64 = 26,
+    VqTypeId_VqBoolean = 27,
+    VqTypeId_VqNull_char = 28,
+    VqTypeId_VqNull_uchar = 29,
+    VqTypeId_VqNull_short = 30,
+    VqTypeId_VqNull_ushort = 31,
+    VqTypeId_VqNull_int = 32,
+    VqTypeId_VqNull_unsigned = 33,
+    VqTypeId_VqNull_long = 34,
+    VqTypeId_VqNull_ulong = 35,
+    VqTypeId_VqNull_float = 36,
+    VqTypeId_VqNull_double = 37,
+    VqTypeId_VqNull_VqInt64 = 38,
+    VqTypeId_VqSeal = 39,
+    VqTypeId_illegal = 40,
+};
+
+/// Number of rows of the current descriptor table.
+constexpr int VqTypeCount = 41;
+
+#endif

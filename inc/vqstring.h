@@ -1,0 +1,233 @@
+/// \file
+/// VqString: a text with a code set and a language.
+///
+/// A string owns one buffer of exactly its size: the characters, then one zero character. Characters are 1 or 2 bytes
+/// wide, chosen by the code set's number alone: below 225 one byte, from 225 up two bytes in the machine's own order.
+/// The length is not kept: it is the number of characters before the first zero character. Positions and counts are in
+/// characters.
+///
+/// A string belongs to one thread at a time. Pointers into a string (StrGet) and positions (VqChar) are valid until its
+/// next change.
+#ifndef VQSTRING_H
+#define VQSTRING_H
+
+#include <cstdint>
+
+#include "vqdefs.h"
+
+class VqChar;
+
+class VQTM_API VqString {
+  public:
+    /// A count that means all characters, or up to the end.
+    static constexpr unsigned short All = 65535;
+    /// The largest buffer in bytes, zero character included; what would be longer is reported and cut.
+    static constexpr unsigned MaxSize = 65533;
+
+    // --- Construction
+    // ------------------------------------------------------------------------------------------------- Text given by
+    // pointer is taken to be in the string's code set as it stands. Null or empty text gives no buffer.
+
+    /// Empty, in the default code set and language.
+    VqString();
+    /// Empty, in the given code set and language.
+    VqString(unsigned char codeSet, unsigned char language);
+    VqString(const VqString& other);
+    /// Takes over the other's buffer, code set and language; the other is left without a buffer.
+    VqString(VqString&& other) noexcept;
+    /// The one character `c` in the default 8-bit code set; empty when it is zero.
+    VqString(char c);
+    /// The one character `c` in the default 16-bit code set; empty when it is zero.
+    VqString(unsigned short c);
+    /// The text up to its zero character, in the default 8-bit code set.
+    VqString(const char* text);
+    /// The text up to its zero unit, in the default 16-bit code set.
+    VqString(const unsigned short* text);
+    /// The first `n` characters of `text`; All means up to the zero character.
+    VqString(const char* text, unsigned short n);
+    VqString(const unsigned short* text, unsigned short n);
+    // The number in decimal, in the default 8-bit code set.
+    VqString(short value);
+    VqString(int value);
+    /// Prints like an int, so that values from 2147483648 up appear negative: stored texts depend on it.
+    VqString(unsigned int value);
+    VqString(long value);
+    VqString(unsigned long value);
+    /// Fifteen significant digits, as "%.15g" prints them.
+    VqString(double value);
+    ~VqString();
+
+    /// Releases the buffer; code set and language become 0.
+    void Destroy();
+    /// The hook by which an object's deactivation releases a string member: Destroy.
+    void d_deactivate();
+    /// Moves: takes over the other's buffer, size, code set and language, and leaves the other without a buffer but
+    /// with its code set and language. A string moved onto itself stays.
+    void Destruct(VqString& other);
+
+    // --- Assignment and appending
+    // -------------------------------------------------------------------------------------
+
+    VqString& operator=(const VqString& other);
+    VqString& operator=(VqString&& other) noexcept;
+    /// Takes the text in the default 8-bit code set and the default language, whatever the string had before.
+    VqString& operator=(const char* text);
+    /// The same with the default 16-bit code set.
+    VqString& operator=(const unsigned short* text);
+
+    /// Appends the other's text, mapped into this string's code set where they differ.
+    VqString& operator+=(const VqString& other);
+
+    VqString& operator<<(char c);
+    VqString& operator<<(const char* text);
+    VqString& operator<<(const unsigned short* text);
+    VqString& operator<<(const VqString& other);
+    VqString& operator<<(short value);
+    VqString& operator<<(int value);
+    VqString& operator<<(unsigned int value);
+    VqString& operator<<(long value);
+    VqString& operator<<(unsigned long value);
+    VqString& operator<<(double value);
+    VqString& operator<<(float value);
+    /// The odd one: a decimal number into a 1-byte string, one character into a 2-byte string.
+    VqString& operator<<(unsigned short value);
+
+    /// Replaces the contents by `n` characters of `text` in `codeSet` (All: up to the zero character), mapped into this
+    /// string's code set where they differ. Null text or no characters leave the string without a buffer. `order` is
+    /// the byte order of 2-byte characters: 2 for high byte first, 255 and any other for the machine's own.
+    void AssignChars(const void* text, unsigned char codeSet, unsigned short n, unsigned char order = 255);
+
+    // --- Access
+    // -------------------------------------------------------------------------------------------------------
+
+    /// Characters before the zero character.
+    unsigned short Len() const;
+    /// Bytes of the buffer, zero character included; 0 without a buffer.
+    unsigned short GetSize() const { return size_; }
+    bool IsEmpty() const;
+    bool operator!() const { return IsEmpty(); }
+    /// The characters, never null: a string without a buffer gives a shared empty text.
+    const char* StrGet() const;
+    /// The character at `i`, through which the string can be written; `i` up to Len(), which is the zero character. Any
+    /// other `i` gives a zero character with code set and language 255.
+    VqChar operator[](int i);
+    /// The same for reading only.
+    VqChar operator[](int i) const;
+
+    unsigned char GetCodeSet() const { return codeSet_; }
+    unsigned char GetLanguage() const { return language_; }
+    void SetLanguage(unsigned char language) { language_ = language; }
+
+    // --- Numbers
+    // ------------------------------------------------------------------------------------------------------ Integers
+    // are read as `strtol` with base 0 does (0x: hexadecimal, leading 0: octal), or as `atol` where the lowest bit of
+    // the library's option byte is set. They saturate at the limits of 32 bits on every target. Text without a number
+    // gives 0.
+
+    operator int() const;
+    operator short() const;
+    operator long() const;
+    /// The number at the start of the text, as `atof` reads it in the C locale.
+    operator double() const;
+    /// Reads a decimal number. Returns 0, or -1 with `out` 0 when the text starts with neither a digit nor '-'.
+    int Atol(long& out) const;
+    /// As Atol with base 0.
+    int Strtol(long& out) const;
+
+    // --- Code set
+    // -----------------------------------------------------------------------------------------------------
+
+    /// Relabels without touching a byte. VqStatus_Refused when the character sizes differ.
+    short SetCodeSetCode(unsigned char codeSet);
+    /// Changes the code set; maps the text only where the character sizes differ. Code set 0 maps into the native set.
+    /// Always 0.
+    short SetCodeSet(unsigned char codeSet);
+    /// Maps the text into `codeSet`, also between sets of equal character size. VqStatus_Refused for code set 0.
+    short MapToCodeSet(unsigned char codeSet);
+    /// Becomes `src`'s text mapped into `codeSet`, with `src`'s language; at most `n` characters, or all for -1.
+    /// Returns the low 16 bits of the new size in bytes, or VqStatus_Refused when `src` is this string.
+    short CopyMapped(const VqString& src, unsigned char codeSet, short n = -1);
+
+    // The class-wide defaults; the language context holds them. They are read at each construction and never change
+    // strings that exist.
+    static unsigned char GetDefaultCodeSet();
+    static unsigned char GetDefaultLanguage();
+    static unsigned char GetDefault8CodeSet();
+    static unsigned char GetDefault16CodeSet();
+    static unsigned short GetDefaultCmpOp();
+    static void SetDefaultCodeSet(unsigned char codeSet);
+    static void SetDefaultLanguage(unsigned char language);
+    static void SetDefaultCmpOp(unsigned short op);
+
+    // --- Null
+    // ---------------------------------------------------------------------------------------------------------
+
+    /// True when the language is 254, or the code set is 254 and the language 0.
+    bool IsNullValue() const;
+    /// Releases the text and marks the string null (code set 0, language 254). Returns 0.
+    int SetNullValue();
+
+    // --- Comparison
+    // ---------------------------------------------------------------------------------------------------
+
+    /// Negative, 0 or positive by the collation of both languages (VqStrCmp): at most `n` characters, -1 for all, under
+    /// operation `op` (VqCmp bits; VqCmp_Default: the class-wide one).
+    int Compare(const VqString& other, short n = -1, unsigned short op = VqCmp_Default) const;
+    bool operator==(const VqString& other) const;
+    bool operator!=(const VqString& other) const { return !(*this == other); }
+    bool operator<(const VqString& other) const { return Compare(other) < 0; }
+    bool operator>(const VqString& other) const { return Compare(other) > 0; }
+    bool operator<=(const VqString& other) const { return Compare(other) <= 0; }
+    bool operator>=(const VqString& other) const { return Compare(other) >= 0; }
+    /// Equal key by key; two different languages count as the neutral one.
+    bool EqualsIgnoreLanguage(const VqString& other) const;
+
+  private:
+    friend class VqChar;
+
+    enum SpliceMode { Overwrite = 1, InsertAt = 2, TruncateAndWrite = 3 };
+    struct Splice;
+
+    void SpliceChars(const Splice& splice);
+    template <class T>
+    void AssignNumber(T value);
+    unsigned CharSize() const { return codeSet_ < 225 ? 1 : 2; }
+
+    char* buffer_ = nullptr;
+    std::uint16_t size_ = 0;
+    std::uint8_t codeSet_ = 0;
+    std::uint8_t language_ = 0;
+};
+
+/// The texts of `a` and `b` one after the other, in a's code set and language.
+VQTM_API VqString operator+(const VqString& a, const VqString& b);
+VQTM_API VqString operator+(const VqString& a, const char* b);
+VQTM_API VqString operator+(const char* a, const VqString& b);
+
+// --- Rows of the descriptor table: disk form (see docs/formats.md)
+// ------------------------------------------------------
+
+/// Writes `count` strings to their disk records: 16-bit length of what follows, code set, language, characters, 0x00,
+/// 0xFF. A text too long for the 16-bit length is cut to what fits. Returns the bytes written.
+VQTM_API unsigned long StringStore(void* dst, const void* src, unsigned char format, unsigned long count);
+/// Reads `count` strings in the current or the legacy layout, told apart by the first record's last byte. Returns the
+/// bytes consumed. Trusts the lengths: StringSizeGetFromMemFile guards bytes from elsewhere.
+VQTM_API unsigned long StringLoad(void* dst, const void* src, unsigned char format, unsigned long count);
+/// Disk bytes of `count` null strings: 6 each.
+VQTM_API unsigned long StringNullSizeGet(unsigned long count);
+/// Disk bytes of `count` strings, in memory form when `dataFormat` has VqFormat_Memory, else as disk records.
+VQTM_API unsigned long StringSizeGet(const void* data, unsigned char dataFormat, unsigned char format,
+                                     unsigned long count);
+class MemFile;
+/// Disk bytes of the `count` records at the file's position, which stays. 65535 for the record that would run past the
+/// file's end and for each one after it.
+VQTM_API unsigned long StringSizeGetFromMemFile(MemFile* file, unsigned char format, unsigned long count);
+
+/// The same for the legacy layout: one 16-bit count of the bytes that follow, then each text as 1-byte characters of
+/// the native code set with its zero character.
+VQTM_API unsigned long LegacyStringStore(void* dst, const void* src, unsigned char format, unsigned long count);
+VQTM_API unsigned long LegacyStringSizeGet(const void* data, unsigned char dataFormat, unsigned char format,
+                                           unsigned long count);
+VQTM_API unsigned long LegacyStringSizeGetFromMemFile(MemFile* file, unsigned char format, unsigned long count);
+
+#endif
