@@ -189,6 +189,7 @@ class VQTM_API VqString {
     struct Splice;
 
     void SpliceChars(const Splice& splice);
+    void TakeMapped(const VqString& src, unsigned char codeSet, unsigned short most);
     template <class T>
     void AssignNumber(T value);
     unsigned CharSize() const { return codeSet_ < 225 ? 1 : 2; }

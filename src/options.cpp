@@ -1,0 +1,7 @@
+#include "options.h"
+
+namespace vq {
+
+std::uint32_t optionBlock = 0;
+
+}  // namespace vq

@@ -1,0 +1,446 @@
+#include "vqstring.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstring>
+#include <memory>
+
+#include "numbertext.h"
+#include "options.h"
+#include "strcompare.h"
+#include "textunit.h"
+#include "vqbase.h"
+#include "vqchar.h"
+
+using vq::CharSizeOf;
+
+namespace {
+
+// Reads as an empty text of either character size.
+constexpr char emptyText[4] = {};
+
+// Longest text of one number: "-" and 10 or 20 digits, or fifteen digits with sign, point and exponent.
+constexpr std::size_t NumberRoom = 32;
+
+void ReportOverflow() {
+    const VqConfig* config = DefaultConfig(-1);
+    if (config == nullptr || config->GetInt("debug", "stringOverflow", 0) != 0) {
+        VIQA_assert("\"String overflow\" && 0", "src\\vqstring", 1361);
+    }
+}
+
+// Bytes of a buffer that a wanted size gets: too large a size is reported and cut to whole characters.
+std::size_t LimitedSize(std::size_t wanted, unsigned charSize) {
+    if (wanted <= VqString::MaxSize) return wanted;
+    ReportOverflow();
+    return VqString::MaxSize - VqString::MaxSize % charSize;
+}
+
+// A text mapped into another code set, with its zero character.
+struct MappedText {
+    std::unique_ptr<char[]> text;
+    std::size_t size;  // bytes, zero character included
+};
+
+// Maps `text` up to its zero character, at most `most` characters.
+MappedText MapCodeSet(const char* text, unsigned char from, unsigned char to, std::size_t most, unsigned char order) {
+    const unsigned sourceSize = CharSizeOf(from), targetSize = CharSizeOf(to);
+    std::size_t length = 0;
+    while (length < most && vq::LoadChar(text + length * sourceSize, sourceSize) != 0) ++length;
+    const std::size_t size = LimitedSize((length + 1) * targetSize, targetSize);
+    length = size / targetSize - 1;
+
+    MappedText mapped{std::make_unique<char[]>(size), size};
+    const VqCodeSet& source = vq::CodeSetOf(from);
+    const VqCodeSet& target = vq::CodeSetOf(to);
+    for (std::size_t i = 0; i < length; ++i) {
+        const unsigned short code = vq::LoadChar(text + i * sourceSize, sourceSize, order);
+        vq::StoreChar(mapped.text.get() + i * targetSize, targetSize, vq::MapCode(code, source, target));
+    }
+    return mapped;
+}
+
+// Appends pieces to a buffer of fixed room; what does not fit is left out.
+class BoundedWriter {
+  public:
+    BoundedWriter(char* out, std::size_t room) : out_(out), room_(room) {}
+
+    void Append(const char* bytes, std::size_t n) {
+        n = std::min(n, room_);
+        if (n != 0) std::memcpy(out_, bytes, n);
+        Advance(n);
+    }
+    // Characters of two bytes, high byte first.
+    void AppendSwapped(const char* bytes, std::size_t n) {
+        n = std::min(n, room_);
+        ShortStore(out_, bytes, VqFormat_BigEndian, n / 2);
+        Advance(n);
+    }
+    void AppendRepeated(unsigned short code, unsigned charSize, std::size_t n) {
+        n = std::min(n, room_ / charSize);
+        for (std::size_t i = 0; i < n; ++i) vq::StoreChar(out_ + i * charSize, charSize, code);
+        Advance(n * charSize);
+    }
+
+  private:
+    void Advance(std::size_t n) {
+        out_ += n;
+        room_ -= n;
+    }
+
+    char* out_;
+    std::size_t room_;  // bytes
+};
+
+template <class T>
+std::to_chars_result PrintNumber(char* first, char* last, T value) {
+    return std::to_chars(first, last, value);
+}
+
+std::to_chars_result PrintNumber(char* first, char* last, double value) {
+    return std::to_chars(first, last, value, std::chars_format::general, 15);
+}
+
+}  // namespace
+
+// --- The editing engine
+// -------------------------------------------------------------------------------------------------
+
+// One change of a string's contents. Positions and counts are in characters.
+struct VqString::Splice {
+    SpliceMode mode;
+    const void* source;  // may be the target's own buffer
+    unsigned char codeSet;
+    std::size_t position;  // in the target
+    std::size_t start;     // in the source
+    std::size_t count;     // taken from the source, and in mode Overwrite replaced in the target
+    std::size_t repeat;    // more than 1: the source's first character so often
+    unsigned char order;   // byte order of the source's 2-byte characters
+};
+
+void VqString::SpliceChars(const Splice& splice) {
+    const unsigned z = CharSize();
+    const char* source = static_cast<const char*>(splice.source);
+    std::size_t start = splice.start;
+    unsigned char order = splice.order;
+    if (splice.mode != TruncateAndWrite &&
+        (source == nullptr || vq::LoadChar(source, CharSizeOf(splice.codeSet)) == 0)) {
+        return;
+    }
+
+    MappedText mapped;
+    if ((splice.codeSet != 0 && splice.codeSet != codeSet_) || CharSizeOf(splice.codeSet) != z) {
+        const unsigned sourceSize = CharSizeOf(splice.codeSet);
+        mapped = MapCodeSet(source + start * sourceSize, splice.codeSet, codeSet_, splice.count, order);
+        source = mapped.text.get();
+        start = 0;
+        order = 1;
+    }
+
+    const std::size_t oldText = size_ != 0 ? size_ - z : 0;
+    const std::size_t head = std::min(splice.position * z, oldText);
+    const std::size_t inserted = splice.count * z * splice.repeat;
+    const std::size_t tailStart = splice.mode == Overwrite ? std::min(head + inserted, oldText) : head;
+    const std::size_t tail = splice.mode == TruncateAndWrite ? 0 : oldText - tailStart;
+    const std::size_t size = LimitedSize(head + inserted + tail + z, z);
+
+    std::unique_ptr<char[]> buffer(new char[size]);
+    BoundedWriter out(buffer.get(), size - z);
+    out.Append(buffer_, head);
+    if (splice.repeat > 1) {
+        out.AppendRepeated(vq::LoadChar(source, z, order), z, splice.count * splice.repeat);
+    } else if (z == 2 && order == vq::OrderHighFirst) {
+        out.AppendSwapped(source + start * z, inserted);
+    } else {
+        out.Append(source + start * z, inserted);
+    }
+    if (tail != 0) out.Append(buffer_ + tailStart, tail);
+    std::memset(buffer.get() + size - z, 0, z);
+
+    delete[] buffer_;
+    buffer_ = buffer.release();
+    size_ = static_cast<std::uint16_t>(size);
+}
+
+void VqString::AssignChars(const void* text, unsigned char codeSet, unsigned short n, unsigned char order) {
+    const std::size_t count = text == nullptr ? 0
+                              : n == All      ? vq::TextLength(text, CharSizeOf(codeSet))
+                                              : std::size_t{n};
+    if (count == 0) {
+        delete[] buffer_;
+        buffer_ = nullptr;
+        size_ = 0;
+        return;
+    }
+    SpliceChars({TruncateAndWrite, text, codeSet, 0, 0, count, 1, order});
+}
+
+template <class T>
+void VqString::AssignNumber(T value) {
+    char text[NumberRoom];
+    const auto [end, error] = PrintNumber(text, text + sizeof text, value);
+    AssignChars(text, codeSet_, static_cast<unsigned short>(end - text));
+}
+
+// --- Construction
+// -------------------------------------------------------------------------------------------------------
+
+VqString::VqString() : VqString(GetDefaultCodeSet(), GetDefaultLanguage()) {}
+
+VqString::VqString(unsigned char codeSet, unsigned char language) : codeSet_(codeSet), language_(language) {}
+
+VqString::VqString(const VqString& other) : VqString(other.codeSet_, other.language_) {
+    AssignChars(other.buffer_, other.codeSet_, All);
+}
+
+VqString::VqString(VqString&& other) noexcept { Destruct(other); }
+
+VqString::VqString(char c) : VqString(&c, static_cast<unsigned short>(c != 0)) {}
+
+VqString::VqString(unsigned short c) : VqString(&c, static_cast<unsigned short>(c != 0)) {}
+
+VqString::VqString(const char* text) : VqString(text, All) {}
+
+VqString::VqString(const unsigned short* text) : VqString(text, All) {}
+
+VqString::VqString(const char* text, unsigned short n) : VqString(GetDefault8CodeSet(), GetDefaultLanguage()) {
+    AssignChars(text, codeSet_, n);
+}
+
+VqString::VqString(const unsigned short* text, unsigned short n)
+    : VqString(GetDefault16CodeSet(), GetDefaultLanguage()) {
+    AssignChars(text, codeSet_, n);
+}
+
+VqString::VqString(short value) : VqString(static_cast<int>(value)) {}
+
+VqString::VqString(int value) : VqString(GetDefault8CodeSet(), GetDefaultLanguage()) { AssignNumber(value); }
+
+VqString::VqString(unsigned int value) : VqString(static_cast<int>(value)) {}
+
+VqString::VqString(long value) : VqString(GetDefault8CodeSet(), GetDefaultLanguage()) { AssignNumber(value); }
+
+VqString::VqString(unsigned long value) : VqString(GetDefault8CodeSet(), GetDefaultLanguage()) { AssignNumber(value); }
+
+VqString::VqString(double value) : VqString(GetDefault8CodeSet(), GetDefaultLanguage()) { AssignNumber(value); }
+
+VqString::~VqString() { Destroy(); }
+
+void VqString::Destroy() {
+    delete[] buffer_;
+    buffer_ = nullptr;
+    size_ = 0;
+    codeSet_ = 0;
+    language_ = 0;
+}
+
+void VqString::d_deactivate() { Destroy(); }
+
+void VqString::Destruct(VqString& other) {
+    if (&other == this) return;
+    delete[] buffer_;
+    buffer_ = other.buffer_;
+    size_ = other.size_;
+    codeSet_ = other.codeSet_;
+    language_ = other.language_;
+    other.buffer_ = nullptr;
+    other.size_ = 0;
+}
+
+// --- Assignment and appending
+// -------------------------------------------------------------------------------------------
+
+// The new text is made before the old one goes: the argument may point into it.
+
+VqString& VqString::operator=(const VqString& other) {
+    if (&other == this) return *this;
+    VqString copy(other);
+    Destruct(copy);
+    return *this;
+}
+
+VqString& VqString::operator=(VqString&& other) noexcept {
+    Destruct(other);
+    return *this;
+}
+
+VqString& VqString::operator=(const char* text) { return *this = VqString(text); }
+
+VqString& VqString::operator=(const unsigned short* text) { return *this = VqString(text); }
+
+VqString& VqString::operator+=(const VqString& other) {
+    if (const unsigned short count = other.Len()) {
+        SpliceChars({TruncateAndWrite, other.buffer_, other.codeSet_, Len(), 0, count, 1, 1});
+    }
+    return *this;
+}
+
+VqString& VqString::operator<<(char c) { return *this += VqString(c); }
+
+VqString& VqString::operator<<(const char* text) { return *this += VqString(text); }
+
+VqString& VqString::operator<<(const unsigned short* text) { return *this += VqString(text); }
+
+VqString& VqString::operator<<(const VqString& other) { return *this += other; }
+
+VqString& VqString::operator<<(short value) { return *this += VqString(value); }
+
+VqString& VqString::operator<<(int value) { return *this += VqString(value); }
+
+VqString& VqString::operator<<(unsigned int value) { return *this += VqString(value); }
+
+VqString& VqString::operator<<(long value) { return *this += VqString(value); }
+
+VqString& VqString::operator<<(unsigned long value) { return *this += VqString(value); }
+
+VqString& VqString::operator<<(double value) { return *this += VqString(value); }
+
+VqString& VqString::operator<<(float value) { return *this += VqString(static_cast<double>(value)); }
+
+VqString& VqString::operator<<(unsigned short value) {
+    return *this += CharSize() == 1 ? VqString(static_cast<unsigned int>(value)) : VqString(value);
+}
+
+VqString operator+(const VqString& a, const VqString& b) {
+    VqString sum(a.GetCodeSet(), a.GetLanguage());
+    sum += a;
+    sum += b;
+    return sum;
+}
+
+VqString operator+(const VqString& a, const char* b) { return a + VqString(b); }
+
+VqString operator+(const char* a, const VqString& b) { return VqString(a) + b; }
+
+// --- Access
+// -------------------------------------------------------------------------------------------------------------
+
+unsigned short VqString::Len() const {
+    if (buffer_ == nullptr) return 0;
+    return static_cast<unsigned short>(vq::TextLength(buffer_, CharSize()));
+}
+
+bool VqString::IsEmpty() const { return buffer_ == nullptr || vq::LoadChar(buffer_, CharSize()) == 0; }
+
+const char* VqString::StrGet() const { return buffer_ != nullptr ? buffer_ : emptyText; }
+
+VqChar VqString::operator[](int i) {
+    if (i < 0 || i > Len()) return VqChar(0, 255, 255);
+    return VqChar(*this, i * static_cast<int>(CharSize()));
+}
+
+VqChar VqString::operator[](int i) const {
+    if (i < 0 || i > Len()) return VqChar(0, 255, 255);
+    return VqChar(vq::LoadChar(StrGet() + i * static_cast<int>(CharSize()), CharSize()), codeSet_, language_);
+}
+
+// --- Numbers
+// ------------------------------------------------------------------------------------------------------------
+
+VqString::operator long() const {
+    return vq::ParseLong(StrGet(), CharSize(), vq::optionBlock & vq::OptionDecimalNumbers ? 10 : 0);
+}
+
+VqString::operator int() const { return static_cast<int>(static_cast<long>(*this)); }
+
+VqString::operator short() const { return static_cast<short>(static_cast<long>(*this)); }
+
+VqString::operator double() const { return vq::ParseDouble(StrGet(), CharSize()); }
+
+namespace {
+
+int ParseStarted(const VqString& text, int base, long& out) {
+    out = 0;
+    const VqChar first = text[0];
+    if (!first.IsDigit() && first.GetCode() != '-') return -1;
+    out = vq::ParseLong(text.StrGet(), CharSizeOf(text.GetCodeSet()), base);
+    return 0;
+}
+
+}  // namespace
+
+int VqString::Atol(long& out) const { return ParseStarted(*this, 10, out); }
+
+int VqString::Strtol(long& out) const { return ParseStarted(*this, 0, out); }
+
+// --- Code set
+// -----------------------------------------------------------------------------------------------------------
+
+short VqString::SetCodeSetCode(unsigned char codeSet) {
+    if (CharSizeOf(codeSet) != CharSize()) return VqStatus_Refused;
+    codeSet_ = codeSet;
+    return VqStatus_Ok;
+}
+
+short VqString::SetCodeSet(unsigned char codeSet) {
+    if (CharSizeOf(codeSet) != CharSize()) TakeMapped(*this, codeSet, All);
+    codeSet_ = codeSet;
+    return VqStatus_Ok;
+}
+
+short VqString::MapToCodeSet(unsigned char codeSet) {
+    if (codeSet == 0) return VqStatus_Refused;
+    if (codeSet != codeSet_) TakeMapped(*this, codeSet, All);
+    codeSet_ = codeSet;
+    return VqStatus_Ok;
+}
+
+short VqString::CopyMapped(const VqString& src, unsigned char codeSet, short n) {
+    if (&src == this) return VqStatus_Refused;
+    TakeMapped(src, codeSet, static_cast<unsigned short>(n));
+    codeSet_ = codeSet;
+    language_ = src.language_;
+    return static_cast<short>(size_);
+}
+
+// Replaces the buffer by at most `most` characters of `src`'s text, mapped into `codeSet`; `src` may be this string.
+void VqString::TakeMapped(const VqString& src, unsigned char codeSet, unsigned short most) {
+    MappedText mapped{nullptr, 0};
+    if (src.buffer_ != nullptr) mapped = MapCodeSet(src.buffer_, src.codeSet_, codeSet, most, 1);
+    delete[] buffer_;
+    buffer_ = mapped.text.release();
+    size_ = static_cast<std::uint16_t>(mapped.size);
+}
+
+unsigned char VqString::GetDefaultCodeSet() { return VqLanguageContext::GetDefaultCodeSet(); }
+
+unsigned char VqString::GetDefaultLanguage() { return VqLanguageContext::GetDefaultLanguage(); }
+
+unsigned char VqString::GetDefault8CodeSet() { return VqLanguageContext::GetDefault8CodeSet(); }
+
+unsigned char VqString::GetDefault16CodeSet() { return VqLanguageContext::GetDefault16CodeSet(); }
+
+unsigned short VqString::GetDefaultCmpOp() { return VqLanguageContext::GetDefaultCmpOp(); }
+
+void VqString::SetDefaultCodeSet(unsigned char codeSet) { VqLanguageContext::SetDefaultCodeSet(codeSet); }
+
+void VqString::SetDefaultLanguage(unsigned char language) { VqLanguageContext::SetDefaultLanguage(language); }
+
+void VqString::SetDefaultCmpOp(unsigned short op) { VqLanguageContext::SetDefaultCmpOp(op); }
+
+// --- Null
+// ---------------------------------------------------------------------------------------------------------------
+
+bool VqString::IsNullValue() const { return vq::IsNullText(codeSet_, language_); }
+
+int VqString::SetNullValue() {
+    Destroy();
+    language_ = VqNullMark;
+    return VqStatus_Ok;
+}
+
+// --- Comparison
+// ---------------------------------------------------------------------------------------------------------
+
+int VqString::Compare(const VqString& other, short n, unsigned short op) const {
+    if (op == VqCmp_Default) op = GetDefaultCmpOp();
+    return VqStrCmp(codeSet_, language_, buffer_, other.codeSet_, other.language_, other.buffer_, op, n, 1, nullptr);
+}
+
+bool VqString::operator==(const VqString& other) const { return this == &other || Compare(other) == 0; }
+
+bool VqString::EqualsIgnoreLanguage(const VqString& other) const {
+    const unsigned char language = language_ == other.language_ ? language_ : 0;
+    return VqStrCmp(codeSet_, language, buffer_, other.codeSet_, language, other.buffer_, VqCmp_KeyOnly, -1, 1,
+                    nullptr) == 0;
+}
