@@ -1,0 +1,43 @@
+# What `cmake --install` and CPack put in place: libraries, headers, the workbench, and the files by which others find them.
+include(CMakePackageConfigHelpers)
+get_property(libraries GLOBAL PROPERTY VQTM_LIBRARIES)
+get_property(headers GLOBAL PROPERTY VQTM_HEADERS)
+set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/vqtm")
+
+install(TARGETS ${libraries} EXPORT vqtmTargets
+  RUNTIME COMPONENT Runtime
+  LIBRARY COMPONENT Runtime NAMELINK_COMPONENT Development
+  ARCHIVE COMPONENT Development)
+install(FILES ${headers} DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/vqtm" COMPONENT Development)
+if(TARGET vqtype)
+  install(TARGETS vqtype RUNTIME COMPONENT Runtime)
+endif()
+
+# find_package(vqtm)
+install(EXPORT vqtmTargets NAMESPACE vq:: DESTINATION "${package_dir}" COMPONENT Development)
+configure_package_config_file(cmake/vqtmConfig.cmake.in "${PROJECT_BINARY_DIR}/vqtmConfig.cmake" INSTALL_DESTINATION "${package_dir}")
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/vqtmConfigVersion.cmake" COMPATIBILITY SameMajorVersion)
+install(FILES "${PROJECT_BINARY_DIR}/vqtmConfig.cmake" "${PROJECT_BINARY_DIR}/vqtmConfigVersion.cmake"
+  DESTINATION "${package_dir}" COMPONENT Development)
+
+# pkg-config vqtm. The prefix is found from the file's own place, so that an installed tree may be moved.
+set(pc_dir "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX BASE_DIRECTORY "${CMAKE_INSTALL_PREFIX}/${pc_dir}" OUTPUT_VARIABLE pc_prefix)
+configure_file(cmake/vqtm.pc.in "${PROJECT_BINARY_DIR}/vqtm.pc" @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/vqtm.pc" DESTINATION "${pc_dir}" COMPONENT Development)
+
+set(CPACK_PACKAGE_NAME vqtm)
+set(CPACK_PACKAGE_VENDOR "the vqtm authors")
+set(CPACK_RESOURCE_FILE_LICENSE "${PROJECT_SOURCE_DIR}/LICENSE")
+set(CPACK_PACKAGE_DIRECTORY "${PROJECT_SOURCE_DIR}/dist")
+set(CPACK_STRIP_FILES ON)
+if(WIN32)
+  set(CPACK_GENERATOR ZIP)
+  set(CPACK_SYSTEM_NAME win32)
+else()
+  set(CPACK_GENERATOR TGZ)
+  set(CPACK_SYSTEM_NAME "linux-${CMAKE_SYSTEM_PROCESSOR}")
+endif()
+if(PROJECT_IS_TOP_LEVEL)
+  include(CPack)
+endif()

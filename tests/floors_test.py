@@ -1,0 +1,60 @@
+#!/usr/bin/env python3
+"""floors_test.py TREE: no file includes one from a floor above its own, and no public header includes a private one.
+
+A file's floor is that of the plain name it shares with its class; a helper file names its floor by being listed here.
+"""
+import pathlib
+import re
+import sys
+
+FLOORS = [
+    "vqdefs _vqnulty options",
+    "vqchar stringiterator strcompare order collationkey textunit",
+    "vqstring stringedit stringdisk numbertext vqistring multibyte strhash",
+    "vqint64 date datetime stddate blob boolean seal objid ref vqnull textform cformat",
+    "vqtypcmp vqtypevl vqtyphash",
+    "vqtypes convert",
+    "library",
+    "vqtm",
+]
+# A character can be a position in a string, and an iterator walks one: their sources know the class that their headers only name.
+EXCEPTIONS = {("vqchar.cpp", "vqstring.h"), ("stringiterator.cpp", "vqstring.h")}
+FLOOR_OF = {name: floor for floor, names in enumerate(FLOORS) for name in names.split()}
+
+# The libraries from the lowest up; each may use the public headers of those before it.
+LIBRARIES = {"platform/base": "platform/base", "platform/i18n": "platform/i18n", "typelib": "."}
+
+
+def included(file):
+    return re.findall(r'^\s*#\s*include\s+"([^"]+)"', file.read_text(encoding="utf-8"), re.MULTILINE)
+
+
+def above(file, name):
+    return FLOOR_OF.get(pathlib.Path(name).stem, 0) > FLOOR_OF.get(file.stem, len(FLOORS))
+
+
+def check(tree):
+    below = set()
+    for library, folder in LIBRARIES.items():
+        public = sorted((tree / folder / "inc").glob("*.h"))
+        private = sorted((tree / folder / "src").glob("*.h"))
+        sources = sorted((tree / folder / "src").glob("*.cpp"))
+        own = {file.name for file in public + private}
+        for file in public + private + sources:
+            where = file.relative_to(tree)
+            if library == "typelib" and file.stem not in FLOOR_OF:
+                yield f"{where}: on no floor; list it in tests/floors_test.py"
+                continue
+            for name in included(file):
+                if file in public and name in {header.name for header in private}:
+                    yield f"{where}: a public header includes the private {name}"
+                elif name not in own and name not in below:
+                    yield f"{where}: {name} is none of the headers it may use"
+                elif name in own and above(file, name) and (file.name, name) not in EXCEPTIONS:
+                    yield f"{where}: includes {name} from a floor above"
+        below |= {file.name for file in public}
+
+
+faults = list(check(pathlib.Path(sys.argv[1])))
+print("\n".join(faults) or "no include points upward")
+sys.exit(bool(faults))
