@@ -1,0 +1,79 @@
+// What several tests share: recorded assertions, texts in readable form, seeded random numbers.
+#ifndef VQ_TESTSUPPORT_H
+#define VQ_TESTSUPPORT_H
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include "vqbase.h"
+#include "vqstring.h"
+
+namespace vqtest {
+
+// Records assertions instead of printing them, while it lives.
+class AssertRecorder {
+  public:
+    AssertRecorder() : before_(VqSetAssertHandler(&Record)) { Lines().clear(); }
+    ~AssertRecorder() { VqSetAssertHandler(before_); }
+    AssertRecorder(const AssertRecorder&) = delete;
+    AssertRecorder& operator=(const AssertRecorder&) = delete;
+
+    // "expression file:line" of each assertion since construction.
+    static std::vector<std::string>& Lines() {
+        static std::vector<std::string> lines;
+        return lines;
+    }
+
+  private:
+    static void Record(const char* expression, const char* file, int line) {
+        Lines().push_back(std::string(expression) + " " + file + ":" + std::to_string(line));
+    }
+    VqAssertHandler before_;
+};
+
+// The bytes of a 1-byte text.
+inline std::string Bytes(const VqString& s) { return s.StrGet(); }
+
+// The units of a 2-byte text, up to its zero unit.
+inline std::u16string Units(const VqString& s) {
+    std::u16string units;
+    for (int i = 0; i < s.Len(); ++i) {
+        units += static_cast<char16_t>(static_cast<unsigned char>(s.StrGet()[2 * i]) |
+                                       static_cast<unsigned char>(s.StrGet()[2 * i + 1]) << 8);
+    }
+    return units;
+}
+
+// A Unicode text.
+inline VqString Wide(const std::u16string& text) {
+    std::vector<unsigned short> units(text.begin(), text.end());
+    units.push_back(0);
+    return VqString(units.data());
+}
+
+// Text in a 1-byte code set.
+inline VqString In(unsigned char codeSet, const std::string& text, unsigned char language = 0) {
+    VqString s(codeSet, language);
+    s.AssignChars(text.c_str(), codeSet, static_cast<unsigned short>(text.size()));
+    return s;
+}
+
+inline int Sign(long long value) { return (value > 0) - (value < 0); }
+
+// "07 00 61": bytes as two hexadecimal digits each.
+inline std::string Hex(const void* bytes, std::size_t n) {
+    static const char digits[] = "0123456789abcdef";
+    std::string hex;
+    for (std::size_t i = 0; i < n; ++i) {
+        const unsigned char byte = static_cast<const unsigned char*>(bytes)[i];
+        if (i != 0) hex += ' ';
+        hex += digits[byte >> 4];
+        hex += digits[byte & 15];
+    }
+    return hex;
+}
+
+}  // namespace vqtest
+
+#endif
