@@ -15,11 +15,29 @@ int Cmp(const VqString& a, const VqString& b, unsigned short op = VqCmp_Exact, s
 
 TEST(VqStrCmp, OrdersByLetterThenAccentThenCase) {
     // Ascending, each text in Windows-1252.
-    const char* const ascending[] = {"",     " ",      "-",     "1",      "2",     "a",    "A",    "ab",
-                                     "abc",  "b",      "cote",  "c\xF4te", "cot\xE9", "c\xF4t\xE9", "Cote2", "cotf",
-                                     "masse", "ma\xDF" "e", "Masten", "z"};
+    const char* const ascending[] = {"",
+                                     " ",
+                                     "-",
+                                     "1",
+                                     "2",
+                                     "a",
+                                     "A",
+                                     "ab",
+                                     "abc",
+                                     "b",
+                                     "cote",
+                                     "c\xF4te",
+                                     "cot\xE9",
+                                     "c\xF4t\xE9",
+                                     "Cote2",
+                                     "cotf",
+                                     "masse",
+                                     "ma\xDF"
+                                     "e",
+                                     "Masten",
+                                     "z"};
     const int n = static_cast<int>(std::size(ascending));
-    for (const unsigned char codeSet : {1, 2, 253}) {
+    for (const unsigned char codeSet : std::initializer_list<unsigned char>{1, 2, 253}) {
         for (int i = 0; i < n; ++i) {
             for (int k = 0; k < n; ++k) {
                 VqString a(ascending[i]), b(ascending[k]);
@@ -122,14 +140,18 @@ TEST(VqStrCmp, PatternsMatchExactlyWhatTheSlowMatcherFinds) {
 TEST(VqStrCmp, PatternsFollowTheOptions) {
     EXPECT_EQ(Cmp(In(1, "xABcd"), In(1, "*abc?"), VqCmp_IgnoreCase), 0);
     EXPECT_NE(Cmp(In(1, "xABcd"), In(1, "*abc?"), 0), 0);
-    EXPECT_EQ(Cmp(In(1, "Stra\xDF" "e"), In(1, "*SSE"), VqCmp_IgnoreCase | VqCmp_IgnoreAccents), 0);
+    EXPECT_EQ(Cmp(In(1,
+                     "Stra\xDF"
+                     "e"),
+                  In(1, "*SSE"), VqCmp_IgnoreCase | VqCmp_IgnoreAccents),
+              0);
     EXPECT_EQ(Cmp(In(1, "abc"), In(1, "a*")), 1) << "exact: no pattern";
     EXPECT_EQ(VqStrCmp(1, 0, "", 1, 0, "?", 0, -1, 1, nullptr), -1);
 }
 
 TEST(VqStrCmp, HostilePatternsStayPolynomial) {
     const std::string text(10000, 'a');
-    for (const unsigned char codeSet : {0, 1}) {
+    for (const unsigned char codeSet : std::initializer_list<unsigned char>{0, 1}) {
         EXPECT_NE(VqStrCmp(codeSet, 0, text.c_str(), codeSet, 0, "*a*a*a*a*a*a*b", 0, -1, 1, nullptr), 0);
     }
 }

@@ -61,8 +61,8 @@ TEST(StringDisk, RecordsHaveTheirGoldenBytes) {
 
 TEST(StringDisk, ArraysComeBackAsTheyWere) {
     const VqString embedded = In(2, std::string("a\0b", 3), 5);
-    const std::vector<VqString> strings = {VqString("abc"), VqString(), Wide(u"\u0416\u4E2D"), embedded, Null(),
-                                           In(0, "native"), VqString(254, 0)};
+    const std::vector<VqString> strings = {VqString("abc"), VqString(),      Wide(u"\u0416\u4E2D"), embedded,
+                                           Null(),          In(0, "native"), VqString(254, 0)};
     for (const unsigned char format : {little, big, static_cast<unsigned char>(VqFormat_Memory)}) {
         const std::vector<unsigned char> bytes = Stored(strings, format);
         EXPECT_EQ(StringSizeGet(bytes.data(), 0, format, strings.size()), bytes.size());
@@ -95,9 +95,16 @@ TEST(StringDisk, SizesFollowTheCodeSetBits) {
         unsigned char bits;
         unsigned long size;
     } cases[] = {
-        {latin, 0, 9},           {wide, 0, 12},           {native, 0x80, 9},       {latin, 0x80, 24},
-        {wide, 0x80, 20},        {latin, 0x20 | 0x80, 9}, {wide, 0x20 | 0x80, 12}, {native, 0x40 | 0x80, 24},
-        {native, 0x20 | 0x80, 9}, {latin, 0x40, 9},
+        {latin, 0, 9},
+        {wide, 0, 12},
+        {native, 0x80, 9},
+        {latin, 0x80, 24},
+        {wide, 0x80, 20},
+        {latin, 0x20 | 0x80, 9},
+        {wide, 0x20 | 0x80, 12},
+        {native, 0x40 | 0x80, 24},
+        {native, 0x20 | 0x80, 9},
+        {latin, 0x40, 9},
     };
     for (const auto& c : cases) {
         const unsigned char format = static_cast<unsigned char>(big | c.bits);

@@ -21,11 +21,11 @@ TEST(VqChar, PropertiesFollowTheCodeSet) {
         {VqChar('\t'), true, false, false, false, false, false},
         {VqChar('\0'), true, false, false, false, false, false},
         {VqChar('-'), false, false, false, false, false, true},
-        {VqChar(0xE9, 1, 0), false, false, true, false, true, false},     // é
-        {VqChar(0xE9, 4, 0), false, false, true, true, false, false},     // Θ
-        {VqChar(0xC1, 9, 0), false, false, true, false, true, false},     // а
-        {VqChar(0xA0, 1, 0), true, false, false, false, false, false},    // no-break space
-        {VqChar(0x0416, 253, 0), false, false, true, true, false, false}, // Ж
+        {VqChar(0xE9, 1, 0), false, false, true, false, true, false},      // é
+        {VqChar(0xE9, 4, 0), false, false, true, true, false, false},      // Θ
+        {VqChar(0xC1, 9, 0), false, false, true, false, true, false},      // а
+        {VqChar(0xA0, 1, 0), true, false, false, false, false, false},     // no-break space
+        {VqChar(0x0416, 253, 0), false, false, true, true, false, false},  // Ж
         {VqChar(0x4E2D, 253, 0), false, false, true, false, false, false},
         {VqChar(0x0663, 253, 0), false, true, false, false, false, false},
     };
@@ -62,7 +62,7 @@ TEST(VqChar, FreeCharactersMapOnAssignment) {
 }
 
 TEST(VqStringIterator, WalksForwardAndBackInEveryCodeSet) {
-    for (const unsigned char codeSet : {1, 3, 7, 253}) {
+    for (const unsigned char codeSet : std::initializer_list<unsigned char>{1, 3, 7, 253}) {
         VqString s("walk");
         s.MapToCodeSet(codeSet);
         VqStringIterator it(s);
