@@ -79,16 +79,17 @@ TEST(ByteOrder, HasTheseBytes) {
         unsigned long count;
         Bytes big, little;
     } cases[] = {
-        {CharStore,     "\x01\xFF", 2, {1, 0xFF},                            {1, 0xFF}                           },
-        {ShortStore,    shorts,     2, {1, 2, 0xFF, 0xFE},                   {2, 1, 0xFE, 0xFF}                  },
-        {LongStore,     longs,      2, {1, 2, 3, 4, 0xFF, 0xFF, 0xFF, 0xFE}, {4, 3, 2, 1, 0xFE, 0xFF, 0xFF, 0xFF}},
-        {IntStore,      longs,      1, {1, 2, 3, 4},                         {4, 3, 2, 1}                        },
-        {UnsignedStore, longs,      1, {1, 2, 3, 4},                         {4, 3, 2, 1}                        },
-        {FloatStore,    floats,     1, {0x3F, 0xC0, 0, 0},                   {0, 0, 0xC0, 0x3F}                  },
+        {CharStore, "\x01\xFF", 2, {1, 0xFF}, {1, 0xFF}},
+        {ShortStore, shorts, 2, {1, 2, 0xFF, 0xFE}, {2, 1, 0xFE, 0xFF}},
+        {LongStore, longs, 2, {1, 2, 3, 4, 0xFF, 0xFF, 0xFF, 0xFE}, {4, 3, 2, 1, 0xFE, 0xFF, 0xFF, 0xFF}},
+        {IntStore, longs, 1, {1, 2, 3, 4}, {4, 3, 2, 1}},
+        {UnsignedStore, longs, 1, {1, 2, 3, 4}, {4, 3, 2, 1}},
+        {FloatStore, floats, 1, {0x3F, 0xC0, 0, 0}, {0, 0, 0xC0, 0x3F}},
         {DoubleStore,
-         doubles,                   1,
+         doubles,
+         1,
          {0xBF, 0xB9, 0x99, 0x99, 0x99, 0x99, 0x99, 0x9A},
-         {0x9A, 0x99, 0x99, 0x99, 0x99, 0x99, 0xB9, 0xBF}                                                        },
+         {0x9A, 0x99, 0x99, 0x99, 0x99, 0x99, 0xB9, 0xBF}},
     };
     for (const auto& c : cases) {
         for (unsigned format = 0; format < 256; ++format) {
@@ -169,16 +170,8 @@ TEST(MemFile, SeeksOnlyWhereBytesAre) {
         unsigned long position, length;
         bool readable;
     } cases[] = {
-        {0,     4,     true },
-        {0,     5,     false},
-        {3,     1,     true },
-        {3,     2,     false},
-        {4,     0,     true },
-        {4,     1,     false},
-        {5,     0,     false},
-        {1,     kHuge, false},
-        {kHuge, 1,     false},
-        {kHuge, 2,     false},
+        {0, 4, true},  {0, 5, false}, {3, 1, true},      {3, 2, false},     {4, 0, true},
+        {4, 1, false}, {5, 0, false}, {1, kHuge, false}, {kHuge, 1, false}, {kHuge, 2, false},
     };
     for (const auto& c : cases) {
         MemFile file(bytes, sizeof bytes);

@@ -64,13 +64,7 @@ TEST(Clock, CountsZonesEastward) {
     const struct {
         const char* zone;
         int minutes;
-    } cases[] = {
-        {"UTC0",     0   },
-        {"NPT-5:45", 345 },
-        {"EST5",     -300},
-        {"LIN-14",   840 },
-        {"FAR12",    -720}
-    };
+    } cases[] = {{"UTC0", 0}, {"NPT-5:45", 345}, {"EST5", -300}, {"LIN-14", 840}, {"FAR12", -720}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.zone);
         setenv("TZ", c.zone, 1);

@@ -31,34 +31,34 @@ TEST(Config, ReadsWholeNumbers) {
         const char* text;
         int value;
     } cases[] = {
-        {"1",                    1       },
-        {" -17 \t",              -17     },
-        {"+5",                   5       },
-        {"010",                  10      },
-        {"0x1F",                 31      },
-        {"-0XfF",                -255    },
-        {"2147483647",           INT_MAX },
-        {"-2147483648",          INT_MIN },
-        {"0x7FFFFFFF",           INT_MAX },
-        {"00000000000000000001", 1       },
-        {"\"12\"",               12      },
-        {"\" 12\"",              kDefault},
-        {"3 ; three",            3       },
-        {"3\t# three",           3       },
-        {"3;three",              kDefault},
-        {";3",                   kDefault},
-        {"2147483648",           kDefault},
-        {"-2147483649",          kDefault},
-        {"0xFFFFFFFF",           kDefault},
+        {"1", 1},
+        {" -17 \t", -17},
+        {"+5", 5},
+        {"010", 10},
+        {"0x1F", 31},
+        {"-0XfF", -255},
+        {"2147483647", INT_MAX},
+        {"-2147483648", INT_MIN},
+        {"0x7FFFFFFF", INT_MAX},
+        {"00000000000000000001", 1},
+        {"\"12\"", 12},
+        {"\" 12\"", kDefault},
+        {"3 ; three", 3},
+        {"3\t# three", 3},
+        {"3;three", kDefault},
+        {";3", kDefault},
+        {"2147483648", kDefault},
+        {"-2147483649", kDefault},
+        {"0xFFFFFFFF", kDefault},
         {"18446744073709551617", kDefault},
-        {"",                     kDefault},
-        {"-",                    kDefault},
-        {"--1",                  kDefault},
-        {"0x",                   kDefault},
-        {"0x-1",                 kDefault},
-        {"1.5",                  kDefault},
-        {"1 2",                  kDefault},
-        {"yes",                  kDefault},
+        {"", kDefault},
+        {"-", kDefault},
+        {"--1", kDefault},
+        {"0x", kDefault},
+        {"0x-1", kDefault},
+        {"1.5", kDefault},
+        {"1 2", kDefault},
+        {"yes", kDefault},
     };
     for (const auto& c : cases) {
         VqConfig config;
@@ -95,17 +95,17 @@ TEST(Config, RefusesBadTextAndKeepsItsValues) {
         std::string_view text;
         const char* error;
     } cases[] = {
-        {"[s]\n\nk 2",         "test.ini:3: neither a section nor a value; write [section] or key = value"},
-        {"k = 2",              "test.ini:1: value outside a section; write a line [section] before it"    },
-        {"[s]\n = 2",          "test.ini:2: value without a key; write key = value"                       },
-        {"[s\nk = 2",          "test.ini:1: section without its end; write [section]"                     },
-        {"[ ]",                "test.ini:1: section without a name; write [section]"                      },
-        {"[s] k = 2",          "test.ini:1: text after a section; only a comment may follow [section]"    },
-        {"[s]\nk = \"2",       "test.ini:2: quote without its end; write key = \"value\""                 },
-        {"[s]\nk = \"2\" 3",   "test.ini:2: text after a quote; only a comment may follow key = \"value\""},
-        {{"[s]\nk = 2\0", 10}, "test.ini:2: control character; only text can be loaded"                   },
-        {"; \x7F",             "test.ini:1: control character; only text can be loaded"                   },
-        {"[s]\rk = 2",         "test.ini:1: control character; only text can be loaded"                   },
+        {"[s]\n\nk 2", "test.ini:3: neither a section nor a value; write [section] or key = value"},
+        {"k = 2", "test.ini:1: value outside a section; write a line [section] before it"},
+        {"[s]\n = 2", "test.ini:2: value without a key; write key = value"},
+        {"[s\nk = 2", "test.ini:1: section without its end; write [section]"},
+        {"[ ]", "test.ini:1: section without a name; write [section]"},
+        {"[s] k = 2", "test.ini:1: text after a section; only a comment may follow [section]"},
+        {"[s]\nk = \"2", "test.ini:2: quote without its end; write key = \"value\""},
+        {"[s]\nk = \"2\" 3", "test.ini:2: text after a quote; only a comment may follow key = \"value\""},
+        {{"[s]\nk = 2\0", 10}, "test.ini:2: control character; only text can be loaded"},
+        {"; \x7F", "test.ini:1: control character; only text can be loaded"},
+        {"[s]\rk = 2", "test.ini:1: control character; only text can be loaded"},
     };
     for (const auto& c : cases) {
         EXPECT_FALSE(Load(config, c.text));
@@ -160,7 +160,7 @@ TEST(Config, BecomesTheDefaultWhileItIsSet) {
 }
 
 TEST(ConfigDeathTest, ComesFromTheEnvironment) {
-    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
     const std::string good = WriteFile("vqbase_environment.ini", "[s]\nk = 42\n");
     EXPECT_EXIT(ExitWithEnvironmentNumber(good), testing::ExitedWithCode(42), "");
     EXPECT_EXIT(ExitWithEnvironmentNumber(good + ".missing"), testing::ExitedWithCode(99),

@@ -119,11 +119,11 @@ struct SwapKernel {
 template <class Word>
 inline constexpr SwapKernel kSwapKernels[] = {
 #ifdef VQ_X86_KERNELS
-    {"avx512",   [] { return __builtin_cpu_supports("avx512bw") != 0; }, SwapAvx512<Word>  },
-    {"avx2",     [] { return __builtin_cpu_supports("avx2") != 0; },     SwapAvx2<Word>    },
-    {"ssse3",    [] { return __builtin_cpu_supports("ssse3") != 0; },    SwapSsse3<Word>   },
+    {"avx512", [] { return __builtin_cpu_supports("avx512bw") != 0; }, SwapAvx512<Word>},
+    {"avx2", [] { return __builtin_cpu_supports("avx2") != 0; }, SwapAvx2<Word>},
+    {"ssse3", [] { return __builtin_cpu_supports("ssse3") != 0; }, SwapSsse3<Word>},
 #endif
-    {"portable", [] { return true; },                                    SwapPortable<Word>},
+    {"portable", [] { return true; }, SwapPortable<Word>},
 };
 
 }  // namespace vq

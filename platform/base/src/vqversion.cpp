@@ -21,9 +21,9 @@ int CheckVqVersionNumber(unsigned long major, unsigned long minor, unsigned long
         if (minor != kMinor) return VqVersion_OtherMinor;
     }
     const Part parts[] = {
-        {VqVersionCheck_Release, 23,  release, VqVersion_NewerRelease},
-        {VqVersionCheck_Build,   262, build,   VqVersion_NewerBuild  },
-        {VqVersionCheck_Patch,   0,   patch,   VqVersion_NewerPatch  },
+        {VqVersionCheck_Release, 23, release, VqVersion_NewerRelease},
+        {VqVersionCheck_Build, 262, build, VqVersion_NewerBuild},
+        {VqVersionCheck_Patch, 0, patch, VqVersion_NewerPatch},
     };
     for (const Part& part : parts) {
         if (!(flags & part.check) || part.theirs == part.ours) continue;
