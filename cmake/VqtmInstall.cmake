@@ -4,6 +4,13 @@ get_property(libraries GLOBAL PROPERTY VQTM_LIBRARIES)
 get_property(headers GLOBAL PROPERTY VQTM_HEADERS)
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/vqtm")
 
+# The libraries find each other, and the workbench finds them, wherever the tree is put.
+get_property(shared GLOBAL PROPERTY VQTM_SHARED_LIBRARIES)
+set_target_properties(${shared} PROPERTIES INSTALL_RPATH "$ORIGIN")
+if(TARGET vqtype)
+  set_target_properties(vqtype PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+endif()
+
 install(TARGETS ${libraries} EXPORT vqtmTargets
   RUNTIME COMPONENT Runtime
   LIBRARY COMPONENT Runtime NAMELINK_COMPONENT Development

@@ -72,6 +72,7 @@ function(vqtm_add_library name alias prefix)
   add_library(vq::${alias} ALIAS ${name})
   add_library(vq::${alias}_static ALIAS ${name}_static)
   set_property(GLOBAL APPEND PROPERTY VQTM_LIBRARIES ${name} ${name}_static)
+  set_property(GLOBAL APPEND PROPERTY VQTM_SHARED_LIBRARIES ${name})
   set_property(GLOBAL APPEND PROPERTY VQTM_HEADERS ${headers})
 endfunction()
 

@@ -1,6 +1,6 @@
 /// \file
-/// Runs a fuzzer's entry on stored inputs: each argument is a file, or a folder of files. Links in the place of libFuzzer, so that
-/// every seed and every former finding is tried on each target. Fails when it finds no input at all.
+/// Runs a fuzzer's entry on stored inputs: each argument is a file, or a folder of files. Links in the place of
+/// libFuzzer, so that every seed and every former finding is tried on each target. Fails when it finds no input at all.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
