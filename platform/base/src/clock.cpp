@@ -42,12 +42,14 @@ void FillIn(const tm& from, btime* time, bdate* date) {
     time->zoneSeconds = 0;
 }
 
-// Zones stay within a day, so the two are on the same day or on neighbouring ones.
+std::chrono::sys_seconds AsIfUtc(const tm& from) {
+    using namespace std::chrono;
+    const sys_days month = year(from.tm_year + 1900) / (from.tm_mon + 1) / 1;
+    return month + days(from.tm_mday - 1) + hours(from.tm_hour) + minutes(from.tm_min) + seconds(from.tm_sec);
+}
+
 long LocalMinusUtc(const tm& local, const tm& utc) {
-    const int years = local.tm_year - utc.tm_year;
-    const int days = years != 0 ? years : local.tm_yday - utc.tm_yday;
-    const int minutes = (days * 24 + local.tm_hour - utc.tm_hour) * 60 + local.tm_min - utc.tm_min;
-    return minutes * 60L + local.tm_sec - utc.tm_sec;
+    return static_cast<long>((AsIfUtc(local) - AsIfUtc(utc)).count());
 }
 
 void SystemUtc(btime* time, bdate* date) {

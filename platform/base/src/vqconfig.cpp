@@ -59,8 +59,8 @@ bool IsIdle(std::string_view text) {
 
 // A comment after a value starts after a blank, so that a value may hold ; and # itself.
 std::string_view WithoutComment(std::string_view value) {
-    for (std::size_t i = 0; i < value.size(); ++i) {
-        if (IsComment(value[i]) && (i == 0 || IsBlank(value[i - 1]))) return Trim(value.substr(0, i));
+    for (std::size_t i = 1; i < value.size(); ++i) {
+        if (IsComment(value[i]) && IsBlank(value[i - 1])) return Trim(value.substr(0, i));
     }
     return value;
 }
@@ -73,7 +73,7 @@ std::optional<int> WholeNumber(std::string_view text) {
     std::uint64_t magnitude = 0;
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, magnitude, hexadecimal ? 16 : 10);
-    if (text.empty() || stop != end || error != std::errc()) return std::nullopt;
+    if (stop != end || error != std::errc()) return std::nullopt;
     if (magnitude > std::uint64_t{INT_MAX} + (negative ? 1 : 0)) return std::nullopt;
     const auto value = static_cast<std::int64_t>(magnitude);
     return static_cast<int>(negative ? -value : value);
