@@ -1,5 +1,7 @@
 # How a library and a program of this tree are compiled.
 
+set(VQTM_EXPORTS_MAP "${CMAKE_CURRENT_LIST_DIR}/exports.map")
+
 # The flags that every target of this tree shares.
 function(vqtm_compile_options target)
   target_compile_features(${target} PUBLIC cxx_std_20)
@@ -40,6 +42,8 @@ function(vqtm_add_library name alias prefix)
     add_library(${name} SHARED $<TARGET_OBJECTS:${name}_objects>)
     add_library(${name}_static STATIC $<TARGET_OBJECTS:${name}_objects>)
     target_link_libraries(${name}_objects PRIVATE ${arg_LINK})
+    target_link_options(${name} PRIVATE "LINKER:--version-script,${VQTM_EXPORTS_MAP}")
+    set_target_properties(${name} PROPERTIES LINK_DEPENDS "${VQTM_EXPORTS_MAP}")
     set(compiled ${name}_objects)
   endif()
 
