@@ -11,6 +11,7 @@
 #ifndef VQSTRING_H
 #define VQSTRING_H
 
+#include <cstddef>
 #include <cstdint>
 
 #include "vqdefs.h"
@@ -189,6 +190,7 @@ class VQTM_API VqString {
     struct Splice;
 
     void SpliceChars(const Splice& splice);
+    void AssignSame(const void* text, std::size_t bytes, unsigned charSize);
     void TakeMapped(const VqString& src, unsigned char codeSet, unsigned short most);
     template <class T>
     void AssignNumber(T value);

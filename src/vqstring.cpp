@@ -163,16 +163,31 @@ void VqString::SpliceChars(const Splice& splice) {
 }
 
 void VqString::AssignChars(const void* text, unsigned char codeSet, unsigned short n, unsigned char order) {
-    const std::size_t count = text == nullptr ? 0
-                              : n == All      ? vq::TextLength(text, CharSizeOf(codeSet))
-                                              : std::size_t{n};
-    if (count == 0) {
-        delete[] buffer_;
-        buffer_ = nullptr;
-        size_ = 0;
-        return;
+    const unsigned z = CharSizeOf(codeSet);
+    const std::size_t count = text == nullptr ? 0 : n == All ? vq::TextLength(text, z) : std::size_t{n};
+    if (codeSet == codeSet_ && (order != vq::OrderHighFirst || z == 1) && (count + 1) * z <= MaxSize) {
+        AssignSame(text, count * z, z);
+    } else if (count != 0) {
+        SpliceChars({TruncateAndWrite, text, codeSet, 0, 0, count, 1, order});
+    } else {
+        AssignSame(nullptr, 0, z);
     }
-    SpliceChars({TruncateAndWrite, text, codeSet, 0, 0, count, 1, order});
+}
+
+// What the engine does with text that needs no mapping, swapping or cutting: one allocation, one copy. No text gives no
+// buffer. The text may lie in the buffer that it replaces.
+void VqString::AssignSame(const void* text, std::size_t bytes, unsigned charSize) {
+    char* const old = buffer_;
+    buffer_ = nullptr;
+    size_ = 0;
+    if (bytes != 0) {
+        buffer_ = new char[bytes + charSize];
+        size_ = static_cast<std::uint16_t>(bytes + charSize);
+        std::memcpy(buffer_, text, bytes);
+        buffer_[bytes] = 0;
+        if (charSize == 2) buffer_[bytes + 1] = 0;
+    }
+    delete[] old;
 }
 
 template <class T>
@@ -189,8 +204,9 @@ VqString::VqString() : VqString(GetDefaultCodeSet(), GetDefaultLanguage()) {}
 
 VqString::VqString(unsigned char codeSet, unsigned char language) : codeSet_(codeSet), language_(language) {}
 
-VqString::VqString(const VqString& other) : VqString(other.codeSet_, other.language_) {
-    AssignChars(other.buffer_, other.codeSet_, All);
+VqString::VqString(const VqString& other) : codeSet_(other.codeSet_), language_(other.language_) {
+    const unsigned z = CharSize();
+    if (other.buffer_ != nullptr) AssignSame(other.buffer_, vq::TextLength(other.buffer_, z) * z, z);
 }
 
 VqString::VqString(VqString&& other) noexcept { Destruct(other); }
