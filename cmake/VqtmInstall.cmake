@@ -18,6 +18,7 @@ install(TARGETS ${libraries} EXPORT vqtmTargets
 install(FILES ${headers} DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/vqtm" COMPONENT Development)
 if(TARGET vqtype)
   install(TARGETS vqtype RUNTIME COMPONENT Runtime)
+  install(FILES examples/territories.csv DESTINATION "${CMAKE_INSTALL_DATADIR}/vqtm/examples" COMPONENT Runtime)
 endif()
 
 # find_package(vqtm)

@@ -8,7 +8,7 @@ import re
 import sys
 
 FLOORS = [
-    "vqdefs _vqnulty options",
+    "vqdefs vqslots _vqnulty options",
     "vqchar stringiterator strcompare order collationkey textunit",
     "vqstring stringedit stringdisk numbertext vqistring multibyte strhash",
     "vqint64 date datetime stddate blob boolean seal objid ref vqnull textform cformat",
@@ -26,7 +26,7 @@ LIBRARIES = {"platform/base": "platform/base", "platform/i18n": "platform/i18n",
 
 
 def included(file):
-    return re.findall(r'^\s*#\s*include\s+"([^"]+)"', file.read_text(encoding="utf-8"), re.MULTILINE)
+    return re.findall(r'^\s*#\s*include\s+"([^"]+\.h)"', file.read_text(encoding="utf-8"), re.MULTILINE)
 
 
 def above(file, name):
