@@ -1,0 +1,217 @@
+/// \file
+/// The type manager: every operation on arrays of values whose type is known only as a number.
+///
+/// A type is a row of a table, and a type identifier its index. The manager finds the row and calls the row's function;
+/// it adds no checks of its own. What each function does, with null, 0 and counts, is said where its slot's type is
+/// declared (vqslots.h).
+///
+///     VqTypeMgr manager(5);
+///     void* keys = manager.Create(VqTypeId_long, 3);                       // 0, 0, 0
+///     VqString text("1,2,3");
+///     manager.ScanFromVqString(VqTypeId_long, keys, text, nullptr, 3);
+///     manager.Store(VqTypeId_long, disk, keys, VqFormat_BigEndian, 3);     // 00 00 00 01  00 00 00 02  00 00 00 03
+///     manager.Delete(VqTypeId_long, keys, 3);
+///
+/// An identifier without a row (41 to 99, 100 and above, a negative one) stands for the illegal row, whose functions do
+/// nothing and give 0 or null; so does a type that a manager of the older table does not know.
+///
+/// A manager may be used from several threads at once. The rows are one for the process: the exchange operations and
+/// DefaultTypeMgr write them without a lock, and belong to start-up, before other threads use any manager.
+#ifndef VQTYPES_H
+#define VQTYPES_H
+
+#include <cstdint>
+
+#include "convert.h"
+#include "vqdefs.h"
+#include "vqslots.h"
+#include "vqstring.h"
+
+struct VqEvalData;
+
+/// One row: the functions and facts of a type. A row is static and shared by all managers.
+struct VqTypeDescriptor {
+    const char* name;
+
+    VqCreateFunc create;
+    VqDeleteFunc destroy;
+
+    VqStoreFunc store;
+    VqLoadFunc load;
+    VqNullSizeGetFunc nullSizeGet;
+    VqSizeGetFunc sizeGet;
+    VqSizeGetFromMemFileFunc sizeGetFromMemFile;
+
+    VqCompareFunc compare;  // exchangeable
+    VqEvalAndBoundFunc evalAndBound;
+    VqHashFunc hash;
+
+    VqConvertToFunc convertTo;
+    VqConvertFromFunc convertFrom;
+
+    VqConstructorFunc constructor;
+    VqDestructorFunc destructor;
+    VqAssignmentFunc assignment;
+    VqCopyFunc copy;
+    VqTranslateFunc translate;
+
+    VqIsNullFunc isNull;
+    VqSetNullFunc setNull;  // null where the type has no null of its own
+
+    const char* format;  // exchangeable, as print and scan; the default text format
+    VqPrintFunc print;
+    VqScanFunc scan;
+
+    std::uint16_t memoryLength;  // bytes of one value in memory
+    std::uint16_t fixed;         // 1: every value takes the same bytes on disk; 0: it depends on the value
+
+    VqDefaultValueFunc defaultValue;
+};
+
+/// Handles values by type. Plain and small: a table and a level, no ownership.
+class VQTM_API VqTypeMgr {
+  public:
+    // --- Construction and factory
+
+    /// A manager for databases of factory version `version` (SetFactory).
+    explicit VqTypeMgr(unsigned long version);
+
+    /// Chooses the table for all later calls. Versions 4 to 10, and from 12 up, have the current table of 41 rows; 0 to
+    /// 3, and 11, the older one: rows 0 to 27, with strings in their legacy disk layout and without a null. The level
+    /// is the version itself, 3 for 11, and 4 from 12 up.
+    void SetFactory(unsigned long version);
+
+    /// 1 where the identifier is below 41, or 100 or above, else 0. One-sided: a negative identifier counts as valid.
+    int IsValidType(char id) const;
+
+    // --- Life of values
+
+    void* Create(char id, unsigned long count) const;
+    void Delete(char id, void* values, unsigned long count) const;
+    void* DefaultValue(char id, unsigned long count, int asNull) const;
+
+    VqConstructorFunc ConstructorPtrGet(char id) const;
+    VqDestructorFunc DestructorPtrGet(char id) const;
+    VqAssignmentFunc AssignmentPtrGet(char id) const;
+    VqCopyFunc CopyPtrGet(char id) const;
+    VqLoadFunc LoadPtrGet(char id) const;
+    VqStoreFunc StorePtrGet(char id) const;
+    VqIsNullFunc IsNullPtrGet(char id) const;
+    /// Null where the type has no null of its own.
+    VqSetNullFunc SetNullPtrGet(char id) const;
+    /// Always null; CmpFuncPtrGet gets the comparison.
+    VqCompareFunc ComparePtrGet(char id) const;
+
+    /// The address of element `index`. Null when `count` is not 0 and the index is not below it; a count of 0 is no
+    /// bound.
+    void* GetArrayElement(char id, void* values, unsigned long index, unsigned long count) const;
+
+    // --- Names and sizes
+
+    /// The row's name. With a buffer (which has room for it and its terminator) the name is copied there and the buffer
+    /// returned.
+    char* NameGet(char id, char* buffer) const;
+    /// Finds a row by its exact name, "illegal" included. Returns 0 with its identifier in `id` (the first, where the
+    /// older table has "illegal" more than once), or 1 with 41 in `id` when there is none.
+    int Name2VqTypeId(const char* name, char& id) const;
+    /// Bytes of `count` values in memory.
+    unsigned long MemLenGet(char id, unsigned long count) const;
+    /// 1 where all values of the type take the same bytes on disk, else 0.
+    unsigned short IsFixed(char id) const;
+    /// Disk bytes in `format` of the values at `data`, which are in the form `dataFormat`.
+    unsigned long DiskLenGet(char id, const void* data, unsigned char format, unsigned long count,
+                             unsigned char dataFormat) const;
+    unsigned long DiskLenGetFromMemFile(char id, MemFile* file, unsigned char format, unsigned long count) const;
+
+    // --- Disk form
+
+    /// Returns the bytes written.
+    unsigned long Store(char id, void* dst, const void* src, unsigned char format, unsigned long count) const;
+    /// Returns the bytes consumed.
+    unsigned long Load(char id, void* dst, const void* src, unsigned char format, unsigned long count) const;
+    /// Returns the bytes set at `dst`.
+    unsigned long Translate(char id, void* dst, unsigned char dstFormat, unsigned long dstLength, const void* src,
+                            unsigned char srcFormat, unsigned long srcLength, unsigned long count) const;
+
+    // --- Keys
+
+    /// Compares `count` values at `a` and `b`, both in `format`.
+    long Cmp(char id, const void* a, const void* b, unsigned short flags, unsigned long count,
+             unsigned char format) const;
+    /// The same with bounds on the bytes that may be read.
+    long Cmp(char id, unsigned long length1, const void* a, unsigned long length2, const void* b, unsigned short flags,
+             unsigned long count, unsigned char format, int& status) const;
+    VqCompareFunc CmpFuncPtrGet(char id) const;
+    /// `evalData` is not used.
+    float EvalAndBound(char id, VqIdxBounds* indexBounds, unsigned short& operators, const void* key,
+                       unsigned char format, unsigned long count, VqIdxBounds* scanBounds, VqEvalData* evalData) const;
+    unsigned long Hash(char id, unsigned long length, const void* values, unsigned long count, unsigned char format,
+                       int& status) const;
+
+    // --- Conversion
+
+    /// The exchange form of the values, in a record that owns its strings through this manager, which must outlive it.
+    /// The caller deletes the record. Null for the illegal row.
+    VqTypeConvertData* ConvertTo(char id, void* values, unsigned long count);
+    /// A new array of the type from a record, which then belongs to this manager: deleting it frees its strings. The
+    /// caller deletes both. Null for the illegal row.
+    void* ConvertFrom(char id, VqTypeConvertData* data, unsigned long count);
+
+    /// The values as one text: each value's exchange text and a separator behind it, the last included. The separator
+    /// is the first character from 1 up to 254 that occurs in none of the texts, else ','. The caller frees the string
+    /// with Delete(VqTypeId_VqString, text, 1). Null for the illegal row.
+    VqString* ConvertToVqStringOld(void* values, char id, unsigned long count);
+    /// A new array of `count` values from such a text, which stays as it is; its last character is the separator.
+    /// Values for which it has no more texts are made from an empty one. The caller frees the array with Delete.
+    void* ConvertFromVqStringOld(VqString& text, char id, unsigned long count);
+
+    // --- Text
+
+    /// Appends the values' text to `out`; null is the row's own format. Arrays print element by element with ','
+    /// between, those of char and VqByte as one piece. Returns `out`.
+    VqString& PrintToVqString(char id, VqString& out, void* values, const char* format, unsigned long count) const;
+    /// Reads the values from `text`; null is the row's own format. Returns `values`.
+    void* ScanFromVqString(char id, void* values, VqString& text, const char* format, unsigned long count) const;
+    /// The text that null values print and scan as, "{NULL}" at start; one for the process.
+    static VqString& GetNullPrintString();
+    static void SetNullPrintString(const VqString& text);
+
+    // --- Replacing row entries
+    //
+    // Each returns the row's entry as it was and sets the new one, unless that is null. A row is shared by all
+    // managers; the tables have only their string rows apart. A new format must live as long as the row has it.
+
+    const char* ExchangeFormat(char id, const char* format);
+    VqCompareFunc ExchangeVqTypeCmpFunc(char id, VqCompareFunc compare);
+    VqPrintFunc ExchangePrintToVqStringFunc(char id, VqPrintFunc print);
+    VqScanFunc ExchangeScanFromVqStringFunc(char id, VqScanFunc scan);
+
+    // --- Null values
+
+    /// 1 where the type has a null of its own, else 0.
+    unsigned short SupportsNullValue(char id) const;
+    /// Not 0 when the value is null.
+    int IsNullValue(char id, void* value) const;
+    /// Makes the value null; where its type has no null, gives it the value that an empty text converts to. Returns 0,
+    /// or the status of a row that refuses.
+    int SetNullValue(char id, void* value);
+    /// Always VqStatus_NotSupported: stored values are not asked.
+    int DiskIsNullValue(char id, const void* diskValue) const;
+
+  private:
+    friend struct VqStartManager;
+    constexpr VqTypeMgr(VqTypeDescriptor* const* table, std::uint16_t level) : table_(table), factoryLevel_(level) {}
+
+    VqTypeDescriptor& Row(char id) const;
+
+    VqTypeDescriptor* const* table_;
+    std::uint16_t factoryLevel_;
+};
+
+/// Returns the default manager for callers that have none of their own, and makes `manager` the new one unless it is
+/// null. From the library's start the default has the current table. The library's end, and detaching it
+/// (___VqTypemgrContext), delete whatever is the default then, its own first one excepted: install only what `new`
+/// made. Null after detaching.
+VQTM_API VqTypeMgr* DefaultTypeMgr(VqTypeMgr* manager = nullptr);
+
+#endif
