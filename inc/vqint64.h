@@ -13,9 +13,36 @@
 #include "vqdefs.h"
 
 class MemFile;
+class VqString;
 
 class VqInt64 {
   public:
+    /// Zero.
+    VqInt64() = default;
+    /// The two halves as given: the low 32 bits of each.
+    VqInt64(unsigned long low, long high)
+        : low(static_cast<std::uint32_t>(low)), high(static_cast<std::int32_t>(high)) {}
+
+    // 1 or 0.
+    int operator==(const VqInt64& other) const { return low == other.low && high == other.high; }
+    int operator<(const VqInt64& other) const { return high != other.high ? high < other.high : low < other.low; }
+
+    /// Appends the value's text to `out` under `format` ("%S" for null): text with conversions that each insert the
+    /// value, without widths. A '%' before any other letter is ordinary text.
+    ///
+    ///     S d i    decimal            -31
+    ///     o        octal              -037
+    ///     x X      hexadecimal        -0x1f  -0X1F
+    ///
+    /// The least value has no sign in octal and hexadecimal: 0x8000000000000000.
+    VQTM_API void PrintToVqString(VqString& out, const char* format) const;
+
+    /// Reads the value from `text` under `format` ("%S" for null). The text says its base: 0x is hexadecimal, another
+    /// leading 0 octal. S takes any base, o x X d i only their own. A conversion ends at the text's end, or at the
+    /// character that follows it in the format. Digits beyond 64 bits wrap. A text that does not match gives -1; an
+    /// empty one leaves the value.
+    VQTM_API void ScanFromVqString(const VqString& text, const char* format);
+
     std::uint32_t low = 0;  // bits 0 to 31
     std::int32_t high = 0;  // bits 32 to 63; its top bit is the sign
 };
