@@ -1,0 +1,89 @@
+#include "byteset.h"
+
+#include <array>
+#include <iterator>
+#include <utility>
+
+#include "languages.h"
+
+namespace vq {
+namespace {
+
+#include "../data/bytecharacters.inc"
+#include "../data/byteunits.inc"
+// Lists the sets with their tables, so it stands behind these.
+#include "../data/byteorders.inc"
+
+constexpr unsigned short NoCharacter = 0xFFFD;
+constexpr std::size_t SetCount = std::size(byteSetData);
+
+constexpr bool NumberedFromOne() {
+    for (std::size_t i = 0; i < SetCount; ++i) {
+        if (byteSetData[i].code != i + 1) return false;
+    }
+    return true;
+}
+static_assert(NumberedFromOne());
+
+constexpr auto byteCodeSets = []<std::size_t... I>(std::index_sequence<I...>) {
+    return std::array<ByteCodeSet, SetCount>{ByteCodeSet(byteSetData[I])...};
+}
+(std::make_index_sequence<SetCount>());
+
+}  // namespace
+
+unsigned char ByteCodeSet::GetCollationClass(unsigned char language) const { return CollationClass(language); }
+
+unsigned short ByteCodeSet::ToUnicode(unsigned short code) const {
+    return code < 256 ? data_.characters[code].unit : NoCharacter;
+}
+
+// 0 for the unit 0 and for a unit that the set lacks.
+std::uint8_t ByteCodeSet::CodeOf(unsigned short unit) const {
+    return codePages[data_.codePages[unit >> 8]][unit & 255];
+}
+
+unsigned short ByteCodeSet::FromUnicode(unsigned short unit) const {
+    const std::uint8_t code = CodeOf(unit);
+    return code != 0 || unit == 0 ? code : '?';
+}
+
+bool ByteCodeSet::HasUnicode(unsigned short unit) const { return unit == 0 || CodeOf(unit) != 0; }
+
+unsigned short ByteCodeSet::GetClass(unsigned short code) const {
+    unsigned short orders[2];
+    GetOrders(code, 0, orders);
+    return code < 256 ? ClassOf(orders[0], data_.characters[code].properties) : orders[0];
+}
+
+unsigned short ByteCodeSet::GetProperties(unsigned short code) const {
+    return code < 256 ? data_.characters[code].properties & ~ForeignLetterBit & 0xFF : 0;
+}
+
+unsigned short ByteCodeSet::ToUpper(unsigned short code) const {
+    return code < 256 ? data_.characters[code].upper : code;
+}
+
+unsigned short ByteCodeSet::ToLower(unsigned short code) const {
+    return code < 256 ? data_.characters[code].lower : code;
+}
+
+int ByteCodeSet::GetOrders(unsigned short code, unsigned char language, unsigned short orders[2]) const {
+    const ByteOrders& table = *data_.orders[CollationPlace(language)];
+    const unsigned short order = code < 256 ? table.first[code] : UndefinedOrder;
+    if (!IsMark(order)) {
+        orders[0] = order;
+        return 1;
+    }
+    const std::uint16_t(&pair)[2] = table.pairs[order - PairOrder];
+    orders[0] = pair[0];
+    orders[1] = pair[1];
+    return 2;
+}
+
+const VqCodeSet* FindByteCodeSet(unsigned char codeSet) {
+    const std::size_t i = codeSet - std::size_t{1};
+    return i < SetCount ? &byteCodeSets[i] : nullptr;
+}
+
+}  // namespace vq

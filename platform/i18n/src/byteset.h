@@ -1,0 +1,36 @@
+// Code sets whose codes are bytes.
+#ifndef VQ_BYTESET_H
+#define VQ_BYTESET_H
+
+#include "codetables.h"
+
+namespace vq {
+
+class ByteCodeSet final : public VqCodeSet {
+  public:
+    explicit constexpr ByteCodeSet(const ByteSetData& data) : data_(data) {}
+
+    unsigned char GetCollationClass(unsigned char language) const override;
+    unsigned char GetCode() const override { return data_.code; }
+    const char* GetName() const override { return data_.name; }
+    unsigned short ToUnicode(unsigned short code) const override;
+    unsigned short FromUnicode(unsigned short unit) const override;
+    bool HasUnicode(unsigned short unit) const override;
+    unsigned short GetClass(unsigned short code) const override;
+    unsigned short GetProperties(unsigned short code) const override;
+    unsigned short ToUpper(unsigned short code) const override;
+    unsigned short ToLower(unsigned short code) const override;
+    int GetOrders(unsigned short code, unsigned char language, unsigned short orders[2]) const override;
+
+  private:
+    std::uint8_t CodeOf(unsigned short unit) const;
+
+    ByteSetData data_;
+};
+
+// The set of that number, or null.
+const VqCodeSet* FindByteCodeSet(unsigned char codeSet);
+
+}  // namespace vq
+
+#endif

@@ -1,0 +1,59 @@
+// The shapes of the generated tables, and what both kinds of code set do with them.
+#ifndef VQ_CODETABLES_H
+#define VQ_CODETABLES_H
+
+#include <cstddef>
+#include <cstdint>
+
+#include "orderlayout.h"
+#include "vqcodeset.h"
+
+namespace vq {
+
+// A letter that its script counts as one, whatever its order says; beside the VqCharProperty bits.
+constexpr std::uint8_t ForeignLetterBit = 0x80;
+
+struct ByteCharacter {
+    std::uint16_t unit;  // 0xFFFD: no character
+    std::uint8_t upper;
+    std::uint8_t lower;
+    std::uint8_t properties;
+};
+
+struct ByteOrders {
+    std::uint16_t first[256];
+    std::uint16_t pairs[8][2];
+};
+
+// One 1-byte set. The tables of orders stand in the order of the collation classes.
+struct ByteSetData {
+    std::uint8_t code;
+    const char* name;
+    const ByteCharacter* characters;
+    const std::uint8_t* codePages;  // page of codes for each 256 units
+    const ByteOrders* const* orders;
+};
+
+struct OrderPair {
+    std::uint16_t unit;
+    std::uint16_t orders[2];
+};
+
+// The orders of all units in one collation class.
+struct WideOrders {
+    const std::uint8_t* index;  // page of orders for each 256 units
+    const OrderPair* pairs;     // by unit, ascending
+    std::size_t pairCount;
+};
+
+constexpr bool IsMark(unsigned short order) { return order >= PairOrder && order < MarkEnd; }
+
+// A class value from the neutral order and the properties.
+constexpr unsigned short ClassOf(unsigned short order, std::uint8_t properties) {
+    if (!(properties & ForeignLetterBit) || order >= LetterBase) return order;
+    return properties & VqCharProperty_Upper ? LetterBase : LetterBase | LowerCase;
+}
+
+}  // namespace vq
+
+#endif

@@ -1,0 +1,49 @@
+#include "languages.h"
+
+#include <array>
+#include <cstdint>
+#include <iterator>
+
+namespace vq {
+namespace {
+
+struct Language {
+    const char* name;
+    std::uint8_t place;
+};
+
+#include "../data/languages.inc"
+
+// Asked for every character, so without a test of the number.
+constexpr auto placeOfLanguage = [] {
+    std::array<std::uint8_t, 256> places{};
+    for (std::size_t i = 0; i < std::size(languages); ++i) places[i] = languages[i].place;
+    return places;
+}();
+
+constexpr char ToLowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
+
+bool SameName(const char* lower, const char* name) {
+    while (*lower != 0 && *lower == ToLowerAscii(*name)) ++lower, ++name;
+    return *lower == 0 && *name == 0;
+}
+
+}  // namespace
+
+std::size_t CollationPlace(unsigned char language) { return placeOfLanguage[language]; }
+
+unsigned char CollationClass(unsigned char language) { return collationClasses[placeOfLanguage[language]]; }
+
+const char* LanguageName(unsigned char language) {
+    return language < std::size(languages) ? languages[language].name : nullptr;
+}
+
+int FindLanguageNamed(const char* name) {
+    if (name == nullptr) return -1;
+    for (std::size_t i = 0; i < std::size(languages); ++i) {
+        if (SameName(languages[i].name, name)) return static_cast<int>(i);
+    }
+    return -1;
+}
+
+}  // namespace vq
