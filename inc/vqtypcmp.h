@@ -1,0 +1,65 @@
+/// \file
+/// Typed key comparison: how an index orders keys whose type it knows only by number.
+///
+/// Every function compares two arrays of `count` values element by element, up to the first difference, and returns a
+/// negative value, 0 or a positive value where the first array sorts before, like or after the second. Only the sign
+/// counts; functions of scalars give -1, 0 and 1.
+///
+///     format     form of both arrays: low four bits 8 is the memory form, 2 stored with the high byte first, every
+///                other code stored with the low byte first; strings are in memory form when the whole byte is 8
+///     length1    bytes of the first array that may be read; 0 stands for exactly `count` elements
+///     value1     the first array; needs no alignment, strings in memory form aside
+///     length2    the same for the second array
+///     value2
+///     flags      VqCmp bits, for strings; 65535 is the class-wide default operation
+///     count      elements; 0 is equal and reads nothing
+///     error      VqStatus_Ok, or why the comparison stopped
+///
+/// An array that ends before its next element stops the comparison with VqStatus_BufferEnd and the result of the last
+/// element compared (0 when there was none). The end is looked for after every element that others follow, after a
+/// difference as well. Nothing is ever read behind a given length.
+///
+/// These orders are part of every index on disk: keys that change places make it unreadable.
+///
+/// Nothing is allocated, strings above 256 bytes that must be terminated aside. Any number of threads may compare.
+#ifndef VQTYPCMP_H
+#define VQTYPCMP_H
+
+#include "vqdefs.h"
+#include "vqnull.h"
+
+#define VQTM_COMPARE_FUNCTION(Name)                                                                           \
+    VQTM_API int Name(unsigned char format, unsigned long length1, const void* value1, unsigned long length2, \
+                      const void* value2, unsigned short flags, unsigned long count, int& error);
+
+VQTM_COMPARE_FUNCTION(CharCompare)      ///< signed bytes: 0x80 before 0x7F
+VQTM_COMPARE_FUNCTION(ByteCompare)      ///< unsigned bytes
+VQTM_COMPARE_FUNCTION(ShortCompare)     ///< signed 16 bits
+VQTM_COMPARE_FUNCTION(WordCompare)      ///< unsigned 16 bits
+VQTM_COMPARE_FUNCTION(IntCompare)       ///< signed 32 bits
+VQTM_COMPARE_FUNCTION(UnsignedCompare)  ///< unsigned 32 bits
+VQTM_COMPARE_FUNCTION(LongCompare)      ///< signed 32 bits
+VQTM_COMPARE_FUNCTION(DwordCompare)     ///< unsigned 32 bits
+VQTM_COMPARE_FUNCTION(Int64Compare)     ///< signed 64 bits, stored as two halves, the low half first
+
+// The zeros are equal. A value that is not a number gives -1 against every value, itself included, on either side.
+VQTM_COMPARE_FUNCTION(FloatCompare)
+VQTM_COMPARE_FUNCTION(DoubleCompare)
+
+/// Strings by their collation (VqStrCmp). Without VqCmp_Exact and VqCmp_KeyOnly the second text is a pattern. Stored
+/// records are compared where they stand. A record that runs past the given length, or whose length leaves no room for
+/// the five bytes that the least one begins with, gives VqStatus_BufferEnd; so does a damaged header (code set 254 with
+/// a language above 127), after its element was compared with the language's top bit cleared. VqStatus_NotSupported
+/// with -1 when memory for a text runs out.
+VQTM_COMPARE_FUNCTION(StringCompare)
+
+/// The same for the legacy string row: stored arrays may also be in the legacy layout, and a record may lack its last
+/// one or two bytes.
+VQTM_COMPARE_FUNCTION(LegacyStringCompare)
+
+#undef VQTM_COMPARE_FUNCTION
+
+// The nullable scalars' VqNullSlots<>::Compare belongs to this family: null before every value and equal to null, then
+// the values in their type's order. Stored elements are one byte longer than their value.
+
+#endif

@@ -1,0 +1,294 @@
+#include "textform.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+#include <type_traits>
+#include <utility>
+
+#include "_vqnulty.h"
+#include "cformat.h"
+
+namespace vq {
+namespace {
+
+template <class T>
+constexpr const char* LettersOf = std::is_floating_point_v<T> ? FloatingLetters : IntegerLetters;
+
+constexpr bool IsPrintable(unsigned c) { return c >= 0x20 && c <= 0x7E; }
+
+// True when a character format is among the conversions.
+bool ShowsCharacter(const char* format) {
+    bool found = false;
+    std::string literal;
+    ExpandFormat(format, IntegerLetters, literal, [&](const Conversion& c) { found |= c.letter == 'c'; });
+    return found;
+}
+
+// The length of the form that an unprintable byte has, with its value, or 0 when none stands at `text`.
+unsigned ReadEscape(const char* text, std::uint32_t& byte) {
+    static constexpr Conversion hex = {.width = 4, .bits = 8, .letter = 'x'};
+    TextCursor at(text);
+    if (std::strncmp(text, "0x", 2) != 0 || !ScanInteger(at, hex, byte)) return 0;
+    return at.At() == text + 4 && !IsPrintable(byte) ? 4 : 0;
+}
+
+template <class T>
+void FormatScalar(std::string& text, T value, const char* format) {
+    if constexpr (std::is_floating_point_v<T>) {
+        ExpandFormat(format, FloatingLetters, text,
+                     [&](const Conversion& c) { AppendFloating(text, c, static_cast<double>(value)); });
+    } else {
+        const auto bits = static_cast<std::uint32_t>(value);
+        if (sizeof(T) == 1 && !IsPrintable(bits) && ShowsCharacter(format)) format = "0x%02x";
+        ExpandFormat(format, IntegerLetters, text,
+                     [&](const Conversion& c) { AppendInteger(text, c, bits, 8 * sizeof(T)); });
+    }
+}
+
+template <class T>
+bool ScanNumber(TextCursor& text, const Conversion& conversion, T& value) {
+    if constexpr (std::is_floating_point_v<T>) {
+        double number;
+        if (!ScanFloating(text, conversion, number)) return false;
+        if (!conversion.suppressed) value = static_cast<T>(number);
+    } else {
+        std::uint32_t bits;
+        if (!ScanInteger(text, conversion, bits)) return false;
+        if (!conversion.suppressed) value = static_cast<T>(bits);
+    }
+    return true;
+}
+
+template <class T>
+T LoadElement(const void* values, unsigned long index) {
+    T value;
+    std::memcpy(&value, static_cast<const char*>(values) + index * sizeof(T), sizeof value);
+    return value;
+}
+
+template <class T>
+void StoreElement(void* values, unsigned long index, T value) {
+    std::memcpy(static_cast<char*>(values) + index * sizeof(T), &value, sizeof value);
+}
+
+template <class T>
+VqString& PrintValues(VqString& out, const void* values, const char* format, const char* ownFormat,
+                      unsigned long count) {
+    if (values == nullptr || count == 0) return out;
+    std::string text;
+    for (unsigned long i = 0; i < count; ++i) {
+        if (i != 0 && sizeof(T) != 1) text += ',';
+        FormatScalar(text, LoadElement<T>(values, i), format != nullptr ? format : ownFormat);
+    }
+    return out << text.c_str();
+}
+
+template <class T>
+void* ScanValues(void* values, const VqString& text, const char* format, const char* ownFormat, unsigned long count) {
+    if (values == nullptr) return values;
+    ScanElements(text, count, [&](const char* at, unsigned long i, bool& found) {
+        T value = LoadElement<T>(values, i);
+        at = ScanScalar(at, format != nullptr ? format : ownFormat, value, found);
+        if (found) StoreElement(values, i, value);
+        return at;
+    });
+    return values;
+}
+
+}  // namespace
+
+template <class T>
+void PrintScalar(VqString& out, T value, const char* format) {
+    std::string text;
+    FormatScalar(text, value, format);
+    out << text.c_str();
+}
+
+template <class T>
+const char* ScanScalar(const char* text, const char* format, T& value, bool& found) {
+    if (std::uint32_t byte; sizeof(T) == 1 && ShowsCharacter(format)) {
+        if (const unsigned length = ReadEscape(text, byte)) {
+            value = static_cast<T>(byte);
+            found = true;
+            return text + length;
+        }
+    }
+    TextCursor at(text);
+    MatchFormat(at, format, LettersOf<T>, [&](TextCursor& in, const Conversion& conversion, const char*) {
+        if (!ScanNumber(in, conversion, value)) return false;
+        found |= !conversion.suppressed;
+        return true;
+    });
+    return at.At();
+}
+
+template void PrintScalar(VqString&, signed char, const char*);
+template void PrintScalar(VqString&, std::int16_t, const char*);
+template void PrintScalar(VqString&, std::int32_t, const char*);
+template void PrintScalar(VqString&, float, const char*);
+template void PrintScalar(VqString&, double, const char*);
+template const char* ScanScalar(const char*, const char*, signed char&, bool&);
+template const char* ScanScalar(const char*, const char*, std::int16_t&, bool&);
+template const char* ScanScalar(const char*, const char*, std::int32_t&, bool&);
+template const char* ScanScalar(const char*, const char*, float&, bool&);
+template const char* ScanScalar(const char*, const char*, double&, bool&);
+
+SingleByteText::SingleByteText(const VqString& text) : text_(&text) {
+    if (CharSizeOf(text.GetCodeSet()) == 1) return;
+    mapped_ = VqString(VqString::GetDefault8CodeSet(), text.GetLanguage());
+    mapped_ += text;
+    text_ = &mapped_;
+}
+
+const char* SkipNullPrintString(const char* text) {
+    const SingleByteText null(VqNullPrintString());
+    const std::size_t length = std::strlen(null.Get());
+    if (length == 0) return *text == 0 ? text : nullptr;
+    return std::strncmp(text, null.Get(), length) == 0 ? text + length : nullptr;
+}
+
+}  // namespace vq
+
+// --- Rows of the descriptor table: numbers
+
+VqString& CharPrint(VqString& out, void* values, const char* format, unsigned long count) {
+    return vq::PrintValues<signed char>(out, values, format, "%c", count);
+}
+VqString& ShortPrint(VqString& out, void* values, const char* format, unsigned long count) {
+    return vq::PrintValues<std::int16_t>(out, values, format, "%hd", count);
+}
+VqString& LongPrint(VqString& out, void* values, const char* format, unsigned long count) {
+    return vq::PrintValues<std::int32_t>(out, values, format, "%ld", count);
+}
+VqString& IntPrint(VqString& out, void* values, const char* format, unsigned long count) {
+    return vq::PrintValues<std::int32_t>(out, values, format, "%d", count);
+}
+VqString& FloatPrint(VqString& out, void* values, const char* format, unsigned long count) {
+    return vq::PrintValues<float>(out, values, format, "%f", count);
+}
+VqString& DoublePrint(VqString& out, void* values, const char* format, unsigned long count) {
+    return vq::PrintValues<double>(out, values, format, "%lf", count);
+}
+
+void* CharScan(void* values, VqString& text, const char* format, unsigned long count) {
+    if (values == nullptr) return values;
+    const vq::SingleByteText single(text);
+    const char* at = single.Get();
+    bool found = true;
+    for (signed char* byte = static_cast<signed char*>(values); found && count != 0; --count, ++byte) {
+        found = false;
+        at = vq::ScanScalar(at, format != nullptr ? format : "%c", *byte, found);
+    }
+    return values;
+}
+void* ShortScan(void* values, VqString& text, const char* format, unsigned long count) {
+    return vq::ScanValues<std::int16_t>(values, text, format, "%hd", count);
+}
+void* LongScan(void* values, VqString& text, const char* format, unsigned long count) {
+    return vq::ScanValues<std::int32_t>(values, text, format, "%ld", count);
+}
+void* IntScan(void* values, VqString& text, const char* format, unsigned long count) {
+    return vq::ScanValues<std::int32_t>(values, text, format, "%d", count);
+}
+void* FloatScan(void* values, VqString& text, const char* format, unsigned long count) {
+    return vq::ScanValues<float>(values, text, format, "%f", count);
+}
+void* DoubleScan(void* values, VqString& text, const char* format, unsigned long count) {
+    return vq::ScanValues<double>(values, text, format, "%lf", count);
+}
+
+// --- Rows of the descriptor table: strings
+
+namespace {
+
+void AppendLiteral(VqString& out, std::string& literal) {
+    out << literal.c_str();
+    literal.clear();
+}
+
+// The text under one conversion; `literal` collects the text before and behind it.
+void AppendText(VqString& out, std::string& literal, const vq::Conversion& conversion, const VqString& value) {
+    const int length = value.Len();
+    const int taken = conversion.precision < 0 ? length : std::min(length, conversion.precision);
+    const std::string fill(static_cast<std::size_t>(std::max(conversion.width - taken, 0)), ' ');
+    if (!conversion.left) literal += fill;
+    AppendLiteral(out, literal);
+    VqString part(value.GetCodeSet(), value.GetLanguage());
+    part.AssignChars(value.StrGet(), value.GetCodeSet(), static_cast<unsigned short>(taken));
+    out += part;
+    if (conversion.left) literal += fill;
+}
+
+void PrintText(VqString& out, const VqString& value, const char* format) {
+    if (value.IsNullValue()) {
+        out += VqNullPrintString();
+        return;
+    }
+    std::string literal;
+    vq::ExpandFormat(format, vq::StringLetters, literal,
+                     [&](const vq::Conversion& conversion) { AppendText(out, literal, conversion, value); });
+    AppendLiteral(out, literal);
+}
+
+bool IsNullPrintString(const VqString& text) {
+    const vq::SingleByteText single(text);
+    const char* const rest = vq::SkipNullPrintString(single.Get());
+    return rest != nullptr && *rest == 0;
+}
+
+// Takes the part of `text` between two places; a part that says null makes the value null.
+void AssignPart(VqString& value, const VqString& text, const char* from, const char* to) {
+    VqString part(text.GetCodeSet(), text.GetLanguage());
+    part.AssignChars(from, text.GetCodeSet(),
+                     static_cast<unsigned short>((to - from) / static_cast<int>(vq::CharSizeOf(text.GetCodeSet()))));
+    if (text.IsNullValue() || IsNullPrintString(part)) {
+        value.SetNullValue();
+    } else {
+        value = std::move(part);
+    }
+}
+
+// What a conversion takes: up to the character that follows it in the format.
+void SkipText(vq::TextCursor& at, const char* restOfFormat) {
+    const auto terminator = static_cast<unsigned char>(*restOfFormat);
+    while (at.Code() != 0 && at.Code() != terminator) at.Skip();
+}
+
+void ScanText(vq::TextCursor& element, const VqString& text, const char* format, VqString& value) {
+    vq::MatchFormat(element, format, vq::StringLetters,
+                    [&](vq::TextCursor& in, const vq::Conversion& conversion, const char* rest) {
+                        vq::TextCursor field = in.Field(conversion.width);
+                        SkipText(field, rest);
+                        if (!conversion.suppressed) AssignPart(value, text, in.At(), field.At());
+                        in.MoveTo(field);
+                        return true;
+                    });
+}
+
+}  // namespace
+
+VqString& StringPrint(VqString& out, void* values, const char* format, unsigned long count) {
+    if (values == nullptr) return out;
+    const VqString* const strings = static_cast<const VqString*>(values);
+    vq::PrintElements(out, count,
+                      [&](unsigned long i) { PrintText(out, strings[i], format != nullptr ? format : "%s"); });
+    return out;
+}
+
+void* StringScan(void* values, VqString& text, const char* format, unsigned long count) {
+    if (values == nullptr) return values;
+    const VqString source(text);  // the text may be among the values
+    const unsigned charSize = vq::CharSizeOf(source.GetCodeSet());
+    const char* at = source.StrGet();
+    for (unsigned long i = 0; i < count; ++i) {
+        vq::TextCursor end(at, nullptr, charSize);
+        while (end.Code() != 0 && (i + 1 == count || end.Code() != ',')) end.Skip();
+        vq::TextCursor element(at, end.At(), charSize);
+        ScanText(element, source, format != nullptr ? format : "%s", static_cast<VqString*>(values)[i]);
+        if (end.Code() == 0) break;
+        end.Skip();
+        at = end.At();
+    }
+    return values;
+}

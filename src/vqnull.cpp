@@ -1,0 +1,363 @@
+#include "vqnull.h"
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <type_traits>
+
+#include "_vqnulty.h"
+#include "convert.h"
+#include "textform.h"
+#include "vqbase.h"
+#include "vqstring.h"
+
+namespace {
+
+// --- The plain type behind each value: disk form, text form, exchange text
+
+// The scalar as which a value prints, scans and converts; unsigned types share the functions of the signed ones.
+template <class T>
+struct PlainOf {
+    using Type = T;
+};
+template <>
+struct PlainOf<char> {
+    using Type = signed char;
+};
+template <>
+struct PlainOf<unsigned char> {
+    using Type = signed char;
+};
+template <>
+struct PlainOf<std::uint16_t> {
+    using Type = std::int16_t;
+};
+template <>
+struct PlainOf<std::uint32_t> {
+    using Type = std::int32_t;
+};
+template <class T>
+using Plain = typename PlainOf<T>::Type;
+
+template <class T>
+struct DiskForm;
+
+#define VQ_DISK_FORM(T, Name, StoreFunction, LoadFunction)                                                          \
+    template <>                                                                                                     \
+    struct DiskForm<T> {                                                                                            \
+        static void Store(void* dst, const void* src, unsigned char format) { StoreFunction(dst, src, format, 1); } \
+        static void Load(void* dst, const void* src, unsigned char format) { LoadFunction(dst, src, format, 1); }   \
+        static unsigned long SizeGet(unsigned char format, unsigned long count) {                                   \
+            return Name##SizeGet(nullptr, VqFormat_Memory, format, count);                                          \
+        }                                                                                                           \
+        static unsigned long NullSizeGet(unsigned long count) { return Name##NullSizeGet(count); }                  \
+        static unsigned long SizeGetFromMemFile(MemFile* file, unsigned char format, unsigned long count) {         \
+            return Name##SizeGetFromMemFile(file, format, count);                                                   \
+        }                                                                                                           \
+    };
+
+VQ_DISK_FORM(signed char, Char, CharStore, CharStore)
+VQ_DISK_FORM(std::int16_t, Short, ShortStore, ShortStore)
+VQ_DISK_FORM(std::int32_t, Int, IntStore, IntLoad)
+VQ_DISK_FORM(float, Float, FloatStore, FloatStore)
+VQ_DISK_FORM(double, Double, DoubleStore, DoubleStore)
+VQ_DISK_FORM(VqInt64, Int64, Int64Store, Int64Load)
+
+#undef VQ_DISK_FORM
+
+template <class Null>
+using FormOf = DiskForm<Plain<typename Null::ValueType>>;
+
+template <class Null>
+constexpr const char* formatOf = nullptr;
+template <>
+constexpr const char* formatOf<VqNull_char> = "%c";
+template <>
+constexpr const char* formatOf<VqNull_uchar> = "%c";
+template <>
+constexpr const char* formatOf<VqNull_short> = "%hd";
+template <>
+constexpr const char* formatOf<VqNull_ushort> = "%hu";
+template <>
+constexpr const char* formatOf<VqNull_int> = "%d";
+template <>
+constexpr const char* formatOf<VqNull_unsigned> = "%u";
+template <>
+constexpr const char* formatOf<VqNull_long> = "%ld";
+template <>
+constexpr const char* formatOf<VqNull_ulong> = "%lu";
+template <>
+constexpr const char* formatOf<VqNull_float> = "%f";
+template <>
+constexpr const char* formatOf<VqNull_double> = "%lf";
+template <>
+constexpr const char* formatOf<VqNull_VqInt64> = "%S";
+
+template <class T>
+void PrintValue(VqString& out, T value, const char* format) {
+    vq::PrintScalar(out, static_cast<Plain<T>>(value), format);
+}
+void PrintValue(VqString& out, const VqInt64& value, const char* format) { value.PrintToVqString(out, format); }
+
+template <class T>
+const char* ScanValue(const char* text, const char* format, T& value, bool& found) {
+    auto plain = static_cast<Plain<T>>(value);
+    text = vq::ScanScalar(text, format, plain, found);
+    value = static_cast<T>(plain);
+    return text;
+}
+// A 64-bit integer reads its whole text, which here ends at the comma between elements.
+const char* ScanValue(const char* text, const char* format, VqInt64& value, bool& found) {
+    const char* const end = text + std::strcspn(text, ",");
+    value.ScanFromVqString(VqString(text, static_cast<unsigned short>(end - text)), format);
+    found = end != text;
+    return end;
+}
+
+// Exchange texts are those of the plain rows: numbers of the signed type.
+VqString ToExchange(signed char value) { return VqString(static_cast<short>(value)); }
+VqString ToExchange(std::int16_t value) { return VqString(value); }
+VqString ToExchange(std::int32_t value) { return VqString(static_cast<int>(value)); }
+VqString ToExchange(float value) { return VqString(static_cast<double>(value)); }
+VqString ToExchange(double value) { return VqString(value); }
+VqString ToExchange(const VqInt64& value) {
+    VqString text;
+    value.PrintToVqString(text, nullptr);
+    return text;
+}
+
+void FromExchange(const VqString& text, signed char& value) {
+    value = static_cast<signed char>(static_cast<short>(text));
+}
+void FromExchange(const VqString& text, std::int16_t& value) { value = static_cast<short>(text); }
+void FromExchange(const VqString& text, std::int32_t& value) { value = static_cast<int>(text); }
+void FromExchange(const VqString& text, float& value) { value = static_cast<float>(static_cast<double>(text)); }
+void FromExchange(const VqString& text, double& value) { value = static_cast<double>(text); }
+void FromExchange(const VqString& text, VqInt64& value) { value.ScanFromVqString(text, nullptr); }
+
+// Null when memory runs out and the memory handler cannot help.
+template <class T>
+T* NewArray(unsigned long count) {
+    T* array;
+    do {
+        array = new (std::nothrow) T[count];
+    } while (array == nullptr && VqCallMemoryHandler(count * sizeof(T)) != 0);
+    return array;
+}
+
+// Copies forwards or backwards, so that overlapping arrays arrive whole.
+template <class Null>
+void AssignAll(Null* dst, const Null* src, unsigned long count, unsigned long broadcast) {
+    if (dst == nullptr || src == nullptr || count == 0) return;
+    if (broadcast != 0) {
+        const Null value = *src;
+        std::fill_n(dst, count, value);
+    } else {
+        std::memmove(static_cast<void*>(dst), src, count * sizeof(Null));
+    }
+}
+
+// The element that starts at `at` on disk, in the order in which `format` has its parts.
+template <class Null>
+struct Parts {
+    static constexpr unsigned long ValueSize = sizeof(typename Null::ValueType);
+    static constexpr unsigned long Size = ValueSize + 1;
+
+    static unsigned long ValueAt(unsigned char format) { return format & VqFormat_Memory ? 0 : 1; }
+    static unsigned long IndicatorAt(unsigned char format) { return format & VqFormat_Memory ? ValueSize : 0; }
+};
+
+}  // namespace
+
+// --- Life
+
+template <class Null>
+void* VqNullSlots<Null>::Create(unsigned long count) {
+    return NewArray<Null>(count);
+}
+
+template <class Null>
+unsigned long VqNullSlots<Null>::Delete(void* values, unsigned long) {
+    delete[] static_cast<Null*>(values);
+    return 0;
+}
+
+template <class Null>
+void VqNullSlots<Null>::Constructor(void* values, unsigned long count) {
+    if (values != nullptr) std::uninitialized_default_construct_n(static_cast<Null*>(values), count);
+}
+
+template <class Null>
+void VqNullSlots<Null>::Destructor(void*, unsigned long) {
+    static_assert(std::is_trivially_destructible_v<Null>);
+}
+
+template <class Null>
+void VqNullSlots<Null>::Assignment(void* dst, const void* src, unsigned long count, unsigned long broadcast) {
+    AssignAll(static_cast<Null*>(dst), static_cast<const Null*>(src), count, broadcast);
+}
+
+template <class Null>
+void VqNullSlots<Null>::Copy(void* dst, const void* src, unsigned long count, unsigned long broadcast) {
+    AssignAll(static_cast<Null*>(dst), static_cast<const Null*>(src), count, broadcast);
+}
+
+template <class Null>
+void* VqNullSlots<Null>::DefaultValue(unsigned long count, int) {
+    return Create(count);
+}
+
+// --- Disk
+
+template <class Null>
+unsigned long VqNullSlots<Null>::Store(void* dst, const void* src, unsigned char format, unsigned long count) {
+    const Null* const values = static_cast<const Null*>(src);
+    if (values == nullptr) return 0;
+    unsigned char* out = static_cast<unsigned char*>(dst);
+    for (unsigned long i = 0; i < count; ++i, out += Parts<Null>::Size) {
+        const auto value = values[i].value;
+        FormOf<Null>::Store(out + Parts<Null>::ValueAt(format), &value, format & VqFormat_OrderMask);
+        out[Parts<Null>::IndicatorAt(format)] = values[i].IsNullValue();
+    }
+    return count * Parts<Null>::Size;
+}
+
+template <class Null>
+unsigned long VqNullSlots<Null>::Load(void* dst, const void* src, unsigned char format, unsigned long count) {
+    Null* const values = static_cast<Null*>(dst);
+    if (values == nullptr) return 0;
+    const unsigned char* in = static_cast<const unsigned char*>(src);
+    for (unsigned long i = 0; i < count; ++i, in += Parts<Null>::Size) {
+        typename Null::ValueType value;
+        FormOf<Null>::Load(&value, in + Parts<Null>::ValueAt(format), format & VqFormat_OrderMask);
+        values[i] = in[Parts<Null>::IndicatorAt(format)] == 1 ? Null() : Null(value);
+    }
+    return count * Parts<Null>::Size;
+}
+
+template <class Null>
+unsigned long VqNullSlots<Null>::NullSizeGet(unsigned long count) {
+    return FormOf<Null>::NullSizeGet(count) + count;
+}
+
+template <class Null>
+unsigned long VqNullSlots<Null>::SizeGet(const void*, unsigned char, unsigned char format, unsigned long count) {
+    return FormOf<Null>::SizeGet(format, count) + count;
+}
+
+template <class Null>
+unsigned long VqNullSlots<Null>::SizeGetFromMemFile(MemFile* file, unsigned char format, unsigned long count) {
+    return FormOf<Null>::SizeGetFromMemFile(file, format, count) + count;
+}
+
+template <class Null>
+unsigned long VqNullSlots<Null>::Translate(void* dst, unsigned char dstFormat, unsigned long dstLen, const void* src,
+                                           unsigned char srcFormat, unsigned long srcLen, unsigned long count) {
+    const bool toMemory = dstFormat & VqFormat_Memory, fromMemory = srcFormat & VqFormat_Memory;
+    if (toMemory && !fromMemory) {
+        Load(dst, src, srcFormat, count);
+        return count * sizeof(Null);
+    }
+    if (fromMemory && !toMemory) return Store(dst, src, dstFormat, count);
+    if (fromMemory) {
+        Assignment(dst, src, count, 0);
+        return count * sizeof(Null);
+    }
+    const unsigned long length = std::min(dstLen, srcLen);
+    if (length != 0) std::memmove(dst, src, length);
+    if (dstLen > length) std::memset(static_cast<char*>(dst) + length, 0, dstLen - length);
+    return dstLen;
+}
+
+// --- Text
+
+template <class Null>
+VqString& VqNullSlots<Null>::Print(VqString& out, void* values, const char* format, unsigned long count) {
+    if (values == nullptr) return out;
+    vq::PrintElements(out, count, [&](unsigned long i) {
+        const Null& element = static_cast<const Null*>(values)[i];
+        if (element.IsNullValue()) {
+            out += VqNullPrintString();
+        } else {
+            PrintValue(out, element.value, format != nullptr ? format : formatOf<Null>);
+        }
+    });
+    return out;
+}
+
+template <class Null>
+void* VqNullSlots<Null>::Scan(void* values, VqString& text, const char* format, unsigned long count) {
+    if (values == nullptr) return values;
+    vq::ScanElements(text, count, [&](const char* at, unsigned long i, bool& found) {
+        Null& element = static_cast<Null*>(values)[i];
+        if (const char* const rest = vq::SkipNullPrintString(at)) {
+            element.SetNullValue();
+            found = true;
+            return rest;
+        }
+        auto value = element.value;
+        at = ScanValue(at, format != nullptr ? format : formatOf<Null>, value, found);
+        if (found) element = value;
+        return at;
+    });
+    return values;
+}
+
+// --- Null
+
+template <class Null>
+int VqNullSlots<Null>::IsNull(void* value) {
+    return value != nullptr ? static_cast<const Null*>(value)->isNull : 0;
+}
+
+template <class Null>
+int VqNullSlots<Null>::SetNull(void* value) {
+    return value != nullptr ? static_cast<Null*>(value)->SetNullValue() : 0;
+}
+
+// --- Conversion
+
+template <class Null>
+VqTypeConvertData* VqNullSlots<Null>::ConvertTo(void* values, unsigned long count) {
+    if (values == nullptr) return nullptr;
+    VqString* const strings = NewArray<VqString>(count);
+    if (strings == nullptr) return nullptr;
+    for (unsigned long i = 0; i < count; ++i) {
+        const Null& element = static_cast<const Null*>(values)[i];
+        if (element.IsNullValue()) {
+            strings[i].SetNullValue();
+        } else {
+            strings[i] += ToExchange(static_cast<Plain<typename Null::ValueType>>(element.value));
+        }
+    }
+    VqTypeConvertData* const data = VqTypeConvertData::Make(VqTypeId_VqString, count, strings, nullptr);
+    if (data == nullptr) delete[] strings;
+    return data;
+}
+
+template <class Null>
+void* VqNullSlots<Null>::ConvertFrom(VqTypeConvertData* data, unsigned long count) {
+    Null* const values = NewArray<Null>(count);
+    if (values == nullptr) return nullptr;
+    for (unsigned long i = 0; i < count; ++i) {
+        const VqString* const text = data != nullptr ? data->GetString(static_cast<int>(i)) : nullptr;
+        if (text == nullptr || text->IsNullValue()) continue;
+        Plain<typename Null::ValueType> value{};
+        FromExchange(*text, value);
+        values[i] = static_cast<typename Null::ValueType>(value);
+    }
+    return values;
+}
+
+template struct VQTM_API VqNullSlots<VqNull_char>;
+template struct VQTM_API VqNullSlots<VqNull_uchar>;
+template struct VQTM_API VqNullSlots<VqNull_short>;
+template struct VQTM_API VqNullSlots<VqNull_ushort>;
+template struct VQTM_API VqNullSlots<VqNull_int>;
+template struct VQTM_API VqNullSlots<VqNull_unsigned>;
+template struct VQTM_API VqNullSlots<VqNull_long>;
+template struct VQTM_API VqNullSlots<VqNull_ulong>;
+template struct VQTM_API VqNullSlots<VqNull_float>;
+template struct VQTM_API VqNullSlots<VqNull_double>;
+template struct VQTM_API VqNullSlots<VqNull_VqInt64>;

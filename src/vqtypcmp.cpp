@@ -1,0 +1,381 @@
+#include "vqtypcmp.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstddef>
+#include <cstring>
+#include <memory>
+#include <new>
+
+#include "_vqnulty.h"
+#include "strcompare.h"
+#include "textunit.h"
+#include "vqbase.h"
+#include "vqstring.h"
+
+static_assert(std::endian::native == std::endian::little,
+              "stored forms with the low byte first are compared as they stand");
+
+namespace {
+
+// --- Elements
+//
+// An element type tells how far apart elements are and reads one as a value that Order puts in order. Swapped stands
+// for stored forms with the high byte first.
+
+template <std::size_t Size>
+using WordOf = std::conditional_t<
+    Size == 1, std::uint8_t,
+    std::conditional_t<Size == 2, std::uint16_t, std::conditional_t<Size == 4, std::uint32_t, std::uint64_t>>>;
+
+constexpr std::uint8_t ByteSwap(std::uint8_t word) { return word; }
+constexpr std::uint16_t ByteSwap(std::uint16_t word) { return __builtin_bswap16(word); }
+constexpr std::uint32_t ByteSwap(std::uint32_t word) { return __builtin_bswap32(word); }
+constexpr std::uint64_t ByteSwap(std::uint64_t word) { return __builtin_bswap64(word); }
+
+// Neither equal nor greater, as with values that are not numbers, gives -1.
+template <class Value>
+int Order(Value a, Value b) {
+    return a == b ? 0 : a > b ? 1 : -1;
+}
+
+template <class T, bool Swapped>
+struct Scalar {
+    static constexpr unsigned long Size = sizeof(T);
+    static T Load(const unsigned char* at) {
+        WordOf<sizeof(T)> word;
+        std::memcpy(&word, at, sizeof word);
+        return std::bit_cast<T>(Swapped ? ByteSwap(word) : word);
+    }
+};
+
+// The low half first, each half in the byte order of the format.
+template <bool Swapped>
+struct Scalar<VqInt64, Swapped> {
+    static constexpr unsigned long Size = 8;
+    static std::int64_t Load(const unsigned char* at) {
+        const auto word = Scalar<std::uint64_t, Swapped>::Load(at);
+        return std::bit_cast<std::int64_t>(Swapped ? std::rotl(word, 32) : word);
+    }
+};
+
+// Its sign does not depend on the flags that a caller is compiled with.
+template <bool Swapped>
+struct Scalar<char, Swapped> : Scalar<signed char, Swapped> {};
+
+template <class Value>
+struct Nullable {
+    bool isNull;
+    Value value;
+};
+
+template <class Value>
+int Order(const Nullable<Value>& a, const Nullable<Value>& b) {
+    const int nullity = VqNullityClass(a.isNull, b.isNull);
+    return nullity == VqNullity_None ? Order(a.value, b.value) : VqNullityCompare(nullity);
+}
+
+template <class Null>
+struct NullableInMemory {
+    using Value = Scalar<decltype(Null::value), false>;
+    static constexpr unsigned long Size = sizeof(Null);
+    static auto Load(const unsigned char* at) {
+        return Nullable<decltype(Value::Load(at))>{at[offsetof(Null, isNull)] != 0, Value::Load(at)};
+    }
+};
+
+template <class Null, bool Swapped>
+struct NullableStored {
+    using Value = Scalar<decltype(Null::value), Swapped>;
+    static constexpr unsigned long Size = 1 + Value::Size;
+    static auto Load(const unsigned char* at) {
+        return Nullable<decltype(Value::Load(at))>{at[0] == 1, Value::Load(at + 1)};
+    }
+};
+
+// --- Arrays
+
+// What the caller gave: two arrays with the bytes that may be read, 0 for all of `count` elements.
+struct Operands {
+    unsigned long length1;
+    const void* value1;
+    unsigned long length2;
+    const void* value2;
+    unsigned long count;
+
+    // Whole elements that both arrays hold.
+    unsigned long Readable(unsigned long size) const {
+        return std::min({count, length1 == 0 ? count : length1 / size, length2 == 0 ? count : length2 / size});
+    }
+    // The status where comparison stopped with the element `i`, or behind the last readable one.
+    int Status(unsigned long i, unsigned long size) const {
+        const bool all = i == Readable(size);
+        const unsigned long next = (i + 1) * size;
+        const bool ended = (length1 != 0 && next >= length1) || (length2 != 0 && next >= length2);
+        return (all ? i < count : i + 1 < count && ended) ? VqStatus_BufferEnd : VqStatus_Ok;
+    }
+};
+
+// Elements that are passed over together while they are equal: few enough to lose nothing, a power of two so that
+// compilers vectorise.
+constexpr unsigned long Block = 16;
+
+template <class Element>
+bool BlocksDiffer(const unsigned char* a, const unsigned char* b) {
+    WordOf<Element::Size> differences = 0;
+    for (unsigned long i = 0; i < Block * Element::Size; i += Element::Size) {
+        differences |= Element::Load(a + i) != Element::Load(b + i);
+    }
+    return differences != 0;
+}
+
+// The number of elements at the start that are known to be equal.
+template <class Element>
+unsigned long EqualBlocks(const unsigned char* a, const unsigned char* b, unsigned long count) {
+    unsigned long i = 0;
+    while (count - i >= Block && !BlocksDiffer<Element>(a + i * Element::Size, b + i * Element::Size)) i += Block;
+    return i;
+}
+
+template <class Element>
+int CompareFrom(unsigned long i, const Operands& operands, int& error) {
+    const unsigned char* const a = static_cast<const unsigned char*>(operands.value1);
+    const unsigned char* const b = static_cast<const unsigned char*>(operands.value2);
+    const unsigned long readable = operands.Readable(Element::Size);
+    int result = 0;
+    for (; i < readable; ++i) {
+        result = Order(Element::Load(a + i * Element::Size), Element::Load(b + i * Element::Size));
+        if (result != 0) break;
+    }
+    error = operands.Status(i, Element::Size);
+    return result;
+}
+
+template <class Element>
+int CompareScalars(const Operands& operands, int& error) {
+    const unsigned long equal =
+        EqualBlocks<Element>(static_cast<const unsigned char*>(operands.value1),
+                             static_cast<const unsigned char*>(operands.value2), operands.Readable(Element::Size));
+    return CompareFrom<Element>(equal, operands, error);
+}
+
+bool IsBigEndian(unsigned char format) { return (format & VqFormat_OrderMask) == VqFormat_BigEndian; }
+
+template <class T>
+int CompareScalars(unsigned char format, const Operands& operands, int& error) {
+    return IsBigEndian(format) ? CompareScalars<Scalar<T, true>>(operands, error)
+                               : CompareScalars<Scalar<T, false>>(operands, error);
+}
+
+template <class Null>
+int CompareNullables(unsigned char format, const Operands& operands, int& error) {
+    if (format & VqFormat_Memory) return CompareFrom<NullableInMemory<Null>>(0, operands, error);
+    return IsBigEndian(format) ? CompareFrom<NullableStored<Null, true>>(0, operands, error)
+                               : CompareFrom<NullableStored<Null, false>>(0, operands, error);
+}
+
+// --- Strings
+
+constexpr unsigned long NoLimit = ~0UL;
+
+// One element of an array of strings.
+struct Text {
+    const char* text;
+    unsigned long bytes;  // of characters
+    unsigned char codeSet;
+    unsigned char language;
+    bool terminated;     // a zero character follows
+    bool cut;            // the array ends within the element
+    unsigned long step;  // bytes to the next element
+
+    // A header that no string has. Its language counts without the top bit.
+    bool Repair() {
+        const bool damaged = codeSet == VqNullMark && language >= 128;
+        if (damaged) language &= 127;
+        return damaged;
+    }
+};
+
+// An array of strings in one of its forms, and a place in it.
+class StringArray {
+  public:
+    // `lacking`: bytes by which a record may be shorter than its length says.
+    StringArray(unsigned char format, unsigned long length, const void* value, unsigned long lacking)
+        : at_(static_cast<const unsigned char*>(value)),
+          left_(length == 0 ? NoLimit : length),
+          format_(format),
+          lacking_(lacking) {
+        if (format == VqFormat_Memory) {
+            form_ = Form::Memory;
+        } else if (left_ >= 2 && LoadLength() + 2 <= left_ && at_[LoadLength() + 1] == 0) {
+            form_ = Form::Legacy;
+            left_ = LoadLength();
+            at_ += 2;
+        }
+    }
+
+    bool Ended() const {
+        constexpr unsigned long leastSize[] = {sizeof(VqString), 5, 1};
+        return left_ < leastSize[static_cast<int>(form_)];
+    }
+    Text Current() const {
+        return form_ == Form::Memory ? InMemory() : form_ == Form::Legacy ? InLegacyArea() : InRecord();
+    }
+    void Advance(const Text& text) {
+        at_ += text.step;
+        if (left_ != NoLimit) left_ -= text.step;
+    }
+
+  private:
+    enum class Form { Memory, Records, Legacy };
+
+    unsigned long LoadLength() const {
+        std::uint16_t length;
+        ShortStore(&length, at_, format_ & VqFormat_OrderMask, 1);
+        return length;
+    }
+
+    Text InMemory() const {
+        const VqString& string = *reinterpret_cast<const VqString*>(at_);
+        const unsigned long charSize = vq::CharSizeOf(string.GetCodeSet()), size = string.GetSize();
+        return {
+            string.StrGet(), size == 0 ? 0 : size - charSize, string.GetCodeSet(), string.GetLanguage(), true, false,
+            sizeof(VqString)};
+    }
+    Text InLegacyArea() const {
+        const char* const text = reinterpret_cast<const char*>(at_);
+        const void* const zero = std::memchr(text, 0, left_);
+        const unsigned long bytes = zero ? static_cast<unsigned long>(static_cast<const char*>(zero) - text) : left_;
+        return {text,
+                bytes,
+                VqString::GetDefault8CodeSet(),
+                VqString::GetDefaultLanguage(),
+                zero != nullptr,
+                false,
+                bytes + (zero != nullptr)};
+    }
+    // 16-bit length of what follows, code set, language, characters, 0x00, 0xFF.
+    Text InRecord() const {
+        const unsigned long length = LoadLength(), room = left_ - 2;
+        const bool cut = length > room && length - room > lacking_;
+        const unsigned long bytes = length < 4 || cut ? 0 : length - 4;
+        const bool terminated = length >= 4 && length - 1 <= room && vq::CharSizeOf(at_[2]) == 1 && at_[length] == 0;
+        return {
+            reinterpret_cast<const char*>(at_ + 4), bytes, at_[2], at_[3], terminated, cut, std::min(length, room) + 2};
+    }
+
+    const unsigned char* at_;
+    unsigned long left_;  // bytes that may be read, NoLimit when the elements alone tell
+    unsigned char format_;
+    unsigned long lacking_;
+    Form form_ = Form::Records;
+};
+
+// A text with a zero character behind it, copied only where it has none.
+class TerminatedText {
+  public:
+    explicit TerminatedText(const Text& text) : text_(text.terminated ? text.text : Room(text.bytes + 2)) {
+        if (text.terminated || text_ == nullptr) return;
+        char* const copy = heap_ ? heap_.get() : stack_;
+        std::memcpy(copy, text.text, text.bytes);
+        copy[text.bytes] = copy[text.bytes + 1] = 0;
+    }
+
+    // Null when memory ran out.
+    const char* Get() const { return text_; }
+
+  private:
+    const char* Room(unsigned long size) {
+        if (size <= sizeof stack_) return stack_;
+        do {
+            heap_.reset(new (std::nothrow) char[size]);
+        } while (!heap_ && VqCallMemoryHandler(size) != 0);
+        return heap_.get();
+    }
+
+    char stack_[256 + 2];
+    std::unique_ptr<char[]> heap_;
+    const char* text_;
+};
+
+int CompareTexts(const Text& a, const Text& b, unsigned char format, unsigned short flags, int& error) {
+    const TerminatedText text1(a), text2(b);
+    if (text1.Get() == nullptr || text2.Get() == nullptr) {
+        error = VqStatus_NotSupported;
+        return -1;
+    }
+    return VqStrCmp(a.codeSet, a.language, text1.Get(), b.codeSet, b.language, text2.Get(), flags, -1,
+                    format & VqFormat_OrderMask, nullptr);
+}
+
+// Compares the elements where both arrays stand and, with `more`, moves on.
+int CompareNext(StringArray& first, StringArray& second, bool more, unsigned char format, unsigned short flags,
+                int& error) {
+    Text a = first.Current(), b = second.Current();
+    if (a.cut || b.cut) {
+        error = VqStatus_BufferEnd;
+        return 0;
+    }
+    const bool damaged1 = a.Repair(), damaged2 = b.Repair();
+    if (damaged1 || damaged2) error = VqStatus_BufferEnd;
+    const int result = CompareTexts(a, b, format, flags, error);
+    if (more) {
+        first.Advance(a);
+        second.Advance(b);
+        if (error == VqStatus_Ok && (first.Ended() || second.Ended())) error = VqStatus_BufferEnd;
+    }
+    return result;
+}
+
+int CompareStrings(unsigned char format, const Operands& operands, unsigned short flags, unsigned long lacking,
+                   int& error) {
+    error = VqStatus_Ok;
+    unsigned long count = operands.count;
+    if (count == 0) return 0;
+    if (flags == VqCmp_Default) flags = VqString::GetDefaultCmpOp();
+    StringArray first(format, operands.length1, operands.value1, lacking);
+    StringArray second(format, operands.length2, operands.value2, lacking);
+    if (first.Ended() || second.Ended()) error = VqStatus_BufferEnd;
+    int result = 0;
+    for (; count != 0 && result == 0 && error == VqStatus_Ok; --count) {
+        result = CompareNext(first, second, count > 1, format, flags, error);
+    }
+    return result;
+}
+
+}  // namespace
+
+#define VQ_COMPARE_FUNCTION(Name, Call)                                                                    \
+    int Name(unsigned char format, unsigned long length1, const void* value1, unsigned long length2,       \
+             const void* value2, [[maybe_unused]] unsigned short flags, unsigned long count, int& error) { \
+        return Call;                                                                                       \
+    }
+#define VQ_OPERANDS \
+    Operands { length1, value1, length2, value2, count }
+#define VQ_SCALAR_COMPARE(Name, T) VQ_COMPARE_FUNCTION(Name, CompareScalars<T>(format, VQ_OPERANDS, error))
+
+VQ_SCALAR_COMPARE(CharCompare, signed char)
+VQ_SCALAR_COMPARE(ByteCompare, std::uint8_t)
+VQ_SCALAR_COMPARE(ShortCompare, std::int16_t)
+VQ_SCALAR_COMPARE(WordCompare, std::uint16_t)
+VQ_SCALAR_COMPARE(IntCompare, std::int32_t)
+VQ_SCALAR_COMPARE(UnsignedCompare, std::uint32_t)
+VQ_SCALAR_COMPARE(LongCompare, std::int32_t)
+VQ_SCALAR_COMPARE(DwordCompare, std::uint32_t)
+VQ_SCALAR_COMPARE(FloatCompare, float)
+VQ_SCALAR_COMPARE(DoubleCompare, double)
+VQ_SCALAR_COMPARE(Int64Compare, VqInt64)
+VQ_COMPARE_FUNCTION(StringCompare, CompareStrings(format, VQ_OPERANDS, flags, 0, error))
+VQ_COMPARE_FUNCTION(LegacyStringCompare, CompareStrings(format, VQ_OPERANDS, flags, 2, error))
+
+template <class Null>
+VQ_COMPARE_FUNCTION(VqNullSlots<Null>::Compare, CompareNullables<Null>(format, VQ_OPERANDS, error))
+
+#define VQ_NULLABLE_COMPARE(Null)                                                                              \
+    template VQTM_API int VqNullSlots<Null>::Compare(unsigned char, unsigned long, const void*, unsigned long, \
+                                                     const void*, unsigned short, unsigned long, int&);
+
+VQ_NULLABLE_COMPARE(VqNull_char) VQ_NULLABLE_COMPARE(VqNull_uchar) VQ_NULLABLE_COMPARE(VqNull_short)
+    VQ_NULLABLE_COMPARE(VqNull_ushort) VQ_NULLABLE_COMPARE(VqNull_int) VQ_NULLABLE_COMPARE(VqNull_unsigned)
+        VQ_NULLABLE_COMPARE(VqNull_long) VQ_NULLABLE_COMPARE(VqNull_ulong) VQ_NULLABLE_COMPARE(VqNull_float)
+            VQ_NULLABLE_COMPARE(VqNull_double) VQ_NULLABLE_COMPARE(VqNull_VqInt64)
