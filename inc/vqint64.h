@@ -38,9 +38,9 @@ class VqInt64 {
     VQTM_API void PrintToVqString(VqString& out, const char* format) const;
 
     /// Reads the value from `text` under `format` ("%S" for null). The text says its base: 0x is hexadecimal, another
-    /// leading 0 octal. S takes any base, o x X d i only their own. A conversion ends at the text's end, or at the
-    /// character that follows it in the format. Digits beyond 64 bits wrap. A text that does not match gives -1; an
-    /// empty one leaves the value.
+    /// leading 0 octal, 0 alone as well. S takes any base, o x X d i only their own. A conversion ends at the text's
+    /// end, or at the character that follows it in the format. Digits beyond 64 bits wrap. A text that does not match
+    /// gives -1; an empty one leaves the value.
     VQTM_API void ScanFromVqString(const VqString& text, const char* format);
 
     std::uint32_t low = 0;  // bits 0 to 31

@@ -102,8 +102,8 @@ class VQTM_API VqTypeMgr {
     /// Always null; CmpFuncPtrGet gets the comparison.
     VqCompareFunc ComparePtrGet(char id) const;
 
-    /// The address of element `index`. Null when `count` is not 0 and the index is not below it; a count of 0 is no
-    /// bound.
+    /// The address of element `index`. Null when `values` is, and when `count` is not 0 and the index is not below it;
+    /// a count of 0 is no bound.
     void* GetArrayElement(char id, void* values, unsigned long index, unsigned long count) const;
 
     // --- Names and sizes

@@ -1,0 +1,50 @@
+/// \file
+/// Everything: the public headers of the three libraries.
+///
+/// Start with vqtypes.h, the type manager, when values are known by type only; with vqstring.h and the value classes
+/// when they are known by class; with vqbase.h for byte orders, and vqlanguagecontext.h for code sets and languages.
+#ifndef VQTM_H
+#define VQTM_H
+
+// The base library
+#include "byteorder.h"
+#include "clock.h"
+#include "memfile.h"
+#include "memoryhandler.h"
+#include "vqassert.h"
+#include "vqbase.h"
+#include "vqbasedefs.h"
+#include "vqconfig.h"
+#include "vqversion.h"
+
+// The internationalisation library
+#include "vqcodeset.h"
+#include "vqi18ndefs.h"
+#include "vqlanguagecontext.h"
+
+// The type library
+#include "_vqnulty.h"
+#include "blob.h"
+#include "boolean.h"
+#include "convert.h"
+#include "date.h"
+#include "datetime.h"
+#include "library.h"
+#include "objid.h"
+#include "ref.h"
+#include "seal.h"
+#include "stddate.h"
+#include "strcompare.h"
+#include "stringiterator.h"
+#include "textform.h"
+#include "vqchar.h"
+#include "vqdefs.h"
+#include "vqint64.h"
+#include "vqistring.h"
+#include "vqnull.h"
+#include "vqslots.h"
+#include "vqstring.h"
+#include "vqtypcmp.h"
+#include "vqtypes.h"
+
+#endif

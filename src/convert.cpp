@@ -1,0 +1,106 @@
+#include "convert.h"
+
+#include <bitset>
+#include <new>
+
+#include "stringiterator.h"
+#include "valueslots.h"
+#include "vqtypes.h"
+
+// --- The record
+
+VqTypeConvertData* VqTypeConvertData::Make(unsigned char type, unsigned long count, void* data, VqTypeMgr* manager) {
+    return new (std::nothrow) VqTypeConvertData(type, count, data, manager);
+}
+
+VqTypeConvertData::~VqTypeConvertData() {
+    // Released records are looked at, so the compiler must not take these for the last writes to a dead object.
+    if (manager != nullptr && data != nullptr) {
+        manager->Delete(static_cast<char>(type), data, count);
+        *const_cast<void* volatile*>(&data) = nullptr;
+    }
+    *const_cast<volatile unsigned long*>(&count) = 0;
+    *const_cast<volatile unsigned char*>(&type) = Released;
+}
+
+VqString* VqTypeConvertData::GetString(int index) const {
+    if (index < 0 || static_cast<unsigned long>(index) >= count || type != VqTypeId_VqString || data == nullptr) {
+        return nullptr;
+    }
+    return static_cast<VqString*>(data) + index;
+}
+
+// --- All values in one text
+
+namespace {
+
+using Codes = std::bitset<65536>;
+
+// The separator in the code set of `text`: the first character from 1 up to 254 that is not in use there.
+VqString ChooseSeparator(const VqString& text, const Codes& used) {
+    VqString separator(text.GetCodeSet(), text.GetLanguage());
+    for (unsigned code = 1; code < 255; ++code) {
+        separator = VqString(text.GetCodeSet(), text.GetLanguage());
+        separator += VqString(static_cast<char>(code));
+        if (!used[VqStringIterator(separator).GetCode()]) return separator;
+    }
+    separator = VqString(text.GetCodeSet(), text.GetLanguage());
+    separator += VqString(',');
+    return separator;
+}
+
+// The characters of all strings as they will stand in `text`.
+Codes UsedCodes(const VqTypeConvertData& record, const VqString& text) {
+    Codes used;
+    for (unsigned long i = 0; i < record.count; ++i) {
+        VqString mapped(text.GetCodeSet(), text.GetLanguage());
+        mapped += static_cast<const VqString*>(record.data)[i];
+        for (VqStringIterator at(mapped); !at.IsEnd(); ++at) used.set(at.GetCode());
+    }
+    return used;
+}
+
+// The part of `text` up to the separator, at which or behind which the walk goes on.
+VqString TakeText(VqStringIterator& at, const VqString& text, unsigned short separator) {
+    const unsigned long start = at.GetOffset(), position = at.GetPosition();
+    while (!at.IsEnd() && at.GetCode() != separator) ++at;
+    VqString part(text.GetCodeSet(), text.GetLanguage());
+    part.AssignChars(text.StrGet() + start, text.GetCodeSet(),
+                     static_cast<unsigned short>(at.GetPosition() - position));
+    if (!at.IsEnd()) ++at;
+    return part;
+}
+
+unsigned short LastCharacter(const VqString& text) {
+    unsigned short last = ',';
+    for (VqStringIterator at(text); !at.IsEnd(); ++at) last = at.GetCode();
+    return last;
+}
+
+}  // namespace
+
+VqString* VqTypeMgr::ConvertToVqStringOld(void* values, char id, unsigned long count) {
+    VqTypeConvertData* const record = ConvertTo(id, values, count);
+    if (record == nullptr) return nullptr;
+    VqString* const text = static_cast<VqString*>(Create(VqTypeId_VqString, 1));
+    if (text != nullptr) {
+        const VqString separator = ChooseSeparator(*text, UsedCodes(*record, *text));
+        for (unsigned long i = 0; i < count; ++i) {
+            if (i < record->count) *text += static_cast<const VqString*>(record->data)[i];
+            *text += separator;
+        }
+    }
+    delete record;
+    return text;
+}
+
+void* VqTypeMgr::ConvertFromVqStringOld(VqString& text, char id, unsigned long count) {
+    const unsigned short separator = LastCharacter(text);
+    VqStringIterator at(text);
+    VqTypeConvertData* const record =
+        vq::MakeTexts(count, [&](unsigned long, VqString& part) { part = TakeText(at, text, separator); });
+    if (record == nullptr) return nullptr;
+    void* const values = ConvertFrom(id, record, count);
+    delete record;
+    return values;
+}

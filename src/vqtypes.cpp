@@ -1,0 +1,532 @@
+#include "vqtypes.h"
+
+#include <array>
+#include <cstring>
+#include <new>
+#include <utility>
+
+#include "_vqnulty.h"
+#include "blob.h"
+#include "boolean.h"
+#include "datetime.h"
+#include "defaultmanager.h"
+#include "ref.h"
+#include "scalar.h"
+#include "seal.h"
+#include "stddate.h"
+#include "stringslots.h"
+#include "textform.h"
+#include "vqbase.h"
+#include "vqistring.h"
+#include "vqnull.h"
+#include "vqtypcmp.h"
+
+namespace {
+
+// --- Functions that do nothing
+
+template <class Function>
+struct Nothing;
+template <class Result, class... Arguments>
+struct Nothing<Result (*)(Arguments...)> {
+    static Result Do(Arguments...) { return Result(); }
+};
+template <class... Arguments>
+struct Nothing<VqString& (*)(VqString&, Arguments...)> {
+    static VqString& Do(VqString& out, Arguments...) { return out; }
+};
+
+// Fits every slot.
+struct DoNothing {
+    template <class Function>
+    constexpr operator Function() const {
+        return Nothing<Function>::Do;
+    }
+};
+constexpr DoNothing nothing;
+
+// A null that cannot be set yet says so, instead of the success that doing nothing would report.
+int RefuseNull(void*) { return VqStatus_Refused; }
+
+// --- Families: the functions that several rows share, and the length of one value
+
+constexpr VqTypeDescriptor illegalFamily = {
+    .name = nullptr,
+    .create = nothing,
+    .destroy = nothing,
+    .store = nothing,
+    .load = nothing,
+    .nullSizeGet = nothing,
+    .sizeGet = nothing,
+    .sizeGetFromMemFile = nothing,
+    .compare = nothing,
+    .evalAndBound = nothing,
+    .hash = nothing,
+    .convertTo = nothing,
+    .convertFrom = nothing,
+    .constructor = nothing,
+    .destructor = nothing,
+    .assignment = nothing,
+    .copy = nothing,
+    .translate = nothing,
+    .isNull = nothing,
+    .setNull = nullptr,
+    .format = nullptr,
+    .print = nothing,
+    .scan = nothing,
+    .memoryLength = 0,
+    .fixed = 1,
+    .defaultValue = nothing,
+};
+
+// A class that has no row functions yet, with and without a null of its own.
+template <class T>
+constexpr VqTypeDescriptor OpaqueFamily(VqSetNullFunc setNull) {
+    VqTypeDescriptor row = illegalFamily;
+    row.memoryLength = sizeof(T);
+    row.setNull = setNull;
+    return row;
+}
+template <class T>
+constexpr VqTypeDescriptor opaque = OpaqueFamily<T>(nullptr);
+template <class T>
+constexpr VqTypeDescriptor opaqueWithNull = OpaqueFamily<T>(RefuseNull);
+
+// Slots is the class of static functions that the family has in common.
+template <class T, class Slots>
+constexpr VqTypeDescriptor LifeAndExchange() {
+    VqTypeDescriptor row = illegalFamily;
+    row.create = Slots::Create;
+    row.destroy = Slots::Delete;
+    row.convertTo = Slots::ConvertTo;
+    row.convertFrom = Slots::ConvertFrom;
+    row.constructor = Slots::Constructor;
+    row.destructor = Slots::Destructor;
+    row.assignment = Slots::Assignment;
+    row.copy = Slots::Copy;
+    row.memoryLength = sizeof(T);
+    row.defaultValue = Slots::DefaultValue;
+    return row;
+}
+
+#define SCALAR_FAMILY(T, Text, Name, StoreFunction, LoadFunction)              \
+    [] {                                                                       \
+        VqTypeDescriptor row = LifeAndExchange<T, vq::ScalarSlots<T, Text>>(); \
+        row.store = StoreFunction;                                             \
+        row.load = LoadFunction;                                               \
+        row.nullSizeGet = Name##NullSizeGet;                                   \
+        row.sizeGet = Name##SizeGet;                                           \
+        row.sizeGetFromMemFile = Name##SizeGetFromMemFile;                     \
+        row.compare = Name##Compare;                                           \
+        row.translate = vq::Translate<T, StoreFunction, LoadFunction>;         \
+        row.print = Name##Print;                                               \
+        row.scan = Name##Scan;                                                 \
+        return row;                                                            \
+    }()
+
+constexpr VqTypeDescriptor charFamily = SCALAR_FAMILY(signed char, short, Char, CharStore, CharStore);
+constexpr VqTypeDescriptor shortFamily = SCALAR_FAMILY(std::int16_t, short, Short, ShortStore, ShortStore);
+constexpr VqTypeDescriptor longFamily = SCALAR_FAMILY(std::int32_t, long, Long, LongStore, LongStore);
+constexpr VqTypeDescriptor intFamily = SCALAR_FAMILY(std::int32_t, int, Int, IntStore, IntLoad);
+constexpr VqTypeDescriptor floatFamily = SCALAR_FAMILY(float, double, Float, FloatStore, FloatStore);
+constexpr VqTypeDescriptor doubleFamily = SCALAR_FAMILY(double, double, Double, DoubleStore, DoubleStore);
+
+#undef SCALAR_FAMILY
+
+constexpr VqTypeDescriptor UnsignedFamily() {
+    VqTypeDescriptor row = intFamily;
+    row.store = UnsignedStore;
+    row.load = UnsignedLoad;
+    row.translate = vq::Translate<std::int32_t, UnsignedStore, UnsignedLoad>;
+    return row;
+}
+constexpr VqTypeDescriptor unsignedFamily = UnsignedFamily();
+
+constexpr VqTypeDescriptor StringFamily() {
+    VqTypeDescriptor row = LifeAndExchange<VqString, vq::StringSlots>();
+    row.store = StringStore;
+    row.load = StringLoad;
+    row.nullSizeGet = StringNullSizeGet;
+    row.sizeGet = StringSizeGet;
+    row.sizeGetFromMemFile = StringSizeGetFromMemFile;
+    row.compare = StringCompare;
+    row.translate = vq::Translate<VqString, StringStore, StringLoad>;
+    row.isNull = vq::StringSlots::IsNull;
+    row.setNull = vq::StringSlots::SetNull;
+    row.print = StringPrint;
+    row.scan = StringScan;
+    return row;
+}
+constexpr VqTypeDescriptor stringFamily = StringFamily();
+
+template <class Null>
+constexpr VqTypeDescriptor NullableFamily() {
+    using Slots = VqNullSlots<Null>;
+    VqTypeDescriptor row = LifeAndExchange<Null, Slots>();
+    row.store = Slots::Store;
+    row.load = Slots::Load;
+    row.nullSizeGet = Slots::NullSizeGet;
+    row.sizeGet = Slots::SizeGet;
+    row.sizeGetFromMemFile = Slots::SizeGetFromMemFile;
+    row.compare = Slots::Compare;
+    row.translate = Slots::Translate;
+    row.isNull = Slots::IsNull;
+    row.setNull = Slots::SetNull;
+    row.print = Slots::Print;
+    row.scan = Slots::Scan;
+    return row;
+}
+template <class Null>
+constexpr VqTypeDescriptor nullable = NullableFamily<Null>();
+
+// --- Rows
+
+// What a row has otherwise than its family.
+struct Differences {
+    VqCompareFunc compare = nullptr;
+};
+
+constexpr VqTypeDescriptor Row(const char* name, std::size_t memoryLength, std::uint16_t fixed, const char* format,
+                               VqTypeDescriptor row, Differences own = {}) {
+    row.name = name;
+    row.format = format;
+    row.fixed = fixed;
+    if (row.memoryLength != memoryLength) throw "the family's values have another length";
+    if (own.compare != nullptr) row.compare = own.compare;
+    return row;
+}
+
+struct IdentifiedRow {
+    VqTypeId id;
+    VqTypeDescriptor row;
+};
+
+#define ROW(Name, ...) \
+    IdentifiedRow { VqTypeId_##Name, Row(#Name, __VA_ARGS__) }
+
+// clang-format off
+constexpr IdentifiedRow rowsById[] = {
+    //  name             bytes in memory     fixed  format                       family, and what differs in it
+    ROW(char,            1,                     1, "%c",                         charFamily),
+    ROW(short,           2,                     1, "%hd",                        shortFamily),
+    ROW(long,            4,                     1, "%ld",                        longFamily),
+    ROW(double,          8,                     1, "%lf",                        doubleFamily),
+    ROW(float,           4,                     1, "%f",                         floatFamily),
+    ROW(VqWord,          2,                     1, "%hu",                        shortFamily, {.compare = WordCompare}),
+    ROW(VqDWord,         4,                     1, "%lu",                        longFamily, {.compare = DwordCompare}),
+    ROW(int,             4,                     1, "%d",                         intFamily),
+    ROW(unsigned,        4,                     1, "%u",                         unsignedFamily, {.compare = UnsignedCompare}),
+    ROW(enum,            4,                     1, "%d",                         intFamily),
+    ROW(VqByte,          1,                     1, "%c",                         charFamily, {.compare = ByteCompare}),
+    // texts, dates, identifiers
+    ROW(VqString,        sizeof(VqString),      0, "%s",                         stringFamily),
+    ROW(VqDate,          4,                     1, "%a %e.%b %Y",                opaqueWithNull<VqDate>),
+    ROW(VqTime,          3,                     1, "%I:%M:%S %p",                opaqueWithNull<VqTime>),
+    ROW(BlockId,         4,                     1, "#%lu",                       longFamily, {.compare = DwordCompare}),
+    ROW(VqObjId,         12,                    1, "(%H-%L#%B)",                 opaqueWithNull<VqObjId>),
+    ROW(VqClassId,       4,                     1, "(%Cv%V)",                    opaqueWithNull<VqClassId>),
+    ROW(VqRef,           20,                    1, "(%D:%H-%L#%B, %C)",          opaqueWithNull<VqRef>),
+    ROW(VqBlob,          sizeof(VqBlob),        0, "[BLOB,len=%L]",              opaqueWithNull<VqBlob>),
+    ROW(VqDateTime,      8,                     1, "%a %e.%b %Y %I:%M:%S %p",    opaqueWithNull<VqDateTime>),
+    ROW(VqIString,       sizeof(VqIString),     0, "%s",                         opaque<VqIString>),
+    ROW(VqCaseIString,   sizeof(VqCaseIString), 0, "%s",                         opaque<VqCaseIString>),
+    ROW(d_Date,          4,                     1, "%a %b %e",                   opaque<d_Date>),
+    ROW(d_Time,          6,                     1, "%I:%M:%S %p",                opaque<d_Time>),
+    ROW(d_Timestamp,     10,                    1, "%a %b %e %I:%M:%S %p",       opaque<d_Timestamp>),
+    ROW(d_Interval,      4,                     1, "%e days, %I hours, %M minutes, %S seconds",
+        opaque<d_Interval>),
+    ROW(VqInt64,         8,                     1, "%S",                         opaque<VqInt64>),
+    ROW(VqBoolean,       1,                     1, "noop",                       opaqueWithNull<VqBoolean>),
+    // nullable scalars
+    ROW(VqNull_char,     2,                     1, "%c",                         nullable<VqNull_char>),
+    ROW(VqNull_uchar,    2,                     1, "%c",                         nullable<VqNull_uchar>),
+    ROW(VqNull_short,    4,                     1, "%hd",                        nullable<VqNull_short>),
+    ROW(VqNull_ushort,   4,                     1, "%hu",                        nullable<VqNull_ushort>),
+    ROW(VqNull_int,      8,                     1, "%d",                         nullable<VqNull_int>),
+    ROW(VqNull_unsigned, 8,                     1, "%u",                         nullable<VqNull_unsigned>),
+    ROW(VqNull_long,     8,                     1, "%ld",                        nullable<VqNull_long>),
+    ROW(VqNull_ulong,    8,                     1, "%lu",                        nullable<VqNull_ulong>),
+    ROW(VqNull_float,    8,                     1, "%f",                         nullable<VqNull_float>),
+    ROW(VqNull_double,   12,                    1, "%lf",                        nullable<VqNull_double>),
+    ROW(VqNull_VqInt64,  12,                    1, "%S",                         nullable<VqNull_VqInt64>),
+
+    ROW(VqSeal,          6,                     1, "noop",                       opaque<VqSeal>),
+    ROW(illegal,         0,                     1, "illegal",                    illegalFamily),
+};
+// clang-format on
+
+#undef ROW
+
+constexpr VqTypeDescriptor LegacyStringRow() {
+    VqTypeDescriptor row = rowsById[VqTypeId_VqString].row;
+    row.store = LegacyStringStore;
+    row.sizeGet = LegacyStringSizeGet;
+    row.sizeGetFromMemFile = LegacyStringSizeGetFromMemFile;
+    row.compare = LegacyStringCompare;
+    row.translate = vq::Translate<VqString, LegacyStringStore, StringLoad>;
+    row.isNull = nothing;
+    row.setNull = nullptr;
+    return row;
+}
+
+// The manager calls every slot but SetNull without looking.
+constexpr bool IsFilled(const VqTypeDescriptor& row) {
+    return row.name && row.create && row.destroy && row.store && row.load && row.nullSizeGet && row.sizeGet &&
+           row.sizeGetFromMemFile && row.compare && row.evalAndBound && row.hash && row.convertTo && row.convertFrom &&
+           row.constructor && row.destructor && row.assignment && row.copy && row.translate && row.isNull &&
+           row.format && row.print && row.scan && row.defaultValue;
+}
+
+constexpr bool EveryRowIsInItsPlace() {
+    for (int i = 0; i < VqTypeCount; ++i) {
+        if (rowsById[i].id != i || !IsFilled(rowsById[i].row)) return false;
+    }
+    return true;
+}
+static_assert(std::size(rowsById) == VqTypeCount && EveryRowIsInItsPlace() && IsFilled(LegacyStringRow()));
+
+// The rows as they are used; comparison, format, print and scan can be exchanged.
+constexpr auto CurrentRows() {
+    std::array<VqTypeDescriptor, VqTypeCount> rows = {};
+    for (int i = 0; i < VqTypeCount; ++i) rows[static_cast<std::size_t>(i)] = rowsById[i].row;
+    return rows;
+}
+constinit std::array<VqTypeDescriptor, VqTypeCount> rows = CurrentRows();
+constinit VqTypeDescriptor legacyString = LegacyStringRow();
+
+// --- Tables: both as long as there are types, so that the manager looks at no more than the identifier
+
+using Table = std::array<VqTypeDescriptor*, VqTypeCount>;
+
+constexpr Table CurrentTable() {
+    Table table = {};
+    for (std::size_t i = 0; i < table.size(); ++i) table[i] = &rows[i];
+    return table;
+}
+
+constexpr Table LegacyTable() {
+    constexpr std::size_t Types = 28;
+    Table table = CurrentTable();
+    table[VqTypeId_VqString] = &legacyString;
+    for (std::size_t i = Types; i < table.size(); ++i) table[i] = &rows[VqTypeId_illegal];
+    return table;
+}
+
+constexpr Table currentTable = CurrentTable();
+constexpr Table legacyTable = LegacyTable();
+
+// Identifiers from here up stand for the illegal row.
+constexpr int FirstIllegalAlias = 100;
+constexpr std::uint16_t FirstCurrentLevel = 4;
+constexpr unsigned long OwnVersion = 5;
+
+}  // namespace
+
+// --- Construction and factory
+
+VqTypeMgr::VqTypeMgr(unsigned long version) { SetFactory(version); }
+
+void VqTypeMgr::SetFactory(unsigned long version) {
+    // Version 11 is older than its number: it stands for level 3.
+    const unsigned long level = version >= 12 ? FirstCurrentLevel : version == 11 ? 3 : version;
+    factoryLevel_ = static_cast<std::uint16_t>(level);
+    table_ = level >= FirstCurrentLevel ? currentTable.data() : legacyTable.data();
+}
+
+int VqTypeMgr::IsValidType(char id) const { return id < VqTypeCount || id >= FirstIllegalAlias; }
+
+// Negative identifiers are large unsigned ones, so that one comparison covers all that have no row.
+inline VqTypeDescriptor& VqTypeMgr::Row(char id) const {
+    const auto row = static_cast<unsigned char>(id);
+    return *table_[row < VqTypeCount ? row : static_cast<unsigned char>(VqTypeId_illegal)];
+}
+
+// --- Life of values
+
+void* VqTypeMgr::Create(char id, unsigned long count) const { return Row(id).create(count); }
+void VqTypeMgr::Delete(char id, void* values, unsigned long count) const { Row(id).destroy(values, count); }
+void* VqTypeMgr::DefaultValue(char id, unsigned long count, int asNull) const {
+    return Row(id).defaultValue(count, asNull);
+}
+
+VqConstructorFunc VqTypeMgr::ConstructorPtrGet(char id) const { return Row(id).constructor; }
+VqDestructorFunc VqTypeMgr::DestructorPtrGet(char id) const { return Row(id).destructor; }
+VqAssignmentFunc VqTypeMgr::AssignmentPtrGet(char id) const { return Row(id).assignment; }
+VqCopyFunc VqTypeMgr::CopyPtrGet(char id) const { return Row(id).copy; }
+VqLoadFunc VqTypeMgr::LoadPtrGet(char id) const { return Row(id).load; }
+VqStoreFunc VqTypeMgr::StorePtrGet(char id) const { return Row(id).store; }
+VqIsNullFunc VqTypeMgr::IsNullPtrGet(char id) const { return Row(id).isNull; }
+VqSetNullFunc VqTypeMgr::SetNullPtrGet(char id) const { return Row(id).setNull; }
+VqCompareFunc VqTypeMgr::ComparePtrGet(char) const { return nullptr; }
+
+void* VqTypeMgr::GetArrayElement(char id, void* values, unsigned long index, unsigned long count) const {
+    if (values == nullptr || (count != 0 && index >= count)) return nullptr;
+    return static_cast<char*>(values) + index * Row(id).memoryLength;
+}
+
+// --- Names and sizes
+
+char* VqTypeMgr::NameGet(char id, char* buffer) const {
+    const char* const name = Row(id).name;
+    return buffer != nullptr ? std::strcpy(buffer, name) : const_cast<char*>(name);
+}
+
+int VqTypeMgr::Name2VqTypeId(const char* name, char& id) const {
+    for (id = 0; IsValidType(id) != 0; ++id) {
+        if (std::strcmp(name, Row(id).name) == 0) return 0;
+    }
+    return 1;
+}
+
+unsigned long VqTypeMgr::MemLenGet(char id, unsigned long count) const { return Row(id).memoryLength * count; }
+unsigned short VqTypeMgr::IsFixed(char id) const { return Row(id).fixed; }
+
+unsigned long VqTypeMgr::DiskLenGet(char id, const void* data, unsigned char format, unsigned long count,
+                                    unsigned char dataFormat) const {
+    return Row(id).sizeGet(data, dataFormat, format, count);
+}
+unsigned long VqTypeMgr::DiskLenGetFromMemFile(char id, MemFile* file, unsigned char format,
+                                               unsigned long count) const {
+    return Row(id).sizeGetFromMemFile(file, format, count);
+}
+
+// --- Disk form
+
+unsigned long VqTypeMgr::Store(char id, void* dst, const void* src, unsigned char format, unsigned long count) const {
+    return Row(id).store(dst, src, format, count);
+}
+unsigned long VqTypeMgr::Load(char id, void* dst, const void* src, unsigned char format, unsigned long count) const {
+    return Row(id).load(dst, src, format, count);
+}
+unsigned long VqTypeMgr::Translate(char id, void* dst, unsigned char dstFormat, unsigned long dstLength,
+                                   const void* src, unsigned char srcFormat, unsigned long srcLength,
+                                   unsigned long count) const {
+    return Row(id).translate(dst, dstFormat, dstLength, src, srcFormat, srcLength, count);
+}
+
+// --- Keys
+
+long VqTypeMgr::Cmp(char id, const void* a, const void* b, unsigned short flags, unsigned long count,
+                    unsigned char format) const {
+    int status = VqStatus_Ok;
+    return Row(id).compare(format, 0, a, 0, b, flags, count, status);
+}
+long VqTypeMgr::Cmp(char id, unsigned long length1, const void* a, unsigned long length2, const void* b,
+                    unsigned short flags, unsigned long count, unsigned char format, int& status) const {
+    return Row(id).compare(format, length1, a, length2, b, flags, count, status);
+}
+VqCompareFunc VqTypeMgr::CmpFuncPtrGet(char id) const { return Row(id).compare; }
+
+float VqTypeMgr::EvalAndBound(char id, VqIdxBounds* indexBounds, unsigned short& operators, const void* key,
+                              unsigned char format, unsigned long count, VqIdxBounds* scanBounds, VqEvalData*) const {
+    return static_cast<float>(Row(id).evalAndBound(indexBounds, operators, key, format, count, scanBounds));
+}
+
+unsigned long VqTypeMgr::Hash(char id, unsigned long length, const void* values, unsigned long count,
+                              unsigned char format, int& status) const {
+    return Row(id).hash(format, length, values, count, status);
+}
+
+// --- Conversion
+
+VqTypeConvertData* VqTypeMgr::ConvertTo(char id, void* values, unsigned long count) {
+    VqTypeConvertData* const data = Row(id).convertTo(values, count);
+    if (data != nullptr) data->manager = this;
+    return data;
+}
+
+void* VqTypeMgr::ConvertFrom(char id, VqTypeConvertData* data, unsigned long count) {
+    if (data != nullptr) data->manager = this;
+    return Row(id).convertFrom(data, count);
+}
+
+// --- Text
+
+VqString& VqTypeMgr::PrintToVqString(char id, VqString& out, void* values, const char* format,
+                                     unsigned long count) const {
+    const VqTypeDescriptor& row = Row(id);
+    if (format == nullptr) format = row.format;
+    // Bytes print as one piece, and where there is nothing to print there are no commas either.
+    const bool whole = row.print == CharPrint || row.print == Nothing<VqPrintFunc>::Do || values == nullptr;
+    if (whole || count <= 1) return row.print(out, values, format, count);
+    for (unsigned long i = 0; i < count; ++i) {
+        if (i != 0) out << ',';
+        VqString element(out.GetCodeSet(), out.GetLanguage());
+        out += row.print(element, GetArrayElement(id, values, i, count), format, 1);
+    }
+    return out;
+}
+
+void* VqTypeMgr::ScanFromVqString(char id, void* values, VqString& text, const char* format,
+                                  unsigned long count) const {
+    const VqTypeDescriptor& row = Row(id);
+    row.scan(values, text, format != nullptr ? format : row.format, count);
+    return values;
+}
+
+VqString& VqTypeMgr::GetNullPrintString() { return VqNullPrintString(); }
+void VqTypeMgr::SetNullPrintString(const VqString& text) { VqNullPrintString() = text; }
+
+// --- Replacing row entries
+
+namespace {
+
+template <class Entry>
+Entry Exchange(Entry& entry, Entry replacement) {
+    return replacement != nullptr ? std::exchange(entry, replacement) : entry;
+}
+
+}  // namespace
+
+const char* VqTypeMgr::ExchangeFormat(char id, const char* format) { return Exchange(Row(id).format, format); }
+VqCompareFunc VqTypeMgr::ExchangeVqTypeCmpFunc(char id, VqCompareFunc compare) {
+    return Exchange(Row(id).compare, compare);
+}
+VqPrintFunc VqTypeMgr::ExchangePrintToVqStringFunc(char id, VqPrintFunc print) {
+    return Exchange(Row(id).print, print);
+}
+VqScanFunc VqTypeMgr::ExchangeScanFromVqStringFunc(char id, VqScanFunc scan) { return Exchange(Row(id).scan, scan); }
+
+// --- Null values
+
+unsigned short VqTypeMgr::SupportsNullValue(char id) const { return Row(id).setNull != nullptr; }
+int VqTypeMgr::IsNullValue(char id, void* value) const { return Row(id).isNull(value); }
+
+int VqTypeMgr::SetNullValue(char id, void* value) {
+    const VqTypeDescriptor& row = Row(id);
+    const int status = row.setNull != nullptr ? row.setNull(value) : VqStatus_NotSupported;
+    if (status != VqStatus_NotSupported) return status;
+    void* const empty = row.defaultValue(1, 0);
+    if (empty != nullptr) row.assignment(value, empty, 1, 1);
+    row.destroy(empty, 1);
+    return VqStatus_Ok;
+}
+
+int VqTypeMgr::DiskIsNullValue(char, const void*) const { return VqStatus_NotSupported; }
+
+// --- Default manager
+
+struct VqStartManager {
+    static constinit VqTypeMgr manager;
+};
+constinit VqTypeMgr VqStartManager::manager(currentTable.data(), OwnVersion);
+
+namespace {
+
+constinit VqTypeMgr* defaultManager = &VqStartManager::manager;
+
+struct LibraryEnd {
+    ~LibraryEnd() { vq::DetachDefaultManager(); }
+};
+const LibraryEnd libraryEnd;
+
+}  // namespace
+
+VqTypeMgr* DefaultTypeMgr(VqTypeMgr* manager) { return Exchange(defaultManager, manager); }
+
+void vq::AttachDefaultManager() { defaultManager = new (std::nothrow) VqTypeMgr(OwnVersion); }
+
+void vq::DetachDefaultManager() {
+    if (defaultManager != &VqStartManager::manager) delete defaultManager;
+    defaultManager = nullptr;
+}
