@@ -98,8 +98,8 @@ void PrintElements(VqString& out, unsigned long count, PrintElement printElement
 
 // --- Rows of the descriptor table
 //
-// Print returns `out`, Scan returns `values`. Null values are passed over. A null format is the family's own: "%c",
-// "%hd", "%ld", "%d", "%f", "%lf", "%s". Rows of unsigned types share these functions and differ in their format.
+// Print returns `out`, Scan returns `values`. Null values are passed over. A null format is "%c" for bytes, "%d" for
+// other integers, "%f" and "%s". Rows of unsigned types share these functions and differ in their format.
 
 /// Prints bytes one after the other, without separator.
 VQTM_API VqString& CharPrint(VqString& out, void* values, const char* format, unsigned long count);

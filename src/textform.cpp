@@ -15,6 +15,16 @@ namespace {
 template <class T>
 constexpr const char* LettersOf = std::is_floating_point_v<T> ? FloatingLetters : IntegerLetters;
 
+// What a null format stands for.
+template <class T>
+constexpr const char* OwnFormat = "%d";
+template <>
+constexpr const char* OwnFormat<signed char> = "%c";
+template <>
+constexpr const char* OwnFormat<float> = "%f";
+template <>
+constexpr const char* OwnFormat<double> = "%f";
+
 constexpr bool IsPrintable(unsigned c) { return c >= 0x20 && c <= 0x7E; }
 
 // True when a character format is among the conversions.
@@ -35,6 +45,7 @@ unsigned ReadEscape(const char* text, std::uint32_t& byte) {
 
 template <class T>
 void FormatScalar(std::string& text, T value, const char* format) {
+    if (format == nullptr) format = OwnFormat<T>;
     if constexpr (std::is_floating_point_v<T>) {
         ExpandFormat(format, FloatingLetters, text,
                      [&](const Conversion& c) { AppendFloating(text, c, static_cast<double>(value)); });
@@ -73,23 +84,22 @@ void StoreElement(void* values, unsigned long index, T value) {
 }
 
 template <class T>
-VqString& PrintValues(VqString& out, const void* values, const char* format, const char* ownFormat,
-                      unsigned long count) {
+VqString& PrintValues(VqString& out, const void* values, const char* format, unsigned long count) {
     if (values == nullptr || count == 0) return out;
     std::string text;
     for (unsigned long i = 0; i < count; ++i) {
         if (i != 0 && sizeof(T) != 1) text += ',';
-        FormatScalar(text, LoadElement<T>(values, i), format != nullptr ? format : ownFormat);
+        FormatScalar(text, LoadElement<T>(values, i), format);
     }
     return out << text.c_str();
 }
 
 template <class T>
-void* ScanValues(void* values, const VqString& text, const char* format, const char* ownFormat, unsigned long count) {
+void* ScanValues(void* values, const VqString& text, const char* format, unsigned long count) {
     if (values == nullptr) return values;
     ScanElements(text, count, [&](const char* at, unsigned long i, bool& found) {
         T value = LoadElement<T>(values, i);
-        at = ScanScalar(at, format != nullptr ? format : ownFormat, value, found);
+        at = ScanScalar(at, format, value, found);
         if (found) StoreElement(values, i, value);
         return at;
     });
@@ -107,6 +117,7 @@ void PrintScalar(VqString& out, T value, const char* format) {
 
 template <class T>
 const char* ScanScalar(const char* text, const char* format, T& value, bool& found) {
+    if (format == nullptr) format = OwnFormat<T>;
     if (std::uint32_t byte; sizeof(T) == 1 && ShowsCharacter(format)) {
         if (const unsigned length = ReadEscape(text, byte)) {
             value = static_cast<T>(byte);
@@ -153,22 +164,22 @@ const char* SkipNullPrintString(const char* text) {
 // --- Rows of the descriptor table: numbers
 
 VqString& CharPrint(VqString& out, void* values, const char* format, unsigned long count) {
-    return vq::PrintValues<signed char>(out, values, format, "%c", count);
+    return vq::PrintValues<signed char>(out, values, format, count);
 }
 VqString& ShortPrint(VqString& out, void* values, const char* format, unsigned long count) {
-    return vq::PrintValues<std::int16_t>(out, values, format, "%hd", count);
+    return vq::PrintValues<std::int16_t>(out, values, format, count);
 }
 VqString& LongPrint(VqString& out, void* values, const char* format, unsigned long count) {
-    return vq::PrintValues<std::int32_t>(out, values, format, "%ld", count);
+    return vq::PrintValues<std::int32_t>(out, values, format, count);
 }
 VqString& IntPrint(VqString& out, void* values, const char* format, unsigned long count) {
-    return vq::PrintValues<std::int32_t>(out, values, format, "%d", count);
+    return vq::PrintValues<std::int32_t>(out, values, format, count);
 }
 VqString& FloatPrint(VqString& out, void* values, const char* format, unsigned long count) {
-    return vq::PrintValues<float>(out, values, format, "%f", count);
+    return vq::PrintValues<float>(out, values, format, count);
 }
 VqString& DoublePrint(VqString& out, void* values, const char* format, unsigned long count) {
-    return vq::PrintValues<double>(out, values, format, "%lf", count);
+    return vq::PrintValues<double>(out, values, format, count);
 }
 
 void* CharScan(void* values, VqString& text, const char* format, unsigned long count) {
@@ -178,24 +189,24 @@ void* CharScan(void* values, VqString& text, const char* format, unsigned long c
     bool found = true;
     for (signed char* byte = static_cast<signed char*>(values); found && count != 0; --count, ++byte) {
         found = false;
-        at = vq::ScanScalar(at, format != nullptr ? format : "%c", *byte, found);
+        at = vq::ScanScalar(at, format, *byte, found);
     }
     return values;
 }
 void* ShortScan(void* values, VqString& text, const char* format, unsigned long count) {
-    return vq::ScanValues<std::int16_t>(values, text, format, "%hd", count);
+    return vq::ScanValues<std::int16_t>(values, text, format, count);
 }
 void* LongScan(void* values, VqString& text, const char* format, unsigned long count) {
-    return vq::ScanValues<std::int32_t>(values, text, format, "%ld", count);
+    return vq::ScanValues<std::int32_t>(values, text, format, count);
 }
 void* IntScan(void* values, VqString& text, const char* format, unsigned long count) {
-    return vq::ScanValues<std::int32_t>(values, text, format, "%d", count);
+    return vq::ScanValues<std::int32_t>(values, text, format, count);
 }
 void* FloatScan(void* values, VqString& text, const char* format, unsigned long count) {
-    return vq::ScanValues<float>(values, text, format, "%f", count);
+    return vq::ScanValues<float>(values, text, format, count);
 }
 void* DoubleScan(void* values, VqString& text, const char* format, unsigned long count) {
-    return vq::ScanValues<double>(values, text, format, "%lf", count);
+    return vq::ScanValues<double>(values, text, format, count);
 }
 
 // --- Rows of the descriptor table: strings

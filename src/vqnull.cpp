@@ -1,14 +1,12 @@
 #include "vqnull.h"
 
-#include <algorithm>
+#include <concepts>
 #include <cstring>
-#include <memory>
-#include <new>
 #include <type_traits>
 
 #include "_vqnulty.h"
-#include "convert.h"
 #include "textform.h"
+#include "valueslots.h"
 #include "vqbase.h"
 #include "vqstring.h"
 
@@ -16,26 +14,14 @@ namespace {
 
 // --- The plain type behind each value: disk form, text form, exchange text
 
-// The scalar as which a value prints, scans and converts; unsigned types share the functions of the signed ones.
+// The scalar as which a value is stored, prints, scans and converts; unsigned types share the functions of signed ones.
 template <class T>
 struct PlainOf {
     using Type = T;
 };
-template <>
-struct PlainOf<char> {
-    using Type = signed char;
-};
-template <>
-struct PlainOf<unsigned char> {
-    using Type = signed char;
-};
-template <>
-struct PlainOf<std::uint16_t> {
-    using Type = std::int16_t;
-};
-template <>
-struct PlainOf<std::uint32_t> {
-    using Type = std::int32_t;
+template <std::integral T>
+struct PlainOf<T> {
+    using Type = std::make_signed_t<T>;
 };
 template <class T>
 using Plain = typename PlainOf<T>::Type;
@@ -68,31 +54,6 @@ VQ_DISK_FORM(VqInt64, Int64, Int64Store, Int64Load)
 
 template <class Null>
 using FormOf = DiskForm<Plain<typename Null::ValueType>>;
-
-template <class Null>
-constexpr const char* formatOf = nullptr;
-template <>
-constexpr const char* formatOf<VqNull_char> = "%c";
-template <>
-constexpr const char* formatOf<VqNull_uchar> = "%c";
-template <>
-constexpr const char* formatOf<VqNull_short> = "%hd";
-template <>
-constexpr const char* formatOf<VqNull_ushort> = "%hu";
-template <>
-constexpr const char* formatOf<VqNull_int> = "%d";
-template <>
-constexpr const char* formatOf<VqNull_unsigned> = "%u";
-template <>
-constexpr const char* formatOf<VqNull_long> = "%ld";
-template <>
-constexpr const char* formatOf<VqNull_ulong> = "%lu";
-template <>
-constexpr const char* formatOf<VqNull_float> = "%f";
-template <>
-constexpr const char* formatOf<VqNull_double> = "%lf";
-template <>
-constexpr const char* formatOf<VqNull_VqInt64> = "%S";
 
 template <class T>
 void PrintValue(VqString& out, T value, const char* format) {
@@ -136,28 +97,6 @@ void FromExchange(const VqString& text, float& value) { value = static_cast<floa
 void FromExchange(const VqString& text, double& value) { value = static_cast<double>(text); }
 void FromExchange(const VqString& text, VqInt64& value) { value.ScanFromVqString(text, nullptr); }
 
-// Null when memory runs out and the memory handler cannot help.
-template <class T>
-T* NewArray(unsigned long count) {
-    T* array;
-    do {
-        array = new (std::nothrow) T[count];
-    } while (array == nullptr && VqCallMemoryHandler(count * sizeof(T)) != 0);
-    return array;
-}
-
-// Copies forwards or backwards, so that overlapping arrays arrive whole.
-template <class Null>
-void AssignAll(Null* dst, const Null* src, unsigned long count, unsigned long broadcast) {
-    if (dst == nullptr || src == nullptr || count == 0) return;
-    if (broadcast != 0) {
-        const Null value = *src;
-        std::fill_n(dst, count, value);
-    } else {
-        std::memmove(static_cast<void*>(dst), src, count * sizeof(Null));
-    }
-}
-
 // The element that starts at `at` on disk, in the order in which `format` has its parts.
 template <class Null>
 struct Parts {
@@ -174,33 +113,32 @@ struct Parts {
 
 template <class Null>
 void* VqNullSlots<Null>::Create(unsigned long count) {
-    return NewArray<Null>(count);
+    return vq::ValueSlots<Null>::Create(count);
 }
 
 template <class Null>
-unsigned long VqNullSlots<Null>::Delete(void* values, unsigned long) {
-    delete[] static_cast<Null*>(values);
-    return 0;
+unsigned long VqNullSlots<Null>::Delete(void* values, unsigned long count) {
+    return vq::ValueSlots<Null>::Delete(values, count);
 }
 
 template <class Null>
 void VqNullSlots<Null>::Constructor(void* values, unsigned long count) {
-    if (values != nullptr) std::uninitialized_default_construct_n(static_cast<Null*>(values), count);
+    vq::ValueSlots<Null>::Constructor(values, count);
 }
 
 template <class Null>
-void VqNullSlots<Null>::Destructor(void*, unsigned long) {
-    static_assert(std::is_trivially_destructible_v<Null>);
+void VqNullSlots<Null>::Destructor(void* values, unsigned long count) {
+    vq::ValueSlots<Null>::Destructor(values, count);
 }
 
 template <class Null>
 void VqNullSlots<Null>::Assignment(void* dst, const void* src, unsigned long count, unsigned long broadcast) {
-    AssignAll(static_cast<Null*>(dst), static_cast<const Null*>(src), count, broadcast);
+    vq::ValueSlots<Null>::Assignment(dst, src, count, broadcast);
 }
 
 template <class Null>
 void VqNullSlots<Null>::Copy(void* dst, const void* src, unsigned long count, unsigned long broadcast) {
-    AssignAll(static_cast<Null*>(dst), static_cast<const Null*>(src), count, broadcast);
+    vq::ValueSlots<Null>::Copy(dst, src, count, broadcast);
 }
 
 template <class Null>
@@ -254,20 +192,7 @@ unsigned long VqNullSlots<Null>::SizeGetFromMemFile(MemFile* file, unsigned char
 template <class Null>
 unsigned long VqNullSlots<Null>::Translate(void* dst, unsigned char dstFormat, unsigned long dstLen, const void* src,
                                            unsigned char srcFormat, unsigned long srcLen, unsigned long count) {
-    const bool toMemory = dstFormat & VqFormat_Memory, fromMemory = srcFormat & VqFormat_Memory;
-    if (toMemory && !fromMemory) {
-        Load(dst, src, srcFormat, count);
-        return count * sizeof(Null);
-    }
-    if (fromMemory && !toMemory) return Store(dst, src, dstFormat, count);
-    if (fromMemory) {
-        Assignment(dst, src, count, 0);
-        return count * sizeof(Null);
-    }
-    const unsigned long length = std::min(dstLen, srcLen);
-    if (length != 0) std::memmove(dst, src, length);
-    if (dstLen > length) std::memset(static_cast<char*>(dst) + length, 0, dstLen - length);
-    return dstLen;
+    return vq::Translate<Null, Store, Load>(dst, dstFormat, dstLen, src, srcFormat, srcLen, count);
 }
 
 // --- Text
@@ -280,7 +205,7 @@ VqString& VqNullSlots<Null>::Print(VqString& out, void* values, const char* form
         if (element.IsNullValue()) {
             out += VqNullPrintString();
         } else {
-            PrintValue(out, element.value, format != nullptr ? format : formatOf<Null>);
+            PrintValue(out, element.value, format);
         }
     });
     return out;
@@ -297,7 +222,7 @@ void* VqNullSlots<Null>::Scan(void* values, VqString& text, const char* format, 
             return rest;
         }
         auto value = element.value;
-        at = ScanValue(at, format != nullptr ? format : formatOf<Null>, value, found);
+        at = ScanValue(at, format, value, found);
         if (found) element = value;
         return at;
     });
@@ -321,33 +246,24 @@ int VqNullSlots<Null>::SetNull(void* value) {
 template <class Null>
 VqTypeConvertData* VqNullSlots<Null>::ConvertTo(void* values, unsigned long count) {
     if (values == nullptr) return nullptr;
-    VqString* const strings = NewArray<VqString>(count);
-    if (strings == nullptr) return nullptr;
-    for (unsigned long i = 0; i < count; ++i) {
+    return vq::MakeTexts(count, [values](unsigned long i, VqString& text) {
         const Null& element = static_cast<const Null*>(values)[i];
         if (element.IsNullValue()) {
-            strings[i].SetNullValue();
+            text.SetNullValue();
         } else {
-            strings[i] += ToExchange(static_cast<Plain<typename Null::ValueType>>(element.value));
+            text += ToExchange(static_cast<Plain<typename Null::ValueType>>(element.value));
         }
-    }
-    VqTypeConvertData* const data = VqTypeConvertData::Make(VqTypeId_VqString, count, strings, nullptr);
-    if (data == nullptr) delete[] strings;
-    return data;
+    });
 }
 
 template <class Null>
 void* VqNullSlots<Null>::ConvertFrom(VqTypeConvertData* data, unsigned long count) {
-    Null* const values = NewArray<Null>(count);
-    if (values == nullptr) return nullptr;
-    for (unsigned long i = 0; i < count; ++i) {
-        const VqString* const text = data != nullptr ? data->GetString(static_cast<int>(i)) : nullptr;
-        if (text == nullptr || text->IsNullValue()) continue;
+    return vq::ReadTexts<Null>(data, count, [](Null& element, const VqString* text) {
+        if (text == nullptr) return;
         Plain<typename Null::ValueType> value{};
         FromExchange(*text, value);
-        values[i] = static_cast<typename Null::ValueType>(value);
-    }
-    return values;
+        element = static_cast<typename Null::ValueType>(value);
+    });
 }
 
 template struct VQTM_API VqNullSlots<VqNull_char>;

@@ -21,27 +21,28 @@ using vqtest::Hex;
 template <class Null>
 struct Sample;
 
-#define VQ_SAMPLE(Null, Low, High, Text, Exchange, Disk)  \
-    template <>                                           \
-    struct Sample<Null> {                                 \
-        static Null::ValueType low() { return Low; }      \
-        static Null::ValueType high() { return High; }    \
-        static constexpr const char* text = Text;         \
-        static constexpr const char* exchange = Exchange; \
-        static constexpr const char* disk = Disk;         \
+#define VQ_SAMPLE(Null, Low, High, Format, Text, Exchange, Disk) \
+    template <>                                                  \
+    struct Sample<Null> {                                        \
+        static Null::ValueType low() { return Low; }             \
+        static Null::ValueType high() { return High; }           \
+        static constexpr const char* format = Format;            \
+        static constexpr const char* text = Text;                \
+        static constexpr const char* exchange = Exchange;        \
+        static constexpr const char* disk = Disk;                \
     };
 
-VQ_SAMPLE(VqNull_char, static_cast<char>(0x80), 'A', "A", "65", "00 41")
-VQ_SAMPLE(VqNull_uchar, 'A', 0x80, "0x80", "-128", "00 80")
-VQ_SAMPLE(VqNull_short, -2, 0x1234, "4660", "4660", "00 12 34")
-VQ_SAMPLE(VqNull_ushort, 1, 0xFFFE, "65534", "-2", "00 ff fe")
-VQ_SAMPLE(VqNull_int, -2, 0x12345678, "305419896", "305419896", "00 12 34 56 78")
-VQ_SAMPLE(VqNull_unsigned, 1, 0xFFFFFFFE, "4294967294", "-2", "00 ff ff ff fe")
-VQ_SAMPLE(VqNull_long, INT32_MIN, -1, "-1", "-1", "00 ff ff ff ff")
-VQ_SAMPLE(VqNull_ulong, 1, 0x80000000, "2147483648", "-2147483648", "00 80 00 00 00")
-VQ_SAMPLE(VqNull_float, -2.5f, 1.5f, "1.500000", "1.5", "00 3f c0 00 00")
-VQ_SAMPLE(VqNull_double, -2.5, 0.1, "0.100000", "0.1", "00 3f b9 99 99 99 99 99 9a")
-VQ_SAMPLE(VqNull_VqInt64, VqInt64(0xFFFFFFFF, -1), VqInt64(0x89ABCDEF, 1), "6604705263", "6604705263",
+VQ_SAMPLE(VqNull_char, static_cast<char>(0x80), 'A', "%c", "A", "65", "00 41")
+VQ_SAMPLE(VqNull_uchar, 'A', 0x80, "%c", "0x80", "-128", "00 80")
+VQ_SAMPLE(VqNull_short, -2, 0x1234, "%hd", "4660", "4660", "00 12 34")
+VQ_SAMPLE(VqNull_ushort, 1, 0xFFFE, "%hu", "65534", "-2", "00 ff fe")
+VQ_SAMPLE(VqNull_int, -2, 0x12345678, "%d", "305419896", "305419896", "00 12 34 56 78")
+VQ_SAMPLE(VqNull_unsigned, 1, 0xFFFFFFFE, "%u", "4294967294", "-2", "00 ff ff ff fe")
+VQ_SAMPLE(VqNull_long, INT32_MIN, -1, "%ld", "-1", "-1", "00 ff ff ff ff")
+VQ_SAMPLE(VqNull_ulong, 1, 0x80000000, "%lu", "2147483648", "-2147483648", "00 80 00 00 00")
+VQ_SAMPLE(VqNull_float, -2.5f, 1.5f, "%f", "1.500000", "1.5", "00 3f c0 00 00")
+VQ_SAMPLE(VqNull_double, -2.5, 0.1, "%lf", "0.100000", "0.1", "00 3f b9 99 99 99 99 99 9a")
+VQ_SAMPLE(VqNull_VqInt64, VqInt64(0xFFFFFFFF, -1), VqInt64(0x89ABCDEF, 1), "%S", "6604705263", "6604705263",
           "00 89 ab cd ef 00 00 00 01")
 
 #undef VQ_SAMPLE
@@ -197,18 +198,18 @@ TYPED_TEST(Nullable, PrintsAndScansValuesAndNulls) {
     using Slots = typename TestFixture::Slots;
     TypeParam values[] = {this->High(), TypeParam(), this->High()};
     VqString text("=");
-    EXPECT_EQ(&Slots::Print(text, values, nullptr, 3), &text);
+    EXPECT_EQ(&Slots::Print(text, values, Sample<TypeParam>::format, 3), &text);
     const std::string one = Sample<TypeParam>::text;
     EXPECT_EQ(Bytes(text), "=" + one + ",{NULL}," + one);
 
     TypeParam scanned[] = {TypeParam(), this->Low(), TypeParam(), this->Low()};
     VqString in(Bytes(text).substr(1).c_str());
-    EXPECT_EQ(Slots::Scan(scanned, in, nullptr, 4), scanned);
+    EXPECT_EQ(Slots::Scan(scanned, in, Sample<TypeParam>::format, 4), scanned);
     EXPECT_TRUE(scanned[1].IsNullValue());
     EXPECT_FALSE(scanned[2].IsNullValue());
     EXPECT_EQ(scanned[3], this->Low());  // no text for it
     VqString again;
-    Slots::Print(again, scanned, nullptr, 3);
+    Slots::Print(again, scanned, Sample<TypeParam>::format, 3);
     EXPECT_EQ(Bytes(again), Bytes(in));
 }
 
