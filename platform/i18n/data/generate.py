@@ -5,7 +5,7 @@ usage: generate.py [--check] [--report]
 
 Reads the Unicode Character Database (Debian's package unicode-data) and the code sets of Python's codecs, and writes the
 .inc files beside this script. --check writes nothing and fails when a file is not what would be written; it ends with
-status 77 where the database is not installed. --report says what the tables take and where letters found no room.
+status 77 where the database is not installed or is of another version. --report says what the tables take and where letters found no room.
 """
 import argparse
 import re
@@ -22,7 +22,8 @@ from generator import codesets, collation, emit, languages, ucd  # noqa: E402
 
 DATABASE = Path('/usr/share/unicode')
 LAYOUT = HERE.parent / 'src' / 'orderlayout.h'
-UCD_SOURCE = 'the Unicode Character Database 15.0'
+UNICODE_VERSION = '15.0.0'
+UCD_SOURCE = f'the Unicode Character Database {UNICODE_VERSION}'
 CODEC_SOURCE = "Python's codecs and " + UCD_SOURCE
 MOST_PAIRS = 8
 
@@ -32,8 +33,9 @@ class Generator:
         self.db = ucd.Database(DATABASE)
         self.layout = collation.read_layout(LAYOUT)
         self.sets = codesets.byte_sets()
-        self.classes = {number: collation.Collation(self.db, self.layout, tailoring)
-                        for number, tailoring in sorted(languages.CLASSES.items())}
+        self.classes = {}
+        for number, tailoring in sorted(languages.CLASSES.items()):
+            self.classes[number] = collation.Collation(self.db, self.layout, tailoring, self.classes.get(1))
 
     def files(self):
         return [self.byte_characters(), self.byte_units(), self.byte_orders(), self.unicode_characters(),
@@ -203,6 +205,17 @@ class Generator:
         return file
 
 
+def obstacle():
+    """Why the tables cannot be made here, or None."""
+    if not (DATABASE / 'UnicodeData.txt').exists():
+        return f'{DATABASE}/UnicodeData.txt is not installed (Debian: unicode-data)'
+    with open(DATABASE / 'PropList.txt', encoding='utf-8') as text:
+        title = text.readline().strip('# \n')
+    if title != f'PropList-{UNICODE_VERSION}.txt':
+        return f'{DATABASE} is {title}, the tables are of {UNICODE_VERSION} (UNICODE_VERSION in this script)'
+    return None
+
+
 def check(files):
     stale = [file.name for file in files
              if not (HERE / file.name).exists()
@@ -227,8 +240,8 @@ def main():
     parser.add_argument('--check', action='store_true', help='compare instead of writing')
     parser.add_argument('--report', action='store_true', help='print sizes and letters without room')
     arguments = parser.parse_args()
-    if not (DATABASE / 'UnicodeData.txt').exists():
-        print(f'SKIPPED: {DATABASE}/UnicodeData.txt is not installed (Debian: unicode-data)', file=sys.stderr)
+    if (reason := obstacle()) is not None:
+        print(f'==== SKIPPED: {reason} ====', file=sys.stderr)
         return 77
     generator = Generator()
     files = generator.files()

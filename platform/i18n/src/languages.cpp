@@ -1,7 +1,5 @@
 #include "languages.h"
 
-#include <array>
-#include <cstdint>
 #include <iterator>
 
 namespace vq {
@@ -14,12 +12,11 @@ struct Language {
 
 #include "../data/languages.inc"
 
-// Asked for every character, so without a test of the number.
-constexpr auto placeOfLanguage = [] {
+constexpr std::array<std::uint8_t, 256> Places() {
     std::array<std::uint8_t, 256> places{};
     for (std::size_t i = 0; i < std::size(languages); ++i) places[i] = languages[i].place;
     return places;
-}();
+}
 
 constexpr char ToLowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
 
@@ -30,7 +27,7 @@ bool SameName(const char* lower, const char* name) {
 
 }  // namespace
 
-std::size_t CollationPlace(unsigned char language) { return placeOfLanguage[language]; }
+constinit const std::array<std::uint8_t, 256> placeOfLanguage = Places();
 
 unsigned char CollationClass(unsigned char language) { return collationClasses[placeOfLanguage[language]]; }
 

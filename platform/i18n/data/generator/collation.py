@@ -50,10 +50,14 @@ class Form:
 
 
 class Collation:
-    """The orders of one collation class: `orders` maps each code below 65536 to a tuple of one or two."""
+    """The orders of one collation class: `orders` maps each code below 65536 to a tuple of one or two.
 
-    def __init__(self, database, layout, tailoring):
+    Symbols have the codes that they have in `neutral`, so that classes differ in letters only and share the other pages.
+    """
+
+    def __init__(self, database, layout, tailoring, neutral=None):
         self.db, self.layout, self.tailoring = database, layout, tailoring
+        self.neutral_symbols = neutral.symbol_codes if neutral else {}
         self.fallbacks = []  # letters that took an accent index of another name, or found no place among the letters
         self.orders = {code: (layout['UndefinedOrder'],) for code in range(0x10000)}
         self.placed = set()
@@ -130,13 +134,18 @@ class Collation:
         for code in range(1, 32):
             if code not in self.placed:
                 self._place(code, base + code)
-        symbol = FIRST_FREE_SYMBOL
-        for code in self.db:
-            if code not in self.placed:
-                self._place(code, base + symbol)
-                symbol += 1
-        assert base + symbol <= self.layout['DigitBase'], 'too many symbols'
-        self.free_symbols = self.layout['DigitBase'] - base - symbol
+        rest = [code for code in self.db if code not in self.placed]
+        self.symbol_codes = {code: self.neutral_symbols[code] for code in rest if code in self.neutral_symbols}
+        taken = set(self.symbol_codes.values())
+        end = max(self.neutral_symbols.values(), default=FIRST_FREE_SYMBOL - 1) + 1
+        free = [*range(end, self.layout['DigitBase'] - base), *range(FIRST_FREE_SYMBOL, end)]
+        free = [symbol for symbol in free if symbol not in taken]
+        newcomers = [code for code in rest if code not in self.neutral_symbols]
+        assert len(newcomers) <= len(free), 'too many symbols'
+        self.symbol_codes.update(zip(newcomers, free))
+        for code, symbol in self.symbol_codes.items():
+            self._place(code, base + symbol)
+        self.free_symbols = len(free) - len(newcomers)
 
     # ---- letters
 
