@@ -1,0 +1,188 @@
+#!/usr/bin/env python3
+"""Tests of the workbench: cli_test.py [EMULATOR] PROGRAM, or with VQTYPE and VQTYPE_EMULATOR in the environment.
+
+Everything that the workbench prints is compared with the sessions in golden/cli, which are the same on every target.
+`cli_test.py --update PROGRAM` writes them anew; read the difference before it is committed.
+"""
+import json
+import os
+import random
+import subprocess
+import sys
+import unittest
+
+import console
+
+SESSIONS = console.ROOT / "tests/golden/cli"
+PROGRAM = []
+ORDERS = ("little", "big")
+
+INTEGERS = {
+    "short": (-32768, 32767), "VqWord": (0, 65535), "int": (-2**31, 2**31 - 1), "long": (-2**31, 2**31 - 1),
+    "enum": (-2**31, 2**31 - 1), "unsigned": (0, 2**32 - 1), "VqDWord": (0, 2**32 - 1), "VqNull_short": (-32768, 32767),
+    "VqNull_ushort": (0, 65535), "VqNull_int": (-2**31, 2**31 - 1), "VqNull_unsigned": (0, 2**32 - 1),
+    "VqNull_long": (-2**31, 2**31 - 1), "VqNull_ulong": (0, 2**32 - 1),
+}
+FLOATS = ["0", "-0", "1.5", "-2.25", "0.1", "3.14159", "1e-30", "inf", "-inf"]
+TEXTS = ["", "a", "Zürich", "a,b", "[x,y]", " blanks ", "'\"\\", "x" * 300]
+VALUES = {
+    **{name: [str(low), "0", "1", "258", str(high)] for name, (low, high) in INTEGERS.items()},
+    **{name: ["A", " ", ",", "0x00", "0xe9", "0xff"] for name in ("char", "VqByte", "VqNull_char", "VqNull_uchar")},
+    **{name: FLOATS for name in ("float", "double", "VqNull_float", "VqNull_double")},
+    "VqNull_VqInt64": ["-9223372036854775808", "-1", "0", "4294967298", "9223372036854775807"],
+    "BlockId": ["#0", "#7", "#4294967295"],
+    "VqString": TEXTS,
+}
+
+
+def run(*arguments, stdin=b""):
+    """Status, output, errors."""
+    done = subprocess.run([*PROGRAM, *arguments], input=stdin, capture_output=True, cwd=console.ROOT,
+                          env=console.ENVIRONMENT, timeout=120)
+    return done.returncode, done.stdout, done.stderr.decode("utf-8")
+
+
+def succeed(test, *arguments, stdin=b""):
+    status, output, errors = run(*arguments, stdin=stdin)
+    test.assertEqual((0, ""), (status, errors), arguments)
+    return output.decode("utf-8")
+
+
+def rows_of(test):
+    return json.loads(succeed(test, "types", "--json"))
+
+
+def is_able(row):
+    """The row can be encoded and decoded."""
+    return {"create", "store", "load", "size", "print", "scan"} <= set(row["does"])
+
+
+def is_refusal(status, errors):
+    """A failure that says what is wrong, and no crash."""
+    return status == 2 and errors.startswith("vqtype") and "assertion" not in errors
+
+
+class Sessions(unittest.TestCase):
+    def test_output_is_golden(self):
+        for path in sorted(SESSIONS.glob("*.session")):
+            console.check(self, PROGRAM, path.name, path.read_text(encoding="utf-8"))
+
+
+class Types(unittest.TestCase):
+    def test_json_and_table_name_the_same_rows(self):
+        rows = rows_of(self)
+        self.assertEqual(list(range(41)), [row["id"] for row in rows])
+        table = succeed(self, "types").splitlines()[2:43]
+        self.assertEqual([row["name"] for row in rows], [line.split()[1] for line in table])
+
+    def test_what_is_not_able_is_refused(self):
+        for row in rows_of(self):
+            if not is_able(row):
+                for command, argument in ("encode", "0"), ("decode", "00"):
+                    status, _, errors = run(command, row["name"], argument)
+                    self.assertTrue(is_refusal(status, errors) and f"cannot be {command}d" in errors, errors)
+
+
+class RoundTrip(unittest.TestCase):
+    def test_decode_reads_what_encode_writes(self):
+        for row in filter(is_able, rows_of(self)):
+            values = VALUES[row["name"]] + ["{NULL}"] * row["null"]
+            forms = []
+            for order in ORDERS:
+                with self.subTest(row["name"], order=order):
+                    plain = succeed(self, "encode", row["name"], "--plain", "--order", order, "--", *values)
+                    text = succeed(self, "decode", row["name"], "--plain", "--order", order, plain)
+                    self.assertEqual(values, text[:-1].split("\n"))
+                    forms.append(sorted(plain.split()))
+            self.assertEqual(forms[0], forms[1], f"{row['name']}: the orders differ in more than sequence")
+
+    def test_two_byte_strings_carry_every_character(self):
+        text = "Łódź, Αθήνα, 東京, 😀"
+        plain = succeed(self, "encode", "VqString", text, "--code-set", "253", "--language", "polish", "--plain")
+        self.assertEqual(text + "\n", succeed(self, "decode", "VqString", plain, "--plain"))
+        self.assertIn(b"253", run("decode", "VqString", plain)[1])
+
+
+class HostileBytes(unittest.TestCase):
+    def test_no_prefix_is_taken_for_the_whole(self):
+        cases = [("VqString", ["ab", "c"], {8, 15}), ("double", ["1"], {8}), ("VqNull_long", ["1", "{NULL}"], {5, 10})]
+        for name, values, ends in cases:
+            whole = succeed(self, "encode", name, "--plain", *values).split()
+            for length in set(range(len(whole))) - ends:
+                with self.subTest(name, length=length):
+                    status, output, errors = run("decode", name, " ".join(whole[:length]))
+                    self.assertTrue(is_refusal(status, errors), errors)
+                    self.assertEqual(b"", output)
+
+    def test_changed_bytes_are_read_or_refused(self):
+        chance = random.Random(1)
+        whole = bytes.fromhex(succeed(self, "encode", "VqString", "--plain", "ab", "{NULL}", "cde"))
+        for _ in range(60):
+            changed = bytearray(whole)
+            for _ in range(chance.randint(1, 3)):
+                changed[chance.randrange(len(changed))] = chance.choice((0, 1, 2, 127, 128, 253, 254, 255))
+            with self.subTest(changed.hex()):
+                status, _, errors = run("decode", "VqString", changed.hex())
+                self.assertTrue(status == 0 and errors == "" or is_refusal(status, errors), (status, errors))
+
+
+class Sort(unittest.TestCase):
+    def sort(self, stdin, *arguments):
+        status, output, errors = run("sort", *arguments, "-", stdin=stdin)
+        self.assertEqual((0, ""), (status, errors))
+        return output
+
+    def test_lines_keep_their_bytes(self):
+        cases = [
+            ("numbers, not texts", b"10\n9\n-1\n", ["long"], b"-1\n9\n10\n"),
+            ("no end at the end", b"b\na", ["VqString"], b"a\nb\n"),
+            ("CRLF stays, and is no part of the value", b"2\r\n1\r\n", ["short"], b"1\r\n2\r\n"),
+            ("the last line gets the others' end", b"2\r\n1", ["short"], b"1\r\n2\r\n"),
+            ("a byte order mark stays in front", b"\xef\xbb\xbfb\na\n", ["VqString"], b"\xef\xbb\xbfa\nb\n"),
+            ("an empty file", b"", ["long"], b""),
+            ("stable", b"1.0\n0\n1\n1.00\n", ["double"], b"0\n1.0\n1\n1.00\n"),
+            ("stable in reverse", b"1.0\n0\n1\n1.00\n", ["double", "--reverse"], b"1.0\n1\n1.00\n0\n"),
+            ("the first of equals", b"1.0\n0\n1\n1.00\n", ["double", "--unique"], b"0\n1.0\n"),
+            ("nulls first", b"5\n{NULL}\n-5\n", ["VqNull_int"], b"{NULL}\n-5\n5\n"),
+            ("nulls last", b"{NULL}\n5\n-5\n", ["VqNull_int", "--null-last"], b"-5\n5\n{NULL}\n"),
+            ("not a number", b"nan\n2\nnan\n1\n", ["double"], b"1\n2\nnan\nnan\n"),
+            ("no line is a pattern", b"b\n*\na\n", ["VqString", "--unique"], b"*\na\nb\n"),
+        ]
+        for name, stdin, arguments, expected in cases:
+            with self.subTest(name):
+                self.assertEqual(expected, self.sort(stdin, *arguments))
+
+    def test_many_lines(self):
+        numbers = [random.Random(2).randint(-2**31, 2**31 - 1) for _ in range(50000)]
+        output = self.sort("".join(f"{number}\n" for number in numbers).encode(), "long")
+        self.assertEqual(sorted(numbers), [int(line) for line in output.split()])
+
+
+class Streams(unittest.TestCase):
+    def test_pipes_carry_neither_colour_nor_carriage_returns(self):
+        for arguments in (["--help"], ["types"], ["encode", "long", "1"], ["demo"]):
+            status, output, _ = run(*arguments)
+            self.assertEqual(0, status)
+            self.assertNotRegex(output, rb"[\x1b\r]", arguments)
+
+    @unittest.skipUnless(os.path.exists("/dev/full"), "no /dev/full here")
+    def test_a_full_disk_is_a_failure(self):
+        if len(PROGRAM) > 1:
+            self.skipTest("the emulator has its own files")
+        with open("/dev/full", "wb") as full:
+            done = subprocess.run([*PROGRAM, "types"], stdout=full, stderr=subprocess.PIPE, env=console.ENVIRONMENT)
+        self.assertTrue(is_refusal(done.returncode, done.stderr.decode()), done.stderr)
+
+
+def update():
+    for path in sorted(SESSIONS.glob("*.session")):
+        path.write_text(console.rerun(PROGRAM, path.read_text(encoding="utf-8")), encoding="utf-8")
+
+
+if __name__ == "__main__":
+    rest = [argument for argument in sys.argv[1:] if argument != "--update"]
+    PROGRAM = console.program_from(rest)
+    if len(rest) + 1 < len(sys.argv):
+        update()
+    else:
+        unittest.main(argv=sys.argv[:1])

@@ -1,0 +1,41 @@
+/// \file
+/// The subcommands. Each adds itself with its options to the program and runs from its callback.
+#ifndef VQTYPE_COMMAND_H
+#define VQTYPE_COMMAND_H
+
+#include <CLI/CLI.hpp>
+
+#include <string>
+#include <vector>
+
+void AddTypesCommand(CLI::App& program);
+void AddEncodeCommand(CLI::App& program);
+void AddDecodeCommand(CLI::App& program);
+void AddSortCommand(CLI::App& program);
+void AddDemoCommand(CLI::App& program);
+
+/// The parser would take a value like [a,b] or {} for a list, and cannot go on with values behind `--`. A zero
+/// character in front, which no argument can hold, makes such values plain text; Unshielded takes it off.
+std::vector<std::string> ShieldedValues(const std::vector<std::string>& arguments);
+inline std::string Unshielded(const std::string& value) {
+    return !value.empty() && value[0] == '\0' ? value.substr(1) : value;
+}
+
+/// Adds --order little|big, stored as its name.
+inline void AddOrderOption(CLI::App& command, std::string& order) {
+    command.add_option("--order", order, "Byte order of the disk form: little or big (default little)")
+        ->check(CLI::IsMember({"little", "big"}))
+        ->type_name("ORDER");
+}
+
+/// Adds --code-set and --language, stored as their texts.
+inline void AddTextOptions(CLI::App& command, std::string& codeSet, std::string& language) {
+    command
+        .add_option("--code-set", codeSet,
+                    "Code set of strings: 1 is Windows-1252, 253 Unicode (default " + codeSet + ")")
+        ->type_name("N");
+    command.add_option("--language", language, "Language of strings, by number or name (default " + language + ")")
+        ->type_name("N|NAME");
+}
+
+#endif

@@ -1,0 +1,126 @@
+#include "files.h"
+
+#ifdef _WIN32
+// clang-format off
+#include <windows.h>
+#include <fcntl.h>
+#include <io.h>
+#include <shellapi.h>
+// clang-format on
+#endif
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <system_error>
+
+#include "error.h"
+#include "utf8.h"
+
+namespace {
+
+struct CloseFile {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, CloseFile>;
+
+std::string ReadAll(std::FILE* file, const std::string& name) {
+    std::string bytes;
+    char block[65536];
+    while (const std::size_t read = std::fread(block, 1, sizeof block, file)) bytes.append(block, read);
+    if (std::ferror(file)) throw CommandError("{}: cannot be read: {}", name, std::strerror(errno));
+    return bytes;
+}
+
+}  // namespace
+
+#ifdef _WIN32
+
+namespace {
+
+std::string FromWide(const wchar_t* text) {
+    std::u16string units;
+    for (; *text; ++text) units += static_cast<char16_t>(*text);
+    return Utf16ToUtf8(units);
+}
+
+}  // namespace
+
+std::vector<std::string> Arguments(int, char**) {
+    int count = 0;
+    wchar_t** wide = CommandLineToArgvW(GetCommandLineW(), &count);
+    std::vector<std::string> arguments;
+    for (int i = 1; i < count; ++i) arguments.push_back(FromWide(wide[i]));
+    LocalFree(wide);
+    return arguments;
+}
+
+void PrepareStreams() {
+    for (std::FILE* stream : {stdin, stdout, stderr}) _setmode(_fileno(stream), _O_BINARY);
+    SetConsoleOutputCP(CP_UTF8);
+}
+
+std::filesystem::path PathOf(const std::string& name) {
+    try {
+        return std::filesystem::path(Utf8ToUtf16(name));
+    } catch (const Utf8Fault&) {
+        throw CommandError("{}: the file's name is not UTF-8", name);
+    }
+}
+
+std::string NameOf(const std::filesystem::path& path) { return Utf16ToUtf8(path.u16string()); }
+
+std::filesystem::path ProgramFolder() {
+    wchar_t name[32768];
+    const DWORD length = GetModuleFileNameW(nullptr, name, static_cast<DWORD>(std::size(name)));
+    return std::filesystem::path(std::wstring(name, length)).parent_path();
+}
+
+namespace {
+
+File Open(const std::string& name) { return File(_wfopen(PathOf(name).c_str(), L"rb")); }
+
+}  // namespace
+
+#else
+
+std::vector<std::string> Arguments(int argc, char** argv) { return {argv + (argc > 0), argv + argc}; }
+
+void PrepareStreams() {}
+
+std::filesystem::path PathOf(const std::string& name) { return name; }
+
+std::string NameOf(const std::filesystem::path& path) { return path.string(); }
+
+std::filesystem::path ProgramFolder() {
+    std::error_code ignored;
+    return std::filesystem::read_symlink("/proc/self/exe", ignored).parent_path();
+}
+
+namespace {
+
+File Open(const std::string& name) { return File(std::fopen(name.c_str(), "rb")); }
+
+}  // namespace
+
+#endif
+
+std::string ReadFile(const std::string& name) {
+    if (name == "-") return ReadAll(stdin, "standard input");
+    const File file = Open(name);
+    if (!file) throw CommandError("{}: cannot be opened: {}", name, std::strerror(errno));
+    return ReadAll(file.get(), name);
+}
+
+void Write(std::string_view text) {
+    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size()) {
+        throw CommandError("standard output: cannot be written: {}", std::strerror(errno));
+    }
+}
+
+void FlushOutput() {
+    if (std::fflush(stdout) != 0) {
+        throw CommandError("standard output: cannot be written: {}", std::strerror(errno));
+    }
+}

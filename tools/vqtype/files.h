@@ -1,0 +1,33 @@
+/// \file
+/// Files and standard streams as bytes, the same on every target.
+#ifndef VQTYPE_FILES_H
+#define VQTYPE_FILES_H
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// The program's arguments in UTF-8, without the program's name.
+std::vector<std::string> Arguments(int argc, char** argv);
+
+/// Makes the standard streams carry bytes as they are, and a Windows console show UTF-8.
+void PrepareStreams();
+
+/// The file of that UTF-8 name.
+std::filesystem::path PathOf(const std::string& name);
+/// The path in UTF-8.
+std::string NameOf(const std::filesystem::path& path);
+
+/// The folder that this program stands in; empty when the system does not tell.
+std::filesystem::path ProgramFolder();
+
+/// The bytes of the file, or of standard input for "-". Throws CommandError when it cannot be read.
+std::string ReadFile(const std::string& name);
+
+/// Writes to standard output. Throws CommandError when that fails.
+void Write(std::string_view text);
+/// Writes out what is still buffered. Throws CommandError when that fails.
+void FlushOutput();
+
+#endif

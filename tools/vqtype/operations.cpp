@@ -1,0 +1,117 @@
+#include "operations.h"
+
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+#include <memory>
+
+#include "values.h"
+
+namespace {
+
+// A slot that the manager hands out is compared with the one of the row that does nothing.
+template <class Get>
+bool DiffersFromIllegal(VqTypeId id, Get get) {
+    return get(id) != get(VqTypeId_illegal);
+}
+
+// The others are tried on one value. A row that makes no values cannot be asked.
+template <class Try>
+bool Responds(VqTypeId id, Try attempt) {
+    void* value = Manager().Create(id, 1);
+    const bool responds = value && attempt(value);
+    Manager().Delete(id, value, 1);
+    return responds;
+}
+
+bool DoesCreate(VqTypeId id) {
+    return Responds(id, [](void*) { return true; });
+}
+
+bool DoesSize(VqTypeId id) {
+    return Responds(id, [id](void* value) {
+        return Manager().DiskLenGet(id, value, VqFormat_LittleEndian, 1, VqFormat_Memory) != 0;
+    });
+}
+
+bool DoesTranslate(VqTypeId id) {
+    return DoesSize(id) && Responds(id, [id](void* value) {
+               Bytes disk(Manager().DiskLenGet(id, value, VqFormat_LittleEndian, 1, VqFormat_Memory));
+               return Manager().Translate(id, disk.data(), VqFormat_LittleEndian,
+                                          static_cast<unsigned long>(disk.size()), value, VqFormat_Memory,
+                                          Manager().MemLenGet(id, 1), 1) != 0;
+           });
+}
+
+// A null row has an estimate of 0; a row that estimates gives a key without statistics its default.
+bool DoesBounds(VqTypeId id) {
+    if (!DoesSize(id) || !Does(id, "store")) return false;
+    const ValueArray value(id, 1);
+    const Bytes key = value.Store(VqFormat_LittleEndian);
+    unsigned short isEqual = 1;
+    return Manager().EvalAndBound(id, nullptr, isEqual, key.data(), VqFormat_LittleEndian, 1, nullptr, nullptr) != 0.0f;
+}
+
+// A hash function says how it went; the do-nothing one leaves the status alone.
+bool DoesHash(VqTypeId id) {
+    constexpr int Untouched = 1;
+    return Responds(id, [id](void* value) {
+        int status = Untouched;
+        Manager().Hash(id, 0, value, 1, VqFormat_Memory, status);
+        return status != Untouched;
+    });
+}
+
+bool DoesConvertTo(VqTypeId id) {
+    return Responds(id, [id](void* value) {
+        return std::unique_ptr<VqTypeConvertData>(Manager().ConvertTo(id, value, 1)) != nullptr;
+    });
+}
+
+bool DoesConvertFrom(VqTypeId id) {
+    void* values = Manager().ConvertFrom(id, nullptr, 1);
+    Manager().Delete(id, values, 1);
+    return values != nullptr;
+}
+
+bool DoesDefault(VqTypeId id) {
+    void* values = Manager().DefaultValue(id, 1, 0);
+    Manager().Delete(id, values, 1);
+    return values != nullptr;
+}
+
+#define VQTYPE_GET(call) [](VqTypeId id) { return DiffersFromIllegal(id, [](VqTypeId row) { return Manager().call; }); }
+
+constexpr Operation Operations[] = {
+    {"create", "make", DoesCreate},
+    {"construct", "make", VQTYPE_GET(ConstructorPtrGet(row))},
+    {"destroy", "make", VQTYPE_GET(DestructorPtrGet(row))},
+    {"assign", "make", VQTYPE_GET(AssignmentPtrGet(row))},
+    {"copy", "make", VQTYPE_GET(CopyPtrGet(row))},
+    {"default", "default", DoesDefault},
+    {"store", "disk", VQTYPE_GET(StorePtrGet(row))},
+    {"load", "disk", VQTYPE_GET(LoadPtrGet(row))},
+    {"size", "disk", DoesSize},
+    {"translate", "disk", DoesTranslate},
+    {"compare", "order", VQTYPE_GET(CmpFuncPtrGet(row))},
+    {"bounds", "bounds", DoesBounds},
+    {"hash", "hash", DoesHash},
+    {"convertTo", "convert", DoesConvertTo},
+    {"convertFrom", "convert", DoesConvertFrom},
+    {"print", "text", VQTYPE_GET(ExchangePrintToVqStringFunc(row, nullptr))},
+    {"scan", "text", VQTYPE_GET(ExchangeScanFromVqStringFunc(row, nullptr))},
+};
+
+#undef VQTYPE_GET
+
+}  // namespace
+
+const Operation* FirstOperation() { return std::begin(Operations); }
+
+const Operation* EndOfOperations() { return std::end(Operations); }
+
+bool Does(VqTypeId id, const char* name) {
+    return std::any_of(FirstOperation(), EndOfOperations(), [&](const Operation& operation) {
+        return std::strcmp(operation.name, name) == 0 && operation.isDone(id);
+    });
+}

@@ -1,0 +1,20 @@
+/// \file
+/// Sorting typed values by the manager's comparison.
+#ifndef VQTYPE_ORDER_H
+#define VQTYPE_ORDER_H
+
+#include <vector>
+
+#include "values.h"
+
+struct OrderRule {
+    bool reverse = false;   ///< last first, nulls behind; equal values keep their sequence
+    bool unique = false;    ///< of equal values only the first
+    bool nullLast = false;  ///< nulls behind all values
+};
+
+/// The indices of the values in order; the sort is stable. A value that is not equal to itself (not a number) stands
+/// behind all that are.
+std::vector<unsigned long> SortedOrder(const ValueArray& values, const OrderRule& rule);
+
+#endif

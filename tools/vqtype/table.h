@@ -1,0 +1,35 @@
+/// \file
+/// Tables of text, aligned by display width. Nothing is ever cut.
+#ifndef VQTYPE_TABLE_H
+#define VQTYPE_TABLE_H
+
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+/// Collects rows of UTF-8 cells and lays them out in columns two blanks apart.
+class Table {
+  public:
+    struct Column {
+        const char* title;
+        bool right = false;  ///< numbers stand right-aligned
+    };
+
+    Table(std::initializer_list<Column> columns) : columns_(columns) {}
+
+    /// Adds a row; cells that are missing at its end are empty.
+    void AddRow(std::vector<std::string> cells);
+    /// Adds a line of dashes under every column.
+    void AddRule() { rows_.emplace_back(); }
+
+    /// The whole table with its titles, one line a row, without blanks at line ends. `indent` blanks precede each line.
+    std::string Format(unsigned indent = 0) const;
+
+  private:
+    std::vector<std::size_t> Widths() const;
+
+    std::vector<Column> columns_;
+    std::vector<std::vector<std::string>> rows_;  // an empty row is a rule
+};
+
+#endif

@@ -1,0 +1,43 @@
+/// \file
+/// Between the workbench's UTF-8 and the library's strings, and the code sets and languages that users name.
+#ifndef VQTYPE_TEXT_H
+#define VQTYPE_TEXT_H
+
+#include <string>
+#include <string_view>
+
+#include "vqstring.h"
+
+/// The code set and the language that new strings get.
+struct TextOptions {
+    unsigned char codeSet = 1;
+    unsigned char language = 0;
+    bool isChosen = true;  ///< the code set is the user's choice, and could be another
+};
+
+/// Throws CommandError, its text starting with `place`, where the text is not UTF-8.
+void CheckUtf8(std::string_view text, const std::string& place);
+
+/// The UTF-8 text as a string. Throws CommandError, its text starting with `place`, where the text is not UTF-8, has a
+/// character that the code set lacks or a zero character, or is longer than a string can be.
+VqString MakeString(std::string_view text, const TextOptions& options, const std::string& place);
+
+/// The string's characters in UTF-8; a code without a character is U+FFFD.
+std::string ToUtf8(const VqString& string);
+
+/// The UTF-8 text in double quotes, with control characters, quotes and backslashes escaped as JSON does.
+std::string Quoted(std::string_view text);
+
+/// True for the number of a code set; 0 is the native one.
+bool IsCodeSet(unsigned char codeSet);
+/// "1 (Windows-1252)"; only the number for a code that stands for no set.
+std::string DescribeCodeSet(unsigned char codeSet);
+/// "2 (german)"; only the number for a code that stands for no language.
+std::string DescribeLanguage(unsigned char language);
+
+/// The code set of the number `text`. Throws CommandError when there is none.
+unsigned char ParseCodeSet(const std::string& text);
+/// The language of the number or English name `text`. Throws CommandError when there is none.
+unsigned char ParseLanguage(const std::string& text);
+
+#endif

@@ -1,0 +1,72 @@
+/// \file
+/// Typed arrays as the workbench handles them: made, scanned, printed, stored and loaded through the default type
+/// manager alone, so that every row of the table is served by the same code.
+#ifndef VQTYPE_VALUES_H
+#define VQTYPE_VALUES_H
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "text.h"
+#include "vqtypes.h"
+
+using Bytes = std::vector<unsigned char>;
+
+/// The default type manager.
+VqTypeMgr& Manager();
+
+/// The row of that name. Throws CommandError, with the nearest name, when there is none.
+VqTypeId ParseType(const std::string& name);
+/// The row's name.
+std::string TypeName(VqTypeId id);
+/// True when the row has a value to write and to read, in text and on disk.
+bool CanEncode(VqTypeId id);
+/// True when the row has an order of its own and can be scanned.
+bool CanSort(VqTypeId id);
+/// The names of the rows for which `able` holds, with commas between.
+std::string ListTypes(bool (*able)(VqTypeId));
+
+/// An array of values of one type; it owns them.
+class ValueArray {
+  public:
+    /// `count` values as the row's Create leaves them.
+    ValueArray(VqTypeId id, unsigned long count);
+    ValueArray(const ValueArray&) = delete;
+    ValueArray& operator=(const ValueArray&) = delete;
+    ~ValueArray();
+
+    VqTypeId GetType() const { return id_; }
+    unsigned long GetCount() const { return count_; }
+    void* Data() const { return values_; }
+    void* At(unsigned long index) const { return Manager().GetArrayElement(id_, values_, index, count_); }
+
+    bool IsNull(unsigned long index) const { return Manager().IsNullValue(id_, At(index)) != 0; }
+    void SetNull(unsigned long index) const { Manager().SetNullValue(id_, At(index)); }
+    unsigned long CountNulls() const;
+
+    /// Sets a value from its UTF-8 text, the null print string for null. Throws CommandError, its text starting with
+    /// `place`, when the text is not wholly a value of the type.
+    void Scan(unsigned long index, std::string_view text, const TextOptions& options, const std::string& place) const;
+
+    /// The value's text in UTF-8 under `format`; null for the row's own.
+    std::string Print(unsigned long index, const char* format = nullptr) const;
+    /// The value's text with as many digits as it takes to read the same floating number back.
+    std::string PrintExact(unsigned long index) const;
+
+    /// Negative, 0 or positive as the manager orders two values; no value is taken for a pattern.
+    long Compare(unsigned long a, unsigned long b) const;
+
+    /// The disk form in the byte order of `format`, of all values or of one.
+    Bytes Store(unsigned char format) const { return Store(format, 0, count_); }
+    Bytes Store(unsigned char format, unsigned long first, unsigned long count) const;
+    /// Reads all values from their disk form, which must be whole. Returns the bytes consumed.
+    unsigned long Load(const Bytes& bytes, unsigned char format) const;
+
+  private:
+    VqTypeId id_;
+    unsigned long count_;
+    void* values_;
+};
+
+#endif
