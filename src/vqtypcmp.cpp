@@ -6,6 +6,7 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <type_traits>
 
 #include "_vqnulty.h"
 #include "strcompare.h"
@@ -39,20 +40,35 @@ int Order(Value a, Value b) {
     return a == b ? 0 : a > b ? 1 : -1;
 }
 
+template <class Word>
+Word LoadWord(const unsigned char* at) {
+    Word word;
+    std::memcpy(&word, at, sizeof word);
+    return word;
+}
+
 template <class T, bool Swapped>
 struct Scalar {
     static constexpr unsigned long Size = sizeof(T);
+    using Word = WordOf<Size>;
+
     static T Load(const unsigned char* at) {
-        WordOf<sizeof(T)> word;
-        std::memcpy(&word, at, sizeof word);
+        const Word word = LoadWord<Word>(at);
         return std::bit_cast<T>(Swapped ? ByteSwap(word) : word);
+    }
+    // Not 0 when the elements are not equal. Integers need no conversion for that.
+    static Word Difference(const unsigned char* a, const unsigned char* b) {
+        if constexpr (std::is_floating_point_v<T>) {
+            return Load(a) != Load(b);
+        } else {
+            return LoadWord<Word>(a) ^ LoadWord<Word>(b);
+        }
     }
 };
 
 // The low half first, each half in the byte order of the format.
 template <bool Swapped>
-struct Scalar<VqInt64, Swapped> {
-    static constexpr unsigned long Size = 8;
+struct Scalar<VqInt64, Swapped> : Scalar<std::uint64_t, Swapped> {
     static std::int64_t Load(const unsigned char* at) {
         const auto word = Scalar<std::uint64_t, Swapped>::Load(at);
         return std::bit_cast<std::int64_t>(Swapped ? std::rotl(word, 32) : word);
@@ -107,12 +123,13 @@ struct Operands {
     unsigned long Readable(unsigned long size) const {
         return std::min({count, length1 == 0 ? count : length1 / size, length2 == 0 ? count : length2 / size});
     }
-    // The status where comparison stopped with the element `i`, or behind the last readable one.
-    int Status(unsigned long i, unsigned long size) const {
-        const bool all = i == Readable(size);
+    // The status where a comparison of elements that are `size` apart stopped: with the element `i`, or behind the
+    // `readable` ones.
+    int Status(unsigned long i, unsigned long readable, unsigned long size) const {
+        if (i == readable) return readable < count ? VqStatus_BufferEnd : VqStatus_Ok;
         const unsigned long next = (i + 1) * size;
         const bool ended = (length1 != 0 && next >= length1) || (length2 != 0 && next >= length2);
-        return (all ? i < count : i + 1 < count && ended) ? VqStatus_BufferEnd : VqStatus_Ok;
+        return i + 1 < count && ended ? VqStatus_BufferEnd : VqStatus_Ok;
     }
 };
 
@@ -124,7 +141,7 @@ template <class Element>
 bool BlocksDiffer(const unsigned char* a, const unsigned char* b) {
     WordOf<Element::Size> differences = 0;
     for (unsigned long i = 0; i < Block * Element::Size; i += Element::Size) {
-        differences |= Element::Load(a + i) != Element::Load(b + i);
+        differences |= Element::Difference(a + i, b + i);
     }
     return differences != 0;
 }
@@ -137,41 +154,46 @@ unsigned long EqualBlocks(const unsigned char* a, const unsigned char* b, unsign
     return i;
 }
 
+// Compares element by element; those before `i` are known to be equal.
 template <class Element>
-int CompareFrom(unsigned long i, const Operands& operands, int& error) {
+int CompareFrom(unsigned long i, unsigned long readable, const Operands& operands, int& error) {
     const unsigned char* const a = static_cast<const unsigned char*>(operands.value1);
     const unsigned char* const b = static_cast<const unsigned char*>(operands.value2);
-    const unsigned long readable = operands.Readable(Element::Size);
     int result = 0;
     for (; i < readable; ++i) {
         result = Order(Element::Load(a + i * Element::Size), Element::Load(b + i * Element::Size));
         if (result != 0) break;
     }
-    error = operands.Status(i, Element::Size);
+    error = operands.Status(i, readable, Element::Size);
     return result;
 }
 
 template <class Element>
-int CompareScalars(const Operands& operands, int& error) {
-    const unsigned long equal =
-        EqualBlocks<Element>(static_cast<const unsigned char*>(operands.value1),
-                             static_cast<const unsigned char*>(operands.value2), operands.Readable(Element::Size));
-    return CompareFrom<Element>(equal, operands, error);
+int CompareAll(const Operands& operands, int& error) {
+    return CompareFrom<Element>(0, operands.Readable(Element::Size), operands, error);
+}
+
+template <class Element>
+int CompareInBlocks(const Operands& operands, int& error) {
+    const unsigned long readable = operands.Readable(Element::Size);
+    const unsigned long equal = EqualBlocks<Element>(static_cast<const unsigned char*>(operands.value1),
+                                                     static_cast<const unsigned char*>(operands.value2), readable);
+    return CompareFrom<Element>(equal, readable, operands, error);
 }
 
 bool IsBigEndian(unsigned char format) { return (format & VqFormat_OrderMask) == VqFormat_BigEndian; }
 
 template <class T>
 int CompareScalars(unsigned char format, const Operands& operands, int& error) {
-    return IsBigEndian(format) ? CompareScalars<Scalar<T, true>>(operands, error)
-                               : CompareScalars<Scalar<T, false>>(operands, error);
+    return IsBigEndian(format) ? CompareInBlocks<Scalar<T, true>>(operands, error)
+                               : CompareInBlocks<Scalar<T, false>>(operands, error);
 }
 
 template <class Null>
 int CompareNullables(unsigned char format, const Operands& operands, int& error) {
-    if (format & VqFormat_Memory) return CompareFrom<NullableInMemory<Null>>(0, operands, error);
-    return IsBigEndian(format) ? CompareFrom<NullableStored<Null, true>>(0, operands, error)
-                               : CompareFrom<NullableStored<Null, false>>(0, operands, error);
+    if (format & VqFormat_Memory) return CompareAll<NullableInMemory<Null>>(operands, error);
+    return IsBigEndian(format) ? CompareAll<NullableStored<Null, true>>(operands, error)
+                               : CompareAll<NullableStored<Null, false>>(operands, error);
 }
 
 // --- Strings

@@ -81,18 +81,19 @@ T RandomValue(std::mt19937_64& random) {
 template <class T, class Function>
 void AgreesWithReference(Function compare, const char* name) {
     std::mt19937_64 random(7);
+    const auto pick = [&](unsigned long n) { return static_cast<unsigned long>(random() % n); };
     for (int i = 0; i < 20000; ++i) {
-        const unsigned long count = random() % 40;
+        const unsigned long count = pick(40);
         T a[40], b[40];
         for (unsigned long j = 0; j < count; ++j) a[j] = b[j] = RandomValue<T>(random);
-        if (count != 0 && random() % 4 != 0) b[random() % count] = RandomValue<T>(random);
-        const unsigned char format = static_cast<unsigned char>("\x08\x01\x02\x22"[random() % 4]);
+        if (count != 0 && pick(4) != 0) b[pick(count)] = RandomValue<T>(random);
+        const unsigned char format = static_cast<unsigned char>("\x08\x01\x02\x22"[pick(4)]);
         T storedA[40], storedB[40];
         StoreScalars(storedA, a, format, count);
         StoreScalars(storedB, b, format, count);
         const unsigned long size = count * sizeof(T);
-        const unsigned long length1 = random() % 2 != 0 || size == 0 ? 0 : 1 + random() % size;
-        const unsigned long length2 = random() % 2 != 0 || size == 0 ? 0 : 1 + random() % size;
+        const unsigned long length1 = pick(2) != 0 || size == 0 ? 0 : 1 + pick(size);
+        const unsigned long length2 = pick(2) != 0 || size == 0 ? 0 : 1 + pick(size);
         const Block first(storedA, length1 == 0 ? size : length1), second(storedB, length2 == 0 ? size : length2);
 
         int error = 77, expectedError = 77;
