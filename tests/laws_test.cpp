@@ -1,0 +1,371 @@
+// Laws that hold for every row of both tables. A new row is tested by being there.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cstring>
+#include <fstream>
+#include <memory>
+#include <numeric>
+#include <set>
+#include <sstream>
+
+#include "rowvalues.h"
+#include "vqbase.h"
+
+using namespace vqtest;
+
+namespace {
+
+constexpr unsigned char disk[] = {VqFormat_LittleEndian, VqFormat_BigEndian};
+constexpr unsigned long factoryVersions[] = {3, 5};
+
+// What a row makes of these texts are its samples: values in and out of its range, and null where it has one.
+const std::vector<std::string> sampleTexts = {
+    "0",     "1",      "-1",     "7",          "127",         "128",        "-128", "255",   "256", "32767", "-32768",
+    "65535", "100000", "-99999", "2147483647", "-2147483648", "4294967295", "1.5",  "-2.25", "1e9", "a",     "Z",
+    "zebra", "#12",    ""};
+
+// A row under a manager of one of the tables.
+struct Subject {
+    unsigned long version;
+    char id;
+
+    std::string Name() const {
+        const VqTypeMgr manager(version);
+        return manager.NameGet(id, nullptr) + std::string(version < 4 ? ", older table" : "");
+    }
+    friend void PrintTo(const Subject& subject, std::ostream* out) { *out << subject.Name(); }
+};
+
+// A row without row functions of its own makes no arrays.
+bool IsAlive(const Subject& subject) {
+    const VqTypeMgr manager(subject.version);
+    void* const values = manager.Create(subject.id, 1);
+    manager.Delete(subject.id, values, 1);
+    return values != nullptr;
+}
+
+std::vector<Subject> Subjects(bool alive) {
+    std::vector<Subject> subjects;
+    for (const unsigned long version : factoryVersions) {
+        for (char id = 0; id < VqTypeCount; ++id) {
+            if (IsAlive({version, id}) == alive) subjects.push_back({version, id});
+        }
+    }
+    return subjects;
+}
+
+class Laws : public testing::TestWithParam<Subject> {
+  protected:
+    Laws() {
+        std::vector<std::string> texts = sampleTexts;
+        if (manager.SupportsNullValue(id)) texts.insert(texts.begin() + 2, 2, "{NULL}");
+        samples = std::make_unique<RowValues>(manager, id, texts);
+        count = samples->Count();
+    }
+
+    void ExpectEqualArrays(const RowValues& a, const RowValues& b) {
+        for (unsigned long i = 0; i < count; ++i) {
+            EXPECT_EQ(a.Cmp(i, b, i), 0) << i << ": " << a.Print(i) << " and " << b.Print(i);
+            EXPECT_EQ(a.IsNull(i), b.IsNull(i)) << i;
+        }
+    }
+
+    VqTypeMgr manager{GetParam().version};
+    const char id = GetParam().id;
+    std::unique_ptr<RowValues> samples;
+    unsigned long count = 0;
+};
+
+TEST_P(Laws, LoadGivesWhatStoreTookAndSizesAreWhatIsWritten) {
+    for (const unsigned char format : disk) {
+        const ByteVector bytes = samples->Store(format, 0, count);
+        EXPECT_EQ(manager.DiskLenGet(id, bytes.data(), format, count, format), bytes.size());
+        MemFile file(bytes.data(), static_cast<unsigned long>(bytes.size()));
+        EXPECT_EQ(manager.DiskLenGetFromMemFile(id, &file, format, count), bytes.size());
+        EXPECT_EQ(file.Position(), 0u);
+        if (manager.IsFixed(id)) {
+            EXPECT_EQ(bytes.size() % count, 0u);
+        }
+
+        const RowValues loaded(manager, id, count);
+        EXPECT_EQ(manager.Load(id, loaded.Get(), bytes.data(), format, count), bytes.size());
+        ExpectEqualArrays(*samples, loaded);
+    }
+}
+
+TEST_P(Laws, OrderIsTotalAndTheSameInEveryForm) {
+    std::vector<std::array<ByteVector, std::size(disk)>> stored(count);
+    for (unsigned long i = 0; i < count; ++i) {
+        for (std::size_t f = 0; f < std::size(disk); ++f) stored[i][f] = samples->Store(disk[f], i, 1);
+    }
+    for (unsigned long i = 0; i < count; ++i) {
+        EXPECT_EQ(samples->Cmp(i, *samples, i), 0) << samples->Print(i);
+        for (unsigned long j = 0; j < count; ++j) {
+            const int order = Sign(samples->Cmp(i, *samples, j));
+            EXPECT_EQ(order, -Sign(samples->Cmp(j, *samples, i))) << samples->Print(i) << " and " << samples->Print(j);
+            if (samples->IsNull(i)) {
+                EXPECT_EQ(order, samples->IsNull(j) ? 0 : -1) << samples->Print(j);
+            }
+            for (std::size_t f = 0; f < std::size(disk); ++f) {
+                const ByteVector &a = stored[i][f], &b = stored[j][f];
+                int status = VqStatus_BufferEnd;
+                const long onDisk =
+                    manager.Cmp(id, static_cast<unsigned long>(a.size()), a.data(),
+                                static_cast<unsigned long>(b.size()), b.data(), VqCmp_Exact, 1, disk[f], status);
+                EXPECT_EQ(Sign(onDisk), order) << samples->Print(i) << " and " << samples->Print(j);
+                EXPECT_EQ(status, VqStatus_Ok);
+            }
+        }
+    }
+    // Sorting gives every value a place that agrees with all others: the order is transitive.
+    std::vector<unsigned long> places(count);
+    std::iota(places.begin(), places.end(), 0);
+    const auto compare = [&](unsigned long i, unsigned long j) { return samples->Cmp(i, *samples, j); };
+    std::stable_sort(places.begin(), places.end(), [&](auto i, auto j) { return compare(i, j) < 0; });
+    for (unsigned long i = 0; i < count; ++i) {
+        for (unsigned long j = i; j < count; ++j) EXPECT_LE(compare(places[i], places[j]), 0);
+    }
+}
+
+TEST_P(Laws, EqualKeysHashEqualInEveryForm) {
+    const auto hash = [&](const void* value, unsigned char format) {
+        int status = VqStatus_Ok;
+        return manager.Hash(id, 0, value, 1, format, status);
+    };
+    for (unsigned long i = 0; i < count; ++i) {
+        const unsigned long code = hash(samples->At(i), VqFormat_Memory);
+        for (const unsigned char format : disk) {
+            EXPECT_EQ(hash(samples->Store(format, i, 1).data(), format), code) << samples->Print(i);
+        }
+        for (unsigned long j = 0; j < count; ++j) {
+            if (samples->Cmp(i, *samples, j) == 0) {
+                EXPECT_EQ(hash(samples->At(j), VqFormat_Memory), code) << samples->Print(j);
+            }
+        }
+    }
+}
+
+TEST_P(Laws, ScanReadsWhatPrintWrites) {
+    const RowValues scanned(manager, id, count);
+    for (unsigned long i = 0; i < count; ++i) {
+        VqString text(samples->Print(i).c_str());
+        EXPECT_EQ(manager.ScanFromVqString(id, scanned.At(i), text, nullptr, 1), scanned.At(i));
+    }
+    ExpectEqualArrays(*samples, scanned);
+}
+
+TEST_P(Laws, AnArrayPrintsAsItsElements) {
+    const bool bytes =
+        manager.ExchangePrintToVqStringFunc(id, nullptr) == manager.ExchangePrintToVqStringFunc(VqTypeId_char, nullptr);
+    std::string expected;
+    for (unsigned long i = 0; i < count; ++i) expected += (i == 0 || bytes ? "" : ",") + samples->Print(i);
+    VqString text;
+    EXPECT_EQ(Bytes(manager.PrintToVqString(id, text, samples->Get(), nullptr, count)), expected);
+}
+
+TEST_P(Laws, ExchangeTextsGiveTheValuesBack) {
+    VqTypeConvertData* const texts = manager.ConvertTo(id, samples->Get(), count);
+    ASSERT_NE(texts, nullptr);
+    EXPECT_EQ(texts->manager, &manager);
+    EXPECT_EQ(texts->type, VqTypeId_VqString);
+    EXPECT_EQ(texts->count, count);
+    const RowValues back(manager, id, count, manager.ConvertFrom(id, texts, count));
+    ExpectEqualArrays(*samples, back);
+
+    // Values for which there are no texts are null, or what an empty text gives.
+    const RowValues more(manager, id, count + 2, manager.ConvertFrom(id, texts, count + 2));
+    delete texts;
+    ExpectEqualArrays(*samples, more);
+    const RowValues empty(manager, id, 1, manager.DefaultValue(id, 1, 1));
+    EXPECT_EQ(more.Cmp(count + 1, empty, 0), 0);
+}
+
+TEST_P(Laws, CopiesAreEqualAndApart) {
+    const RowValues assigned(manager, id, count);
+    manager.AssignmentPtrGet(id)(assigned.Get(), samples->Get(), count, 0);
+    ExpectEqualArrays(*samples, assigned);
+
+    // In raw memory, and then each element the last sample.
+    ByteVector raw(manager.MemLenGet(id, count) + 8);
+    void* const values = raw.data() + (8 - reinterpret_cast<std::uintptr_t>(raw.data()) % 8) % 8;
+    manager.CopyPtrGet(id)(values, samples->Get(), count, 0);
+    manager.AssignmentPtrGet(id)(values, samples->At(count - 1), count, 1);
+    for (unsigned long i = 0; i < count; ++i) {
+        const void* const value = manager.GetArrayElement(id, values, i, count);
+        EXPECT_EQ(manager.Cmp(id, value, samples->At(count - 1), VqCmp_Exact, 1, VqFormat_Memory), 0);
+    }
+    manager.DestructorPtrGet(id)(values, count);
+
+    manager.CopyPtrGet(id)(values, samples->Get(), count, 1);
+    EXPECT_EQ(manager.Cmp(id, manager.GetArrayElement(id, values, count - 1, count), samples->Get(), VqCmp_Exact, 1,
+                          VqFormat_Memory),
+              0);
+    manager.DestructorPtrGet(id)(values, count);
+
+    std::memset(raw.data(), 0xA5, raw.size());
+    manager.ConstructorPtrGet(id)(values, count);
+    const RowValues created(manager, id, 1);
+    EXPECT_EQ(manager.Cmp(id, manager.GetArrayElement(id, values, count - 1, count), created.Get(), VqCmp_Exact, 1,
+                          VqFormat_Memory),
+              0);
+    manager.DestructorPtrGet(id)(values, count);
+    ExpectEqualArrays(*samples, assigned);
+}
+
+TEST_P(Laws, TranslateIsStoreLoadAssignOrCopy) {
+    for (const unsigned char format : disk) {
+        const ByteVector stored = samples->Store(format, 0, count);
+        const auto size = static_cast<unsigned long>(stored.size());
+        ByteVector bytes(size + 3, 0xA5);
+        EXPECT_EQ(manager.Translate(id, bytes.data(), format, size, samples->Get(), VqFormat_Memory, 0, count), size);
+        EXPECT_EQ(ByteVector(bytes.begin(), bytes.end() - 3), stored);
+
+        const RowValues loaded(manager, id, count);
+        const unsigned long inMemory = manager.MemLenGet(id, count);
+        EXPECT_EQ(manager.Translate(id, loaded.Get(), VqFormat_Memory, 0, stored.data(), format, size, count),
+                  inMemory);
+        ExpectEqualArrays(*samples, loaded);
+
+        const RowValues assigned(manager, id, count);
+        manager.Translate(id, assigned.Get(), VqFormat_Memory, 0, samples->Get(), VqFormat_Memory, 0, count);
+        ExpectEqualArrays(*samples, assigned);
+
+        ByteVector expected = stored;
+        expected.insert(expected.end(), 2, 0);
+        std::fill(bytes.begin(), bytes.end(), 0xA5);
+        EXPECT_EQ(manager.Translate(id, bytes.data(), format, size + 2, stored.data(), format, size, count), size + 2);
+        EXPECT_EQ(ByteVector(bytes.begin(), bytes.end() - 1), expected);
+        EXPECT_EQ(bytes.back(), 0xA5);
+        EXPECT_EQ(manager.Translate(id, bytes.data(), format, 1, expected.data() + size, format, 2, count), 1u);
+        EXPECT_EQ(bytes[0], 0);
+        EXPECT_EQ(bytes[1], expected[1]);
+    }
+}
+
+TEST_P(Laws, NullAndDefaultValues) {
+    const bool hasNull = manager.SupportsNullValue(id) != 0;
+    const RowValues defaults(manager, id, 3, manager.DefaultValue(id, 3, 0));
+    const RowValues nulls(manager, id, 3, manager.DefaultValue(id, 3, 1));
+    EXPECT_EQ(nulls.IsNull(2), hasNull);
+    EXPECT_EQ(manager.DiskIsNullValue(id, samples->Store(1, 0, 1).data()), VqStatus_NotSupported);
+    for (unsigned long i = 0; i < count; ++i) {
+        EXPECT_EQ(manager.SetNullValue(id, samples->At(i)), VqStatus_Ok);
+        EXPECT_EQ(samples->IsNull(i), hasNull);
+        EXPECT_EQ(samples->Cmp(i, hasNull ? nulls : defaults, 2), 0);
+    }
+}
+
+TEST_P(Laws, NoValuesAreNoTrouble) {
+    unsigned char nothing[1] = {0xA5};
+    const RowValues none(manager, id, 0ul);
+    EXPECT_NE(none.Get(), nullptr);
+    int status = VqStatus_BufferEnd;
+    EXPECT_EQ(manager.Cmp(id, 0, nullptr, 0, nullptr, VqCmp_Exact, 0, VqFormat_LittleEndian, status), 0);
+    EXPECT_EQ(status, VqStatus_Ok);
+    manager.ConstructorPtrGet(id)(nullptr, 1);
+    manager.DestructorPtrGet(id)(nullptr, 1);
+    manager.AssignmentPtrGet(id)(nothing, samples->Get(), 0, 1);
+    manager.CopyPtrGet(id)(samples->Get(), nullptr, 1, 0);
+    manager.Delete(id, nullptr, 1);
+    VqString text;
+    manager.PrintToVqString(id, text, nullptr, nullptr, 3);
+    EXPECT_TRUE(text.IsEmpty());
+    EXPECT_EQ(manager.ConvertTo(id, nullptr, 1), nullptr);
+    EXPECT_EQ(nothing[0], 0xA5);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, Laws, testing::ValuesIn(Subjects(true)), [](const auto& info) {
+    std::string name = info.param.Name();
+    std::erase_if(name, [](unsigned char c) { return std::isalnum(c) == 0; });
+    return name;
+});
+
+TEST(RowsWithoutFunctions, DoNothing) {
+    for (const Subject& subject : Subjects(false)) {
+        SCOPED_TRACE(subject.Name());
+        VqTypeMgr manager(subject.version);
+        const char id = subject.id;
+        unsigned char value[24], untouched[24];
+        std::memset(value, 0xA5, sizeof value);
+        std::memset(untouched, 0xA5, sizeof untouched);
+        VqString text("1");
+        unsigned short operators = 7;
+        int status = VqStatus_Ok;
+        MemFile file(value, sizeof value);
+
+        EXPECT_EQ(manager.DefaultValue(id, 2, 1), nullptr);
+        EXPECT_EQ(manager.Store(id, value, untouched, VqFormat_BigEndian, 1), 0u);
+        EXPECT_EQ(manager.Load(id, value, untouched, VqFormat_BigEndian, 1), 0u);
+        EXPECT_EQ(manager.DiskLenGet(id, value, VqFormat_BigEndian, 1, VqFormat_Memory), 0u);
+        EXPECT_EQ(manager.DiskLenGetFromMemFile(id, &file, VqFormat_BigEndian, 1), 0u);
+        EXPECT_EQ(manager.Translate(id, value, VqFormat_Memory, 4, untouched, 1, 4, 1), 0u);
+        EXPECT_EQ(manager.Cmp(id, value, untouched, VqCmp_Exact, 1, VqFormat_Memory), 0);
+        EXPECT_EQ(manager.EvalAndBound(id, nullptr, operators, value, 1, 1, nullptr, nullptr), 0);
+        EXPECT_EQ(manager.Hash(id, 0, value, 1, VqFormat_Memory, status), 0u);
+        EXPECT_EQ(manager.ConvertTo(id, value, 1), nullptr);
+        EXPECT_EQ(manager.ConvertToVqStringOld(value, id, 1), nullptr);
+        EXPECT_EQ(manager.ConvertFromVqStringOld(text, id, 1), nullptr);
+        EXPECT_EQ(Bytes(manager.PrintToVqString(id, text, value, nullptr, 3)), "1");
+        EXPECT_EQ(manager.ScanFromVqString(id, value, text, nullptr, 1), value);
+        EXPECT_EQ(manager.IsNullValue(id, value), 0);
+        EXPECT_EQ(manager.SetNullValue(id, value), manager.SupportsNullValue(id) ? VqStatus_Refused : VqStatus_Ok);
+        manager.ConstructorPtrGet(id)(value, 1);
+        manager.DestructorPtrGet(id)(value, 1);
+        manager.AssignmentPtrGet(id)(value, &text, 1, 0);
+        manager.CopyPtrGet(id)(value, &text, 1, 0);
+        EXPECT_EQ(std::memcmp(value, untouched, sizeof value), 0);
+    }
+}
+
+// --- Golden bytes
+
+struct GoldenRow {
+    std::string name, text, little, big;
+    unsigned long version;
+};
+
+std::string Trimmed(const std::string& text) {
+    const auto first = text.find_first_not_of(" \r"), last = text.find_last_not_of(" \r");
+    return first == text.npos ? "" : text.substr(first, last - first + 1);
+}
+
+std::vector<GoldenRow> ReadGoldenRows() {
+    std::ifstream file(VQTM_SOURCE_DIR "/tests/golden/rows.txt");
+    std::vector<GoldenRow> rows;
+    for (std::string line; std::getline(file, line);) {
+        if (Trimmed(line).empty() || line[0] == '#') continue;
+        std::vector<std::string> columns;
+        std::istringstream in(line);
+        for (std::string column; std::getline(in, column, '|');) columns.push_back(Trimmed(column));
+        if (columns.size() == 3) columns.push_back(columns[2]);
+        columns.resize(4);
+        const bool legacy = columns[0].starts_with("legacy ");
+        rows.push_back({columns[0].substr(legacy ? 7 : 0), columns[1], columns[2], columns[3], legacy ? 3ul : 5ul});
+    }
+    return rows;
+}
+
+TEST(GoldenBytes, EveryRowWritesThem) {
+    std::set<std::string> seen;
+    for (const GoldenRow& golden : ReadGoldenRows()) {
+        SCOPED_TRACE(golden.name + " " + golden.text);
+        VqTypeMgr manager(golden.version);
+        char id;
+        ASSERT_EQ(manager.Name2VqTypeId(golden.name.c_str(), id), 0);
+        const RowValues value(manager, id, std::vector<std::string>{golden.text});
+        for (const unsigned char format : disk) {
+            const ByteVector bytes = value.Store(format, 0, 1);
+            EXPECT_EQ(Hex(bytes.data(), bytes.size()), format == VqFormat_BigEndian ? golden.big : golden.little);
+        }
+        seen.insert(golden.name);
+    }
+    for (const Subject& subject : Subjects(true)) {
+        const std::string name = VqTypeMgr(subject.version).NameGet(subject.id, nullptr);
+        EXPECT_TRUE(seen.contains(name)) << name << " has no golden bytes";
+    }
+}
+
+}  // namespace

@@ -1,0 +1,331 @@
+// The type manager: what it adds to its rows, the exchange form, the default manager.
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cstring>
+#include <new>
+
+#include "_vqnulty.h"
+#include "library.h"
+#include "rowvalues.h"
+#include "vqlanguagecontext.h"
+#include "vqnull.h"
+
+using namespace vqtest;
+
+namespace {
+
+TEST(TypeMgr, FactoryVersionsChooseTheTable) {
+    const struct {
+        unsigned long version;
+        bool current;
+    } cases[] = {{0, false},  {3, false}, {4, true},  {5, true},         {10, true},
+                 {11, false}, {12, true}, {99, true}, {0x10003ul, true}, {ULONG_MAX, true}};
+    VqTypeMgr manager(5);
+    for (const auto& c : cases) {
+        manager.SetFactory(c.version);
+        EXPECT_EQ(manager.SupportsNullValue(VqTypeId_VqString) != 0, c.current) << c.version;
+        EXPECT_EQ(manager.MemLenGet(VqTypeId_VqNull_short, 1), c.current ? 4u : 0u) << c.version;
+        EXPECT_EQ(manager.MemLenGet(VqTypeId_VqBoolean, 1), 1u) << c.version;
+    }
+}
+
+TEST(TypeMgr, IdentifiersWithoutARowAreTheIllegalOne) {
+    const struct {
+        int id;
+        int valid;
+        const char* name;
+    } cases[] = {{0, 1, "char"},      {39, 1, "VqSeal"},   {40, 1, "illegal"}, {41, 0, "illegal"},  {99, 0, "illegal"},
+                 {100, 1, "illegal"}, {127, 1, "illegal"}, {-1, 1, "illegal"}, {-128, 1, "illegal"}};
+    const VqTypeMgr manager(5);
+    for (const auto& c : cases) {
+        const char id = static_cast<char>(c.id);
+        EXPECT_EQ(manager.IsValidType(id), c.valid) << c.id;
+        EXPECT_STREQ(manager.NameGet(id, nullptr), c.name) << c.id;
+    }
+    EXPECT_EQ(manager.Create(100, 5), nullptr);
+}
+
+TEST(TypeMgr, FindsRowsByName) {
+    const VqTypeMgr manager(5);
+    char id;
+    for (char i = 0; i < VqTypeCount; ++i) {
+        char name[32];
+        EXPECT_EQ(manager.Name2VqTypeId(manager.NameGet(i, name), id), 0) << name;
+        EXPECT_EQ(id, i) << name;
+    }
+    for (const char* name : {"vqint64", "VqInt64 ", "", "string"}) {
+        EXPECT_EQ(manager.Name2VqTypeId(name, id), 1) << name;
+        EXPECT_EQ(id, 41) << name;
+    }
+    EXPECT_EQ(VqTypeMgr(3).Name2VqTypeId("VqSeal", id), 1);
+}
+
+TEST(TypeMgr, FamiliesShareTheirFunctions) {
+    VqTypeMgr manager(5), older(3);
+    const auto expectShared = [](VqTypeMgr& m1, char a, VqTypeMgr& m2, char b, bool store, bool compare) {
+        SCOPED_TRACE(m1.NameGet(a, nullptr) + std::string(" and ") + m2.NameGet(b, nullptr));
+        EXPECT_EQ(m1.ConstructorPtrGet(a), m2.ConstructorPtrGet(b));
+        EXPECT_EQ(m1.DestructorPtrGet(a), m2.DestructorPtrGet(b));
+        EXPECT_EQ(m1.AssignmentPtrGet(a), m2.AssignmentPtrGet(b));
+        EXPECT_EQ(m1.CopyPtrGet(a), m2.CopyPtrGet(b));
+        EXPECT_EQ(m1.StorePtrGet(a) == m2.StorePtrGet(b), store);
+        EXPECT_EQ(m1.CmpFuncPtrGet(a) == m2.CmpFuncPtrGet(b), compare);
+        EXPECT_EQ(m1.ExchangePrintToVqStringFunc(a, nullptr), m2.ExchangePrintToVqStringFunc(b, nullptr));
+        EXPECT_EQ(m1.ExchangeScanFromVqStringFunc(a, nullptr), m2.ExchangeScanFromVqStringFunc(b, nullptr));
+    };
+    expectShared(manager, VqTypeId_char, manager, VqTypeId_VqByte, true, false);
+    expectShared(manager, VqTypeId_short, manager, VqTypeId_VqWord, true, false);
+    expectShared(manager, VqTypeId_long, manager, VqTypeId_VqDWord, true, false);
+    expectShared(manager, VqTypeId_VqDWord, manager, VqTypeId_BlockId, true, true);
+    expectShared(manager, VqTypeId_int, manager, VqTypeId_enum, true, true);
+    expectShared(manager, VqTypeId_int, manager, VqTypeId_unsigned, false, false);
+    expectShared(manager, VqTypeId_VqString, older, VqTypeId_VqString, false, false);
+    EXPECT_EQ(manager.LoadPtrGet(VqTypeId_VqString), older.LoadPtrGet(VqTypeId_VqString));
+    EXPECT_EQ(manager.ComparePtrGet(VqTypeId_long), nullptr);
+}
+
+TEST(TypeMgr, ElementsAreFoundWithinTheCount) {
+    const VqTypeMgr manager(5);
+    std::int32_t longs[3];
+    EXPECT_EQ(manager.GetArrayElement(VqTypeId_long, longs, 2, 3), longs + 2);
+    EXPECT_EQ(manager.GetArrayElement(VqTypeId_long, longs, 3, 3), nullptr);
+    EXPECT_EQ(manager.GetArrayElement(VqTypeId_long, longs, 2, 0), longs + 2);
+    EXPECT_EQ(manager.GetArrayElement(VqTypeId_long, nullptr, 2, 0), nullptr);
+}
+
+TEST(TypeMgr, ArraysPrintWithCommasButBytesAsOnePiece) {
+    VqTypeMgr manager(5);
+    std::int32_t longs[] = {1, -2, 3};
+    VqString text("=");
+    EXPECT_EQ(Bytes(manager.PrintToVqString(VqTypeId_long, text, longs, nullptr, 3)), "=1,-2,3");
+    EXPECT_EQ(Bytes(manager.PrintToVqString(VqTypeId_BlockId, text, longs, nullptr, 1)), "=1,-2,3#1");
+    char bytes[] = {'a', ',', 'b'};
+    EXPECT_EQ(Bytes(manager.PrintToVqString(VqTypeId_VqByte, text = VqString(""), bytes, nullptr, 3)), "a,b");
+
+    // A text keeps the characters of its own code set in an array.
+    VqString wide[] = {Wide(u"\u0141"), Wide(u"\u20AC")}, out(253, 0);
+    EXPECT_EQ(Units(manager.PrintToVqString(VqTypeId_VqString, out, wide, nullptr, 2)), u"\u0141,\u20AC");
+}
+
+TEST(TypeMgr, NullPrintStringIsOneForAll) {
+    VqTypeMgr manager(5);
+    EXPECT_EQ(Bytes(VqTypeMgr::GetNullPrintString()), "{NULL}");
+    VqTypeMgr::SetNullPrintString(VqString("n/a"));
+    VqNull_int null;
+    VqString text;
+    EXPECT_EQ(Bytes(manager.PrintToVqString(VqTypeId_VqNull_int, text, &null, nullptr, 1)), "n/a");
+    VqTypeMgr::SetNullPrintString(VqString("{NULL}"));
+    EXPECT_EQ(Bytes(VqNullPrintString()), "{NULL}");
+}
+
+int CompareNever(unsigned char, unsigned long, const void*, unsigned long, const void*, unsigned short, unsigned long,
+                 int& status) {
+    status = VqStatus_Refused;
+    return 42;
+}
+VqString& PrintStar(VqString& out, void*, const char*, unsigned long) { return out << '*'; }
+void* ScanSeven(void* values, VqString&, const char*, unsigned long) {
+    static_cast<std::int16_t*>(values)[0] = 7;
+    return values;
+}
+
+TEST(TypeMgr, ExchangedEntriesAreSeenByEveryManagerAndCanBePutBack) {
+    VqTypeMgr manager(5), older(3);
+    const VqCompareFunc compare = manager.ExchangeVqTypeCmpFunc(VqTypeId_short, CompareNever);
+    const VqPrintFunc print = manager.ExchangePrintToVqStringFunc(VqTypeId_short, PrintStar);
+    const VqScanFunc scan = manager.ExchangeScanFromVqStringFunc(VqTypeId_short, ScanSeven);
+    const char* const format = manager.ExchangeFormat(VqTypeId_short, "<%hd>");
+
+    std::int16_t value = 1;
+    VqString text;
+    int status = 0;
+    EXPECT_EQ(older.Cmp(VqTypeId_short, &value, &value, 0, 1, VqFormat_Memory), 42);
+    EXPECT_EQ(older.Cmp(VqTypeId_short, 0, &value, 0, &value, 0, 1, VqFormat_Memory, status), 42);
+    EXPECT_EQ(status, VqStatus_Refused);
+    EXPECT_EQ(Bytes(older.PrintToVqString(VqTypeId_short, text, &value, nullptr, 1)), "*");
+    older.ScanFromVqString(VqTypeId_short, &value, text, nullptr, 1);
+    EXPECT_EQ(value, 7);
+    EXPECT_EQ(older.Cmp(VqTypeId_VqWord, &value, &value, 0, 1, VqFormat_Memory), 0) << "another row's";
+
+    EXPECT_EQ(older.ExchangeVqTypeCmpFunc(VqTypeId_short, compare), CompareNever);
+    EXPECT_EQ(older.ExchangePrintToVqStringFunc(VqTypeId_short, print), PrintStar);
+    EXPECT_EQ(older.ExchangeScanFromVqStringFunc(VqTypeId_short, scan), ScanSeven);
+    text = "";
+    EXPECT_EQ(Bytes(manager.PrintToVqString(VqTypeId_short, text, &value, nullptr, 1)), "<7>");
+    EXPECT_STREQ(older.ExchangeFormat(VqTypeId_short, format), "<%hd>");
+    EXPECT_STREQ(manager.ExchangeFormat(VqTypeId_short, nullptr), "%hd");
+    EXPECT_STREQ(manager.ExchangeFormat(VqTypeId_short, nullptr), "%hd");
+    EXPECT_EQ(manager.CmpFuncPtrGet(VqTypeId_short), compare);
+}
+
+// --- Memory that runs out
+
+unsigned long refusedBytes = 0;
+int refusals = 0;
+
+TEST(TypeMgr, CreateAsksTheMemoryHandlerAndGivesNull) {
+    refusals = 0;
+    const VqMemoryHandler before = VqSetMemoryHandler([](unsigned long size) {
+        refusedBytes = size;
+        return ++refusals < 3 ? 1 : 0;
+    });
+    VqTypeMgr manager(5);
+    EXPECT_EQ(manager.Create(VqTypeId_double, ULONG_MAX / 4), nullptr);
+    EXPECT_EQ(refusals, 3) << "it is tried again as long as the handler helps";
+    EXPECT_EQ(refusedBytes, ULONG_MAX);
+    EXPECT_EQ(manager.DefaultValue(VqTypeId_short, ULONG_MAX, 0), nullptr);
+    EXPECT_EQ(manager.ConvertFrom(VqTypeId_int, nullptr, ULONG_MAX), nullptr);
+    VqSetMemoryHandler(before);
+}
+
+// --- Exchange form
+
+TEST(ConvertData, AReleasedRecordHoldsNothing) {
+    VqTypeMgr manager(5);
+    alignas(VqTypeConvertData) unsigned char memory[sizeof(VqTypeConvertData)];
+    std::int32_t value = 1;
+    VqTypeConvertData* made = manager.ConvertTo(VqTypeId_long, &value, 1);
+    ASSERT_NE(made, nullptr);
+    std::memcpy(memory, made, sizeof memory);
+    made->manager = nullptr;
+    delete made;  // without a manager it leaves its strings
+
+    auto* const record = reinterpret_cast<VqTypeConvertData*>(memory);
+    EXPECT_EQ(Bytes(*record->GetString(0)), "1");
+    EXPECT_EQ(record->GetString(-1), nullptr);
+    EXPECT_EQ(record->GetString(1), nullptr);
+    for (int releases = 0; releases < 2; ++releases) {
+        record->~VqTypeConvertData();
+        EXPECT_EQ(record->type, VqTypeConvertData::Released);
+        EXPECT_EQ(record->count, 0u);
+        EXPECT_EQ(record->data, nullptr);
+        EXPECT_EQ(record->GetString(0), nullptr);
+    }
+}
+
+TEST(ConvertData, NumbersTravelAsTheSignedOnesOfTheirWidth) {
+    VqTypeMgr manager(5);
+    const struct {
+        char from;
+        const char* value;
+        const char* text;
+        char to;
+        const char* result;
+    } cases[] = {
+        {VqTypeId_VqByte, "0xc8", "-56", VqTypeId_short, "-56"},
+        {VqTypeId_char, "a", "97", VqTypeId_double, "97.000000"},
+        {VqTypeId_VqWord, "60000", "-5536", VqTypeId_VqWord, "60000"},
+        {VqTypeId_VqDWord, "4294967295", "-1", VqTypeId_long, "-1"},
+        {VqTypeId_long, "70000", "70000", VqTypeId_short, "4464"},
+        {VqTypeId_double, "0.1", "0.1", VqTypeId_float, "0.100000"},
+        {VqTypeId_double, "1e15", "1e+15", VqTypeId_int, "1"},
+        {VqTypeId_float, "2.5", "2.5", VqTypeId_int, "2"},
+        {VqTypeId_VqString, "0x10", "0x10", VqTypeId_int, "16"},
+        {VqTypeId_VqString, "word", "word", VqTypeId_VqNull_int, "0"},
+        {VqTypeId_VqNull_short, "{NULL}", "", VqTypeId_short, "0"},
+        {VqTypeId_VqNull_short, "{NULL}", "", VqTypeId_VqString, "{NULL}"},
+        {VqTypeId_VqString, "{NULL}", "", VqTypeId_VqNull_double, "{NULL}"},
+        {VqTypeId_VqNull_VqInt64, "-5000000000", "-5000000000", VqTypeId_long, "-2147483648"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(manager.NameGet(c.from, nullptr) + std::string(" ") + c.value);
+        const RowValues from(manager, c.from, std::vector<std::string>{c.value});
+        VqTypeConvertData* const record = manager.ConvertTo(c.from, from.Get(), 1);
+        EXPECT_EQ(Bytes(*record->GetString(0)), c.text);
+        EXPECT_EQ(record->GetString(0)->IsNullValue(), from.IsNull(0));
+        const RowValues to(manager, c.to, 1, manager.ConvertFrom(c.to, record, 1));
+        EXPECT_EQ(to.Print(0), c.result);
+        delete record;
+    }
+}
+
+TEST(ConvertData, OneTextForAllValues) {
+    VqTypeMgr manager(5);
+    const std::vector<std::vector<std::string>> cases = {{"a", "b"}, {"", "\x01,\x02", "x"}, {"one"}, {}, {"", ""}};
+    for (const auto& texts : cases) {
+        const RowValues strings(manager, VqTypeId_VqString, texts);
+        VqString* const text = manager.ConvertToVqStringOld(strings.Get(), VqTypeId_VqString, strings.Count());
+        std::string expected;
+        const char separator = texts.size() == 3 ? '\x03' : '\x01';
+        for (const std::string& one : texts) expected += one + separator;
+        EXPECT_EQ(Bytes(*text), expected);
+
+        const auto count = strings.Count();
+        const RowValues back(manager, VqTypeId_VqString, count + 1,
+                             manager.ConvertFromVqStringOld(*text, VqTypeId_VqString, count + 1));
+        for (unsigned long i = 0; i < count; ++i) EXPECT_EQ(back.Print(i), texts[i]);
+        EXPECT_EQ(back.Print(count), "");
+        EXPECT_EQ(Bytes(*text), expected) << "the text stays";
+        manager.Delete(VqTypeId_VqString, text, 1);
+    }
+}
+
+TEST(ConvertData, TheSeparatorOfOneTextOccursInNoValue) {
+    VqTypeMgr manager(5);
+    // Every character that could be one, in code set 1, but the last.
+    std::string most;
+    for (int c = 1; c < 254; ++c) most += static_cast<char>(c);
+    VqString strings[] = {VqString(most.c_str()), Wide(u"\u00E9")};
+    VqString* text = manager.ConvertToVqStringOld(strings, VqTypeId_VqString, 2);
+    EXPECT_EQ(Bytes(*text), most + "\xFE\xE9\xFE");
+    manager.Delete(VqTypeId_VqString, text, 1);
+
+    strings[1] = VqString("\xFE");
+    text = manager.ConvertToVqStringOld(strings, VqTypeId_VqString, 2);
+    EXPECT_EQ(Bytes(*text), most + ",\xFE,");
+    manager.Delete(VqTypeId_VqString, text, 1);
+
+    VqString numbers("10;0x20;-3;");
+    const RowValues longs(manager, VqTypeId_long, 3, manager.ConvertFromVqStringOld(numbers, VqTypeId_long, 3));
+    EXPECT_EQ(longs.Print(0) + longs.Print(1) + longs.Print(2), "1032-3");
+}
+
+// --- Nullity
+
+TEST(Nullity, NullSortsFirstAndNoneIsReported) {
+    AssertRecorder asserts;
+    EXPECT_EQ(VqNullityCompare(VqNullityClass(true, true)), 0);
+    EXPECT_EQ(VqNullityCompare(VqNullityClass(true, false)), -1);
+    EXPECT_EQ(VqNullityCompare(VqNullityClass(false, true)), 1);
+    EXPECT_TRUE(asserts.Lines().empty());
+    EXPECT_EQ(VqNullityCompare(VqNullityClass(false, false)), 0);
+    ASSERT_EQ(asserts.Lines().size(), 1u);
+    EXPECT_EQ(asserts.Lines()[0].rfind("nr != unknown src\\_vqnulty:", 0), 0u);
+}
+
+// --- Library
+
+TEST(Library, TheDefaultManagerLivesFromAttachToDetach) {
+    VqTypeMgr* const first = DefaultTypeMgr();
+    ASSERT_NE(first, nullptr) << "a loaded library is attached";
+    EXPECT_EQ(first->SupportsNullValue(VqTypeId_VqString), 1);
+
+    VqTypeMgr* const own = new VqTypeMgr(3);
+    EXPECT_EQ(DefaultTypeMgr(own), first);
+    EXPECT_EQ(DefaultTypeMgr(nullptr), own);
+    VqLanguageContext::SetDefaultCmpOp(VqCmp_IgnoreCase);
+    ___VqTypemgrContext(0);  // deletes it, and resets the languages
+    EXPECT_EQ(DefaultTypeMgr(), nullptr);
+    EXPECT_EQ(VqLanguageContext::GetDefaultCmpOp(), VqCmp_Exact);
+    ___VqTypemgrContext(0);
+    EXPECT_EQ(DefaultTypeMgr(), nullptr);
+
+    ___VqTypemgrContext(1);
+    ASSERT_NE(DefaultTypeMgr(), nullptr);
+    EXPECT_NE(DefaultTypeMgr(), first);
+    EXPECT_EQ(DefaultTypeMgr()->SupportsNullValue(VqTypeId_VqString), 1);
+    ___VqTypemgrContext(0);
+    DefaultTypeMgr(first);
+}
+
+TEST(Library, TheOptionBlockMakesNumbersInStringsDecimal) {
+    EXPECT_EQ(*___VqTypeMgrOptions(), 0u);
+    *___VqTypeMgrOptions() = 1;
+    const int decimal = VqString("010");
+    *___VqTypeMgrOptions() = 0;
+    EXPECT_EQ(decimal, 10);
+    EXPECT_EQ(static_cast<int>(VqString("010")), 8);
+}
+
+}  // namespace
