@@ -36,26 +36,23 @@ std::size_t LimitedSize(std::size_t wanted, unsigned charSize) {
     return VqString::MaxSize - VqString::MaxSize % charSize;
 }
 
-// A text mapped into another code set, with its zero character.
-struct MappedText {
-    std::unique_ptr<char[]> text;
-    std::size_t size;  // bytes, zero character included
-};
-
-// Maps `text` up to its zero character, at most `most` characters.
-MappedText MapCodeSet(const char* text, unsigned char from, unsigned char to, std::size_t most, unsigned char order) {
-    const unsigned sourceSize = CharSizeOf(from), targetSize = CharSizeOf(to);
+// Characters before the zero character, at most `most`.
+std::size_t BoundedLength(const char* text, unsigned charSize, std::size_t most) {
     std::size_t length = 0;
-    while (length < most && vq::LoadChar(text + length * sourceSize, sourceSize) != 0) ++length;
-    const std::size_t size = LimitedSize((length + 1) * targetSize, targetSize);
-    length = size / targetSize - 1;
+    while (length < most && vq::LoadChar(text + length * charSize, charSize) != 0) ++length;
+    return length;
+}
 
-    MappedText mapped{std::make_unique<char[]>(size), size};
+// The first `length` characters of a text mapped into another code set, with a zero character behind.
+std::unique_ptr<char[]> MapCodeSet(const char* text, unsigned char from, unsigned char to, std::size_t length,
+                                   unsigned char order) {
+    const unsigned sourceSize = CharSizeOf(from), targetSize = CharSizeOf(to);
     const VqCodeSet& source = vq::CodeSetOf(from);
     const VqCodeSet& target = vq::CodeSetOf(to);
+    auto mapped = std::make_unique<char[]>((length + 1) * targetSize);
     for (std::size_t i = 0; i < length; ++i) {
         const unsigned short code = vq::LoadChar(text + i * sourceSize, sourceSize, order);
-        vq::StoreChar(mapped.text.get() + i * targetSize, targetSize, vq::MapCode(code, source, target));
+        vq::StoreChar(mapped.get() + i * targetSize, targetSize, vq::MapCode(code, source, target));
     }
     return mapped;
 }
@@ -128,18 +125,21 @@ void VqString::SpliceChars(const Splice& splice) {
         return;
     }
 
-    MappedText mapped;
+    std::size_t count = splice.count;
+    std::unique_ptr<char[]> mapped;
     if ((splice.codeSet != 0 && splice.codeSet != codeSet_) || CharSizeOf(splice.codeSet) != z) {
         const unsigned sourceSize = CharSizeOf(splice.codeSet);
-        mapped = MapCodeSet(source + start * sourceSize, splice.codeSet, codeSet_, splice.count, order);
-        source = mapped.text.get();
+        source += start * sourceSize;
+        count = BoundedLength(source, sourceSize, count);
+        mapped = MapCodeSet(source, splice.codeSet, codeSet_, count, order);
+        source = mapped.get();
         start = 0;
         order = 1;
     }
 
     const std::size_t oldText = size_ != 0 ? size_ - z : 0;
     const std::size_t head = std::min(splice.position * z, oldText);
-    const std::size_t inserted = splice.count * z * splice.repeat;
+    const std::size_t inserted = count * z * splice.repeat;
     const std::size_t tailStart = splice.mode == Overwrite ? std::min(head + inserted, oldText) : head;
     const std::size_t tail = splice.mode == TruncateAndWrite ? 0 : oldText - tailStart;
     const std::size_t size = LimitedSize(head + inserted + tail + z, z);
@@ -148,7 +148,7 @@ void VqString::SpliceChars(const Splice& splice) {
     BoundedWriter out(buffer.get(), size - z);
     out.Append(buffer_, head);
     if (splice.repeat > 1) {
-        out.AppendRepeated(vq::LoadChar(source, z, order), z, splice.count * splice.repeat);
+        out.AppendRepeated(vq::LoadChar(source, z, order), z, count * splice.repeat);
     } else if (z == 2 && order == vq::OrderHighFirst) {
         out.AppendSwapped(source + start * z, inserted);
     } else {
@@ -411,11 +411,16 @@ short VqString::CopyMapped(const VqString& src, unsigned char codeSet, short n) 
 
 // Replaces the buffer by at most `most` characters of `src`'s text, mapped into `codeSet`; `src` may be this string.
 void VqString::TakeMapped(const VqString& src, unsigned char codeSet, unsigned short most) {
-    MappedText mapped{nullptr, 0};
-    if (src.buffer_ != nullptr) mapped = MapCodeSet(src.buffer_, src.codeSet_, codeSet, most, 1);
+    std::unique_ptr<char[]> mapped;
+    std::size_t size = 0;
+    if (src.buffer_ != nullptr) {
+        const unsigned z = CharSizeOf(codeSet);
+        size = LimitedSize((BoundedLength(src.buffer_, src.CharSize(), most) + 1) * z, z);
+        mapped = MapCodeSet(src.buffer_, src.codeSet_, codeSet, size / z - 1, 1);
+    }
     delete[] buffer_;
-    buffer_ = mapped.text.release();
-    size_ = static_cast<std::uint16_t>(mapped.size);
+    buffer_ = mapped.release();
+    size_ = static_cast<std::uint16_t>(size);
 }
 
 unsigned char VqString::GetDefaultCodeSet() { return VqLanguageContext::GetDefaultCodeSet(); }

@@ -15,27 +15,30 @@ int Cmp(const VqString& a, const VqString& b, unsigned short op = VqCmp_Exact, s
 
 TEST(VqStrCmp, OrdersByLetterThenAccentThenCase) {
     // Ascending, each text in Windows-1252.
-    const char* const ascending[] = {"",
-                                     " ",
-                                     "-",
-                                     "1",
-                                     "2",
-                                     "a",
-                                     "A",
-                                     "ab",
-                                     "abc",
-                                     "b",
-                                     "cote",
-                                     "c\xF4te",
-                                     "cot\xE9",
-                                     "c\xF4t\xE9",
-                                     "Cote2",
-                                     "cotf",
-                                     "masse",
-                                     "ma\xDF"
-                                     "e",
-                                     "Masten",
-                                     "z"};
+    const char* const ascending[] = {
+        "",
+        " ",
+        "-",
+        "1",
+        "2",
+        "a",
+        "A",
+        "ab",
+        "abc",
+        "b",
+        "cote",
+        "c\xF4te",
+        "cot\xE9",
+        "c\xF4t\xE9",
+        "Cote2",
+        "cotf",
+        "ma\xDF"
+        "e",
+        "masse",
+        "Masse",
+        "Masten",
+        "z",
+    };
     const int n = static_cast<int>(std::size(ascending));
     for (const unsigned char codeSet : std::initializer_list<unsigned char>{1, 2, 253}) {
         for (int i = 0; i < n; ++i) {

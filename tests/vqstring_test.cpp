@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
 
 #include "library.h"
@@ -279,7 +280,7 @@ TEST_F(VqStringTest, ReadsFloatingNumbersLikeAtof) {
         {"4.9e-324", 5e-324},
         {"0x1p-2000", 0},
         {"0x1p2000", HUGE_VAL},
-        {"179769313486231580793e289", 1.7976931348623158e308},
+        {"179769313486231570e291", 1.7976931348623157e308},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(static_cast<double>(VqString(c.text)), c.value) << c.text;
@@ -332,6 +333,13 @@ TEST_F(VqStringTest, MapsTheTextBetweenAnyTwoSets) {
     EXPECT_EQ(Bytes(target), "\xE9t");
     EXPECT_EQ(target.CopyMapped(VqString(), 1), 0);
     EXPECT_EQ(target.GetSize(), 0);
+}
+
+TEST_F(VqStringTest, MappingEndsAtAZeroCharacterWithinTheCount) {
+    VqString wide(253, 0);
+    wide.AssignChars("ab\0cd", 1, 5);
+    EXPECT_EQ(Units(wide), u"ab");
+    EXPECT_EQ(wide.GetSize(), 6);
 }
 
 TEST_F(VqStringTest, AssignsCharactersInEitherByteOrderAndCodeSet) {
