@@ -47,14 +47,13 @@ VQTM_COMPARE_FUNCTION(FloatCompare)
 VQTM_COMPARE_FUNCTION(DoubleCompare)
 
 /// Strings by their collation (VqStrCmp). Without VqCmp_Exact and VqCmp_KeyOnly the second text is a pattern. Stored
-/// records are compared where they stand. A record that runs past the given length, or whose length leaves no room for
-/// the five bytes that the least one begins with, gives VqStatus_BufferEnd; so does a damaged header (code set 254 with
-/// a language above 127), after its element was compared with the language's top bit cleared. VqStatus_NotSupported
-/// with -1 when memory for a text runs out.
+/// arrays may be in either layout that StringLoad reads, and are compared where they stand. VqStatus_BufferEnd is also
+/// the answer to a record that runs past the given length (with result 0), or that has less than the five bytes which
+/// the least one begins with, and to a damaged header: code set 254 with a language above 127, whose element is
+/// compared with the language's top bit cleared. VqStatus_NotSupported, with -1, when memory for a text runs out.
 VQTM_COMPARE_FUNCTION(StringCompare)
 
-/// The same for the legacy string row: stored arrays may also be in the legacy layout, and a record may lack its last
-/// one or two bytes.
+/// The same for the legacy string row: a record may lack its last one or two bytes.
 VQTM_COMPARE_FUNCTION(LegacyStringCompare)
 
 #undef VQTM_COMPARE_FUNCTION

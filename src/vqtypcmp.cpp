@@ -280,8 +280,9 @@ class StringArray {
     Text InRecord() const {
         const unsigned long length = LoadLength(), room = left_ - 2;
         const bool cut = length > room && length - room > lacking_;
-        const unsigned long bytes = length < 4 || cut ? 0 : length - 4;
-        const bool terminated = length >= 4 && length - 1 <= room && vq::CharSizeOf(at_[2]) == 1 && at_[length] == 0;
+        const unsigned long charSize = vq::CharSizeOf(at_[2]);
+        const unsigned long bytes = length < 4 || cut ? 0 : (length - 4) / charSize * charSize;
+        const bool terminated = length >= 4 && length - 1 <= room && charSize == 1 && at_[length] == 0;
         return {
             reinterpret_cast<const char*>(at_ + 4), bytes, at_[2], at_[3], terminated, cut, std::min(length, room) + 2};
     }

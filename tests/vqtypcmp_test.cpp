@@ -248,8 +248,8 @@ TEST(StringComparison, WalksArrays) {
 
 // Every truncation, and every change of one byte, on either side: never a byte behind the block, and a defined status.
 TEST(StringComparison, SurvivesDamagedRecords) {
-    const VqString whole("abcdef"), wide = vqtest::Wide(u"abc");
-    for (const VqString* string : {&whole, &wide}) {
+    const VqString whole("abcdef"), wide = vqtest::Wide(u"abc"), longer = vqtest::Wide(std::u16string(150, u'x'));
+    for (const VqString* string : {&whole, &wide, &longer}) {
         for (const unsigned char format : {VqFormat_LittleEndian, VqFormat_BigEndian}) {
             const auto record = Record(*string, format);
             const auto check = [&](const std::vector<unsigned char>& bytes, bool truncated) {
@@ -271,7 +271,7 @@ TEST(StringComparison, SurvivesDamagedRecords) {
             for (std::size_t size = 1; size < record.size(); ++size)
                 check({record.begin(), record.begin() + static_cast<std::ptrdiff_t>(size)}, true);
             for (std::size_t at = 0; at < record.size(); ++at) {
-                for (const int byte : {0, 1, 0x7F, 0x80, 0xFE, 0xFF}) {
+                for (const int byte : {0, 1, 0x7F, 0x80, 0xFE, 0xFF, record[at] - 1, record[at] + 1}) {
                     auto bytes = record;
                     bytes[at] = static_cast<unsigned char>(byte);
                     check(bytes, false);
