@@ -59,8 +59,7 @@ inline std::size_t TextLength(const void* text, unsigned charSize) {
 // The tables of a code set. A number that no set has reads as the native set or, with 2-byte characters, as Unicode.
 inline const VqCodeSet& CodeSetOf(unsigned char codeSet) {
     if (const VqCodeSet* set = VqLanguageContext::QueryCodeSet(codeSet)) return *set;
-    if (const VqCodeSet* set = CharSizeOf(codeSet) == 2 ? nullptr : VqLanguageContext::QueryCodeSet(0)) return *set;
-    return *VqLanguageContext::QueryCodeSet(253);
+    return *VqLanguageContext::QueryCodeSet(CharSizeOf(codeSet) == 1 ? 0 : 253);
 }
 
 inline unsigned short MapCode(unsigned short code, const VqCodeSet& from, const VqCodeSet& to) {

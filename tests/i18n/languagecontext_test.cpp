@@ -36,7 +36,7 @@ TEST_F(LanguageContext, SettersChangeOneDefaultEach) {
 
 TEST_F(LanguageContext, AttachingAndDetachingStartAfresh) {
     for (const int attach : {0, 1}) {
-        Context::SetDefault16CodeSet(1);
+        Context::SetDefault16CodeSet(225);
         Context::SetDefaultCmpOp(0);
         ___VqI18NContext(attach);
         EXPECT_EQ(Defaults(), startValues);
@@ -57,10 +57,16 @@ TEST_F(LanguageContext, CodeSetsAreFoundByNumber) {
 TEST_F(LanguageContext, CodeZeroIsTheNativeSet) {
     Context::SetNativeCodeSet(9);
     EXPECT_STREQ(Context::QueryCodeSet(0)->GetName(), "KOI8-R");
-    for (const int none : {0, 99, 254}) {
-        Context::SetNativeCodeSet(static_cast<unsigned char>(none));
-        EXPECT_EQ(Context::QueryCodeSet(0), nullptr);
+}
+
+TEST_F(LanguageContext, DefaultsRefuseSetsOfAnotherCharacterSize) {
+    for (const unsigned char other : std::initializer_list<unsigned char>{0, 99, 225, 253, 254}) {
+        Context::SetNativeCodeSet(other);
+        EXPECT_EQ(Context::GetNativeCodeSet(), 1);
     }
+    Context::SetDefault8CodeSet(253);
+    Context::SetDefault16CodeSet(2);
+    EXPECT_EQ(Defaults(), startValues);
 }
 
 TEST_F(LanguageContext, LanguagesAreFoundByNameInAnyCase) {
