@@ -28,7 +28,7 @@ class VqInt64 {
     int operator<(const VqInt64& other) const { return high != other.high ? high < other.high : low < other.low; }
 
     /// Appends the value's text to `out` under `format` ("%S" for null): text with conversions that each insert the
-    /// value, without widths. A '%' before any other letter is ordinary text.
+    /// value, without widths. A '%' before any other character is ordinary text, and so is that character.
     ///
     ///     S d i    decimal            -31
     ///     o        octal              -037

@@ -97,6 +97,7 @@ void VqInt64::PrintToVqString(VqString& out, const char* format) const {
         if (*at == '%' && BaseOf(at[1]) != 0) {
             AppendNumber(text, Bits(*this), *++at);
         } else {
+            if (*at == '%' && at[1] != 0) text += *at++;
             text += *at;
         }
     }
