@@ -37,6 +37,9 @@ class VQI18N_API VqLanguageContext {
     static unsigned short GetDefaultCmpOp() { return defaults_.cmpOp; }
     static void SetDefaultCmpOp(unsigned short op) { defaults_.cmpOp = op; }
 
+    /// Sets every default to its start value.
+    static void ResetDefaults();
+
     /// The code set of that number; 0 gives the native one. Null for a code that stands for no set.
     static const VqCodeSet* QueryCodeSet(unsigned char codeSet);
 
@@ -51,8 +54,6 @@ class VQI18N_API VqLanguageContext {
     static unsigned long GetOrderVersion();
 
   private:
-    friend void ::___VqI18NContext(int attach);
-
     struct Defaults {
         unsigned char nativeCodeSet = 1;
         unsigned char codeSet = 1;

@@ -37,4 +37,6 @@ int VqLanguageContext::FindLanguage(const char* name) { return vq::FindLanguageN
 
 unsigned long VqLanguageContext::GetOrderVersion() { return vq::OrderVersion(); }
 
-void ___VqI18NContext(int) { VqLanguageContext::defaults_ = {}; }
+void VqLanguageContext::ResetDefaults() { defaults_ = {}; }
+
+void ___VqI18NContext(int) { VqLanguageContext::ResetDefaults(); }
