@@ -9,6 +9,7 @@ import os
 import random
 import subprocess
 import sys
+import tempfile
 import unittest
 
 import console
@@ -151,6 +152,14 @@ class Sort(unittest.TestCase):
         for name, stdin, arguments, expected in cases:
             with self.subTest(name):
                 self.assertEqual(expected, self.sort(stdin, *arguments))
+
+    def test_names_of_files_are_unicode(self):
+        with tempfile.TemporaryDirectory() as folder:
+            name = f"{folder}/Łódź 東京.txt"
+            with open(name, "w", encoding="utf-8") as file:
+                file.write("Łódź\nKraków\n")
+            self.assertEqual("Kraków\nŁódź\n", succeed(self, "sort", "VqString", name))
+            self.assertIn("Łódź 東京.txt:1: ", run("sort", "long", name)[2])
 
     def test_many_lines(self):
         numbers = [random.Random(2).randint(-2**31, 2**31 - 1) for _ in range(50000)]

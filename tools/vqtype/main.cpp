@@ -41,6 +41,7 @@ int FailToParse(const CLI::App& program, const CLI::ParseError& error) {
 
 void AddCommands(CLI::App& program) {
     program.require_subcommand(1);
+    program.allow_windows_style_options(false);  // a value may begin with a slash, on every target
     program.set_version_flag("--version", "vqtype 9.5.23.262.0");
     program.footer("Errors name what is at fault and end with status 2. `vqtype COMMAND --help` explains a command.");
     AddTypesCommand(program);
