@@ -4,7 +4,7 @@
 usage: generate.py [--check] [--report]
 
 Reads the Unicode Character Database (Debian's package unicode-data) and the code sets of Python's codecs, and writes the
-.inc files beside this script. --check writes nothing and fails when a file is not what would be written; it ends with
+.inc files in generated/. --check writes nothing and fails when a file is not what would be written; it ends with
 status 77 where the database is not installed or is of another version. --report says what the tables take and where letters found no room.
 """
 import argparse
@@ -16,6 +16,7 @@ from pathlib import Path
 
 sys.dont_write_bytecode = True
 HERE = Path(__file__).resolve().parent
+WRITTEN = HERE / 'generated'
 sys.path.insert(0, str(HERE))
 
 from generator import codesets, collation, emit, languages, ucd  # noqa: E402
@@ -218,8 +219,8 @@ def obstacle():
 
 def check(files):
     stale = [file.name for file in files
-             if not (HERE / file.name).exists()
-             or (HERE / file.name).read_text(encoding='utf-8').replace('\r\n', '\n') != file.text()]
+             if not (WRITTEN / file.name).exists()
+             or (WRITTEN / file.name).read_text(encoding='utf-8').replace('\r\n', '\n') != file.text()]
     for name in stale:
         print(f'{name} is not what generate.py writes', file=sys.stderr)
     return 1 if stale else 0
@@ -250,7 +251,7 @@ def main():
     if arguments.check:
         return check(files)
     for file in files:
-        (HERE / file.name).write_text(file.text(), encoding='utf-8', newline='\n')
+        (WRITTEN / file.name).write_text(file.text(), encoding='utf-8', newline='\n')
     return 0
 
 

@@ -9,10 +9,10 @@
 namespace vq {
 namespace {
 
-#include "../data/bytecharacters.inc"
-#include "../data/byteunits.inc"
+#include "../data/generated/bytecharacters.inc"
+#include "../data/generated/byteunits.inc"
 // Lists the sets with their tables, so it stands behind these.
-#include "../data/byteorders.inc"
+#include "../data/generated/byteorders.inc"
 
 constexpr unsigned short NoCharacter = 0xFFFD;
 constexpr std::size_t SetCount = std::size(byteSetData);

@@ -10,7 +10,7 @@ struct Language {
     std::uint8_t place;
 };
 
-#include "../data/languages.inc"
+#include "../data/generated/languages.inc"
 
 constexpr std::array<std::uint8_t, 256> Places() {
     std::array<std::uint8_t, 256> places{};

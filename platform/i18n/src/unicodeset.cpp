@@ -8,8 +8,8 @@
 namespace vq {
 namespace {
 
-#include "../data/unicodecharacters.inc"
-#include "../data/unicodeorders.inc"
+#include "../data/generated/unicodecharacters.inc"
+#include "../data/generated/unicodeorders.inc"
 
 std::uint8_t PropertiesOf(unsigned short unit) { return propertyPages[propertyIndex[unit >> 8]][unit & 255]; }
 
