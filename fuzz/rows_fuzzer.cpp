@@ -1,0 +1,73 @@
+// Stored values of any row from outside: what the memory file's size function accepts, loading reads exactly; what was
+// loaded stores to a form that loads and stores the same again; comparing stored keys stays within the lengths given.
+
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <vector>
+
+#include "vqtm.h"
+
+namespace {
+
+using Bytes = std::unique_ptr<unsigned char[]>;
+
+void Require(bool holds) {
+    if (!holds) std::abort();
+}
+
+// A block of exactly that size, so that a sanitizer sees every byte read outside it.
+Bytes Exact(const unsigned char* data, std::size_t size) {
+    Bytes block(new unsigned char[size]);
+    if (size != 0) std::memcpy(block.get(), data, size);
+    return block;
+}
+
+// The values' disk form.
+std::vector<unsigned char> Stored(const VqTypeMgr& manager, char id, void* values, unsigned char format,
+                                  unsigned long count) {
+    std::vector<unsigned char> bytes(manager.DiskLenGet(id, values, format, count, VqFormat_Memory));
+    Require(manager.Store(id, bytes.data(), values, format, count) == bytes.size());
+    return bytes;
+}
+
+void LoadAndStore(const VqTypeMgr& manager, char id, unsigned char format, unsigned long count,
+                  const unsigned char* data, unsigned long size) {
+    const Bytes exact = Exact(data, size);
+    MemFile file(exact.get(), size);
+    const unsigned long guarded = manager.DiskLenGetFromMemFile(id, &file, format, count);
+    if (guarded > size) return;
+    void* const values = manager.Create(id, count);
+    Require(manager.Load(id, values, exact.get(), format, count) == guarded);
+    const std::vector<unsigned char> once = Stored(manager, id, values, format, count);
+    Require(manager.Load(id, values, once.data(), format, count) == once.size());
+    Require(Stored(manager, id, values, format, count) == once);
+    manager.Delete(id, values, count);
+}
+
+void CompareKeys(const VqTypeMgr& manager, char id, unsigned char format, unsigned long count,
+                 const unsigned char* data, unsigned long size) {
+    const unsigned long half = size / 2;
+    if (half == 0) return;
+    const Bytes a = Exact(data, half), b = Exact(data + half, half);
+    int status = 1;
+    manager.Cmp(id, half, a.get(), half, b.get(), VqCmp_Exact, count, format, status);
+    Require(status == VqStatus_Ok || status == VqStatus_BufferEnd || status == VqStatus_NotSupported || status == 1);
+    manager.Cmp(id, half, a.get(), half, b.get(), 0, count, format, status);
+}
+
+}  // namespace
+
+// First bytes: row, format, count; then the values.
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
+    if (size < 3 || size > 4096) return 0;
+    const char id = static_cast<char>(data[0] % VqTypeCount);
+    const unsigned char format = data[1] % 2 == 0 ? VqFormat_BigEndian : VqFormat_LittleEndian;
+    const unsigned long count = data[2] % 8, n = static_cast<unsigned long>(size - 3);
+    for (const unsigned long version : {1ul, 5ul}) {
+        const VqTypeMgr manager(version);
+        LoadAndStore(manager, id, format, count, data + 3, n);
+        CompareKeys(manager, id, format, count, data + 3, n);
+    }
+    return 0;
+}
