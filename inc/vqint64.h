@@ -15,7 +15,7 @@
 class MemFile;
 class VqString;
 
-class VqInt64 {
+class VQTM_API VqInt64 {
   public:
     /// Zero.
     VqInt64() = default;
@@ -35,13 +35,13 @@ class VqInt64 {
     ///     x X      hexadecimal        -0x1f  -0X1F
     ///
     /// The least value has no sign in octal and hexadecimal: 0x8000000000000000.
-    VQTM_API void PrintToVqString(VqString& out, const char* format) const;
+    void PrintToVqString(VqString& out, const char* format) const;
 
     /// Reads the value from `text` under `format` ("%S" for null). The text says its base: 0x is hexadecimal, another
     /// leading 0 octal, 0 alone as well. S takes any base, o x X d i only their own. A conversion ends at the text's
     /// end, or at the character that follows it in the format. Digits beyond 64 bits wrap. A text that does not match
     /// gives -1; an empty one leaves the value.
-    VQTM_API void ScanFromVqString(const VqString& text, const char* format);
+    void ScanFromVqString(const VqString& text, const char* format);
 
     std::uint32_t low = 0;  // bits 0 to 31
     std::int32_t high = 0;  // bits 32 to 63; its top bit is the sign
