@@ -227,7 +227,8 @@ class MemFile;
 VQTM_API unsigned long StringSizeGetFromMemFile(MemFile* file, unsigned char format, unsigned long count);
 
 /// The same for the legacy layout: one 16-bit count of the bytes that follow, then each text as 1-byte characters of
-/// the native code set with its zero character.
+/// the native code set with its zero character. On disk both layouts are measured, since StringLoad reads both; the
+/// format's code-set bits mean nothing here.
 VQTM_API unsigned long LegacyStringStore(void* dst, const void* src, unsigned char format, unsigned long count);
 VQTM_API unsigned long LegacyStringSizeGet(const void* data, unsigned char dataFormat, unsigned char format,
                                            unsigned long count);

@@ -226,7 +226,7 @@ unsigned long LegacyStringStore(void* dst, const void* src, unsigned char format
 unsigned long LegacyStringSizeGet(const void* data, unsigned char dataFormat, unsigned char format,
                                   unsigned long count) {
     if (count == 0) return 0;
-    if (!(dataFormat & VqFormat_Memory)) return Record(data, format).Size();
+    if (!(dataFormat & VqFormat_Memory)) return StringSizeGet(data, dataFormat, format & VqFormat_OrderMask, count);
     const VqString* const strings = static_cast<const VqString*>(data);
     LegacyBudget budget(count);
     for (unsigned long i = 0; i < count && budget.HasRoom(); ++i) budget.Take(strings[i].Len());
@@ -234,7 +234,5 @@ unsigned long LegacyStringSizeGet(const void* data, unsigned char dataFormat, un
 }
 
 unsigned long LegacyStringSizeGetFromMemFile(MemFile* file, unsigned char format, unsigned long count) {
-    if (count == 0) return 0;
-    const void* const area = MemFileRecords(*file, format)(0);
-    return area == nullptr ? count * PastEnd : Record(area, format).Size();
+    return StringSizeGetFromMemFile(file, format & VqFormat_OrderMask, count);
 }
