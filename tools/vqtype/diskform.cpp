@@ -5,6 +5,7 @@
 #include "error.h"
 #include "memfile.h"
 #include "table.h"
+#include "vqcodeset.h"
 
 namespace {
 
@@ -59,7 +60,7 @@ void CheckStringRecord(const Bytes& bytes, std::size_t at, std::size_t following
         throw CommandError("HEX: the string at offset {} has code set {} (at offset {}), which does not exist", at,
                            codeSet, at + 2);
     }
-    const std::size_t charSize = codeSet < 225 ? 1 : 2;
+    const std::size_t charSize = codeSet < VqFirstWideCodeSet ? 1 : 2;
     if (textSize % charSize != 0) {
         throw CommandError("HEX: the string at offset {} has 2-byte characters in an odd number of bytes: {}", at,
                            textSize);

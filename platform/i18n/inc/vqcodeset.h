@@ -1,12 +1,15 @@
 /// \file
 /// Code sets: what a character code means, which other character is its other case, and where it sorts.
 ///
-/// A code set is a numbered set of character codes. Sets below 225 have 1-byte codes, sets from 225 up have codes of
-/// one 16-bit unit. All objects are constant, live as long as the library and may be used by any number of threads.
+/// A code set is a numbered set of character codes. Sets below VqFirstWideCodeSet have 1-byte codes, sets from there up
+/// have codes of one 16-bit unit. All objects are constant, live as long as the library and may be used by any number of threads.
 #ifndef VQCODESET_H
 #define VQCODESET_H
 
 #include "vqi18ndefs.h"
+
+/// The first number of the sets with 2-byte characters.
+constexpr unsigned char VqFirstWideCodeSet = 225;
 
 /// Property bits of a character, from its general category in the Unicode Character Database.
 enum VqCharProperty : unsigned short {
@@ -31,7 +34,7 @@ class VQI18N_API VqCodeSet {
     /// The set's usual name, for example "Windows-1252". Static text.
     virtual const char* GetName() const = 0;
     /// Bytes of one character: 1 or 2.
-    int GetCharSize() const { return GetCode() < 225 ? 1 : 2; }
+    int GetCharSize() const { return GetCode() < VqFirstWideCodeSet ? 1 : 2; }
 
     /// The Unicode unit of `code`; 0xFFFD for a code that stands for no character in this set.
     virtual unsigned short ToUnicode(unsigned short code) const = 0;

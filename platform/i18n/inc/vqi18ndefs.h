@@ -3,6 +3,9 @@
 #ifndef VQI18NDEFS_H
 #define VQI18NDEFS_H
 
+/// Marks what the internationalisation library offers to code outside. Whoever builds the shared library defines
+/// VQI18N_BUILD; whoever builds or uses the static one defines VQI18N_STATIC. Users of the shared library define
+/// neither.
 #if defined(VQI18N_STATIC)
 #define VQI18N_API
 #elif defined(_WIN32)

@@ -6,23 +6,16 @@
 
 constinit VqLanguageContext::Defaults VqLanguageContext::defaults_;
 
-namespace {
-
-// The first number of the sets with 2-byte characters.
-constexpr unsigned char firstWideCodeSet = 225;
-
-}  // namespace
-
 void VqLanguageContext::SetNativeCodeSet(unsigned char codeSet) {
     if (vq::FindByteCodeSet(codeSet) != nullptr) defaults_.nativeCodeSet = codeSet;
 }
 
 void VqLanguageContext::SetDefault8CodeSet(unsigned char codeSet) {
-    if (codeSet < firstWideCodeSet) defaults_.codeSet8 = codeSet;
+    if (codeSet < VqFirstWideCodeSet) defaults_.codeSet8 = codeSet;
 }
 
 void VqLanguageContext::SetDefault16CodeSet(unsigned char codeSet) {
-    if (codeSet >= firstWideCodeSet) defaults_.codeSet16 = codeSet;
+    if (codeSet >= VqFirstWideCodeSet) defaults_.codeSet16 = codeSet;
 }
 
 const VqCodeSet* VqLanguageContext::QueryCodeSet(unsigned char codeSet) {
