@@ -36,6 +36,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
 
     MemFile file(exact.get(), n);
     const unsigned long guarded = StringSizeGetFromMemFile(&file, format, count);
+    Require(StringsFitMemFile(&file, format, count) == (guarded <= n));
     if (guarded > n) return 0;
     std::vector<VqString> strings(count);
     Require(StringLoad(strings.data(), exact.get(), format, count) == guarded);

@@ -18,6 +18,7 @@
 
 class VqChar;
 
+/// One text. Without text it has no buffer; the null value (SetNullValue) has none either.
 class VQTM_API VqString {
   public:
     /// A count that means all characters, or up to the end.
@@ -26,13 +27,14 @@ class VQTM_API VqString {
     static constexpr unsigned MaxSize = 65533;
 
     // --- Construction
-    // ------------------------------------------------------------------------------------------------- Text given by
-    // pointer is taken to be in the string's code set as it stands. Null or empty text gives no buffer.
+    //
+    // Text given by pointer is taken to be in the string's code set as it stands. Null or empty text gives no buffer.
 
     /// Empty, in the default code set and language.
     VqString();
     /// Empty, in the given code set and language.
     VqString(unsigned char codeSet, unsigned char language);
+    /// The other's text up to its zero character, in a buffer of its own, with its code set and language.
     VqString(const VqString& other);
     /// Takes over the other's buffer, code set and language; the other is left without a buffer.
     VqString(VqString&& other) noexcept;
@@ -46,16 +48,21 @@ class VQTM_API VqString {
     VqString(const unsigned short* text);
     /// The first `n` characters of `text`; All means up to the zero character.
     VqString(const char* text, unsigned short n);
+    /// The same with 2-byte characters.
     VqString(const unsigned short* text, unsigned short n);
-    // The number in decimal, in the default 8-bit code set.
+    /// The number in decimal, in the default 8-bit code set.
     VqString(short value);
+    /// Likewise.
     VqString(int value);
     /// Prints like an int, so that values from 2147483648 up appear negative: stored texts depend on it.
     VqString(unsigned int value);
+    /// The number in decimal; a 64-bit `long` keeps all its digits.
     VqString(long value);
+    /// Likewise.
     VqString(unsigned long value);
     /// Fifteen significant digits, as "%.15g" prints them.
     VqString(double value);
+    /// Releases the buffer.
     ~VqString();
 
     /// Releases the buffer; code set and language become 0.
@@ -67,9 +74,10 @@ class VQTM_API VqString {
     void Destruct(VqString& other);
 
     // --- Assignment and appending
-    // -------------------------------------------------------------------------------------
 
+    /// The other's text, code set and language.
     VqString& operator=(const VqString& other);
+    /// Destruct.
     VqString& operator=(VqString&& other) noexcept;
     /// Takes the text in the default 8-bit code set and the default language, whatever the string had before.
     VqString& operator=(const char* text);
@@ -79,6 +87,7 @@ class VQTM_API VqString {
     /// Appends the other's text, mapped into this string's code set where they differ.
     VqString& operator+=(const VqString& other);
 
+    /// Appends what the constructor from the same type makes, and returns this string.
     VqString& operator<<(char c);
     VqString& operator<<(const char* text);
     VqString& operator<<(const unsigned short* text);
@@ -89,6 +98,7 @@ class VQTM_API VqString {
     VqString& operator<<(long value);
     VqString& operator<<(unsigned long value);
     VqString& operator<<(double value);
+    /// Prints like the double of the same value.
     VqString& operator<<(float value);
     /// The odd one: a decimal number into a 1-byte string, one character into a 2-byte string.
     VqString& operator<<(unsigned short value);
@@ -98,14 +108,35 @@ class VQTM_API VqString {
     /// the byte order of 2-byte characters: 2 for high byte first, 255 and any other for the machine's own.
     void AssignChars(const void* text, unsigned char codeSet, unsigned short n, unsigned char order = 255);
 
+    // --- Editing
+    //
+    // Each returns this string. A text in another code set is mapped.
+
+    /// Inserts `text` before position `pos`; nothing happens behind the end.
+    VqString& Insert(const VqString& text, unsigned short pos);
+    /// Overwrites the characters from `pos` on with those of `text`. Never lengthens the string: what would pass its
+    /// end is left out.
+    VqString& Replace(const VqString& text, unsigned short pos);
+    /// Removes `n` characters from `pos` on; -1, and more than there are, to the end.
+    VqString& Cut(unsigned short pos, short n = -1);
+    /// Becomes `n` times the character `c` of the default 8-bit code set.
+    VqString& Fill(unsigned short n, char c);
+    /// The same with a character of the default 16-bit code set.
+    VqString& Fill(unsigned short n, unsigned short c);
+    /// Pads on the right with `c` up to a length of `n`; a longer string stays.
+    VqString& Expand(unsigned short n, char c);
+    /// The same with a character of the default 16-bit code set.
+    VqString& Expand(unsigned short n, unsigned short c);
+
     // --- Access
-    // -------------------------------------------------------------------------------------------------------
 
     /// Characters before the zero character.
     unsigned short Len() const;
     /// Bytes of the buffer, zero character included; 0 without a buffer.
     unsigned short GetSize() const { return size_; }
+    /// True without characters before the zero character.
     bool IsEmpty() const;
+    /// IsEmpty.
     bool operator!() const { return IsEmpty(); }
     /// The characters, never null: a string without a buffer gives a shared empty text.
     const char* StrGet() const;
@@ -115,18 +146,24 @@ class VQTM_API VqString {
     /// The same for reading only.
     VqChar operator[](int i) const;
 
+    /// The code set's number; 0 is the native set.
     unsigned char GetCodeSet() const { return codeSet_; }
+    /// The language's number; 254 marks the null value.
     unsigned char GetLanguage() const { return language_; }
+    /// Relabels the text; nothing else changes.
     void SetLanguage(unsigned char language) { language_ = language; }
 
     // --- Numbers
-    // ------------------------------------------------------------------------------------------------------ Integers
-    // are read as `strtol` with base 0 does (0x: hexadecimal, leading 0: octal), or as `atol` where the lowest bit of
-    // the library's option byte is set. They saturate at the limits of 32 bits on every target. Text without a number
-    // gives 0.
+    //
+    // Integers are read as `strtol` with base 0 does (0x: hexadecimal, leading 0: octal), or as `atol` where the lowest
+    // bit of the library's option byte is set. They saturate at the limits of 32 bits on every target. Text without a
+    // number gives 0.
 
+    /// The number at the start of the text.
     operator int() const;
+    /// Its low 16 bits.
     operator short() const;
+    /// The number at the start of the text.
     operator long() const;
     /// The number at the start of the text, as `atof` reads it in the C locale.
     operator double() const;
@@ -136,7 +173,6 @@ class VQTM_API VqString {
     int Strtol(long& out) const;
 
     // --- Code set
-    // -----------------------------------------------------------------------------------------------------
 
     /// Relabels without touching a byte. VqStatus_Refused when the character sizes differ.
     short SetCodeSetCode(unsigned char codeSet);
@@ -149,8 +185,7 @@ class VQTM_API VqString {
     /// Returns the low 16 bits of the new size in bytes, or VqStatus_Refused when `src` is this string.
     short CopyMapped(const VqString& src, unsigned char codeSet, short n = -1);
 
-    // The class-wide defaults; the language context holds them. They are read at each construction and never change
-    // strings that exist.
+    /// The class-wide defaults (VqLanguageContext holds them), read at each construction; strings that exist stay.
     static unsigned char GetDefaultCodeSet();
     static unsigned char GetDefaultLanguage();
     static unsigned char GetDefault8CodeSet();
@@ -161,7 +196,6 @@ class VQTM_API VqString {
     static void SetDefaultCmpOp(unsigned short op);
 
     // --- Null
-    // ---------------------------------------------------------------------------------------------------------
 
     /// True when the language is 254, or the code set is 254 and the language 0.
     bool IsNullValue() const;
@@ -169,11 +203,11 @@ class VQTM_API VqString {
     int SetNullValue();
 
     // --- Comparison
-    // ---------------------------------------------------------------------------------------------------
 
     /// Negative, 0 or positive by the collation of both languages (VqStrCmp): at most `n` characters, -1 for all, under
     /// operation `op` (VqCmp bits; VqCmp_Default: the class-wide one).
     int Compare(const VqString& other, short n = -1, unsigned short op = VqCmp_Default) const;
+    /// The same object, or no difference under the default operation. The others test the sign of Compare.
     bool operator==(const VqString& other) const;
     bool operator!=(const VqString& other) const { return !(*this == other); }
     bool operator<(const VqString& other) const { return Compare(other) < 0; }
@@ -187,14 +221,25 @@ class VQTM_API VqString {
     friend class VqChar;
 
     enum SpliceMode { Overwrite = 1, InsertAt = 2, TruncateAndWrite = 3 };
-    struct Splice;
+    // One change of contents. Positions and counts are in characters.
+    struct Splice {
+        SpliceMode mode;
+        const void* source;  // may be the string's own buffer
+        unsigned char codeSet;
+        std::size_t position;  // in this string
+        std::size_t start;     // in the source
+        std::size_t count;     // taken from the source, and by Overwrite from this string
+        std::size_t repeat;    // more than 1: the source's first character so often
+        unsigned char order;   // byte order of the source's 2-byte characters
+    };
 
     void SpliceChars(const Splice& splice);
     void AssignSame(const void* text, std::size_t bytes, unsigned charSize);
     void TakeMapped(const VqString& src, unsigned char codeSet, unsigned short most);
     template <class T>
     void AssignNumber(T value);
-    unsigned CharSize() const { return codeSet_ < 225 ? 1 : 2; }
+    VqString& FillFrom(unsigned short position, unsigned short n, const VqString& character);
+    unsigned CharSize() const;
 
     char* buffer_ = nullptr;
     std::uint16_t size_ = 0;
@@ -204,31 +249,37 @@ class VQTM_API VqString {
 
 /// The texts of `a` and `b` one after the other, in a's code set and language.
 VQTM_API VqString operator+(const VqString& a, const VqString& b);
+/// The same; a plain text is in the default 8-bit code set.
 VQTM_API VqString operator+(const VqString& a, const char* b);
 VQTM_API VqString operator+(const char* a, const VqString& b);
 
 // --- Rows of the descriptor table: disk form (see docs/formats.md)
-// ------------------------------------------------------
 
 /// Writes `count` strings to their disk records: 16-bit length of what follows, code set, language, characters, 0x00,
 /// 0xFF. A text too long for the 16-bit length is cut to what fits. Returns the bytes written.
 VQTM_API unsigned long StringStore(void* dst, const void* src, unsigned char format, unsigned long count);
 /// Reads `count` strings in the current or the legacy layout, told apart by the first record's last byte. Returns the
-/// bytes consumed. Trusts the lengths: StringSizeGetFromMemFile guards bytes from elsewhere.
+/// bytes consumed. Trusts the lengths: ask StringsFitMemFile about bytes from elsewhere.
 VQTM_API unsigned long StringLoad(void* dst, const void* src, unsigned char format, unsigned long count);
 /// Disk bytes of `count` null strings: 6 each.
 VQTM_API unsigned long StringNullSizeGet(unsigned long count);
-/// Disk bytes of `count` strings, in memory form when `dataFormat` has VqFormat_Memory, else as disk records.
+/// Disk bytes of `count` strings, in memory form when `dataFormat` has VqFormat_Memory, else as disk records (current
+/// ones when `format` has VqFormat_Widest, else in either layout; the first record decides, as in StringLoad).
 VQTM_API unsigned long StringSizeGet(const void* data, unsigned char dataFormat, unsigned char format,
                                      unsigned long count);
 class MemFile;
 /// Disk bytes of the `count` records at the file's position, which stays. 65535 for the record that would run past the
-/// file's end and for each one after it.
+/// file's end and for each one after it; records may be that long themselves, so that the number alone is no proof in
+/// files of 65535 bytes and more.
 VQTM_API unsigned long StringSizeGetFromMemFile(MemFile* file, unsigned char format, unsigned long count);
 
-/// The same for the legacy layout: one 16-bit count of the bytes that follow, then each text as 1-byte characters of
-/// the native code set with its zero character. On disk both layouts are measured, since StringLoad reads both; the
-/// format's code-set bits mean nothing here.
+/// True when the `count` strings at the file's position, in either layout, lie within the file: loading them reads no
+/// byte behind its end. The position stays.
+VQTM_API bool StringsFitMemFile(MemFile* file, unsigned char format, unsigned long count);
+
+/// Store and the sizes for the legacy layout: one 16-bit count of the bytes that follow, then each text as 1-byte
+/// characters of the native code set with its zero character. On disk both layouts are measured, since StringLoad reads
+/// both; the format's code-set bits mean nothing here.
 VQTM_API unsigned long LegacyStringStore(void* dst, const void* src, unsigned char format, unsigned long count);
 VQTM_API unsigned long LegacyStringSizeGet(const void* data, unsigned char dataFormat, unsigned char format,
                                            unsigned long count);

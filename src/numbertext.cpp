@@ -1,7 +1,7 @@
 #include "numbertext.h"
 
+#include <algorithm>
 #include <charconv>
-#include <cstdlib>
 #include <limits>
 #include <string>
 #include <string_view>
@@ -72,6 +72,7 @@ bool IsHuge(std::string_view digits) {
     return magnitude + exponent > 0;
 }
 
+// The value of the number at the start of `run`; 0 when there is none.
 double ParseDecimal(const std::string& run) {
     double value = 0;
     const auto [end, error] = std::from_chars(run.data(), run.data() + run.size(), value);
@@ -80,12 +81,21 @@ double ParseDecimal(const std::string& run) {
     return IsHuge(number) ? std::numeric_limits<double>::infinity() : 0.0;
 }
 
-double ParseHex(const std::string& run) {
+// The same for the digits behind 0x.
+double ParseHex(const std::string& digits) {
     double value = 0;
-    const auto [end, error] = std::from_chars(run.data() + 2, run.data() + run.size(), value, std::chars_format::hex);
+    if (digits.empty() || (DigitValue(static_cast<unsigned char>(digits[0])) == 16 && digits[0] != '.')) return 0;
+    const auto [end, error] =
+        std::from_chars(digits.data(), digits.data() + digits.size(), value, std::chars_format::hex);
     if (error != std::errc::result_out_of_range) return value;
-    const std::size_t p = run.find_first_of("pP");
-    return p != std::string::npos && run[p + 1] == '-' ? 0.0 : std::numeric_limits<double>::infinity();
+    const std::size_t p = digits.find_first_of("pP");
+    return p != std::string::npos && digits[p + 1] == '-' ? 0.0 : std::numeric_limits<double>::infinity();
+}
+
+// True when the run begins with a number, so that a sign before it counts.
+bool BeginsNumber(const std::string& run) {
+    double value = 0;
+    return std::from_chars(run.data(), run.data() + run.size(), value).ec != std::errc::invalid_argument;
 }
 
 }  // namespace
@@ -114,8 +124,8 @@ double ParseDouble(const char* text, unsigned charSize) {
     const bool negative = in.SkipSign();
     const bool hex = in.AtHexPrefix();
     const std::string run = NarrowRun(in);
-    if (run.empty() || run[0] == '-' || run[0] == '+') return 0;
-    const double value = hex ? ParseHex(run) : ParseDecimal(run);
+    if (run.empty() || run[0] == '-' || run[0] == '+' || !BeginsNumber(run)) return 0;
+    const double value = hex ? ParseHex(run.substr(2)) : ParseDecimal(run);
     return negative ? -value : value;
 }
 

@@ -1,9 +1,5 @@
 #include "strcompare.h"
 
-#include <algorithm>
-#include <cstring>
-#include <vector>
-
 #include "collationkey.h"
 #include "stringiterator.h"
 #include "textunit.h"
@@ -20,7 +16,6 @@ constexpr std::int32_t KeyMask(unsigned short op) {
 }
 
 // --- Texts in the native code set: bytes
-// --------------------------------------------------------------------------------
 
 // The difference of the first differing bytes; a null pointer sorts before any text that is not empty.
 int CompareBytes(const char* text1, const char* text2, short n) {
@@ -66,7 +61,6 @@ int MatchBytes(const char* text, const char* pattern, short n) {
 }
 
 // --- Texts in any other code set: collation orders
-// ----------------------------------------------------------------------
 
 // The first n characters of a text as comparison keys; then keys of 0.
 class KeyReader {
@@ -78,7 +72,6 @@ class KeyReader {
     std::int32_t Next() { return InLimit() ? vq::KeyOfOrder(text_.GetNextOrder(1), Class()) : 0; }
     unsigned short PeekOrder() { return InLimit() ? text_.GetNextOrder(0) : static_cast<unsigned short>(0); }
     bool InLimit() const { return text_.GetPosition() < limit_; }
-    unsigned long Offset() const { return text_.GetOffset(); }
 
   private:
     unsigned char Class() const { return text_.GetCollationClass(); }
@@ -114,20 +107,15 @@ struct Levels {
     }
 };
 
-// One way to lay the pattern on the text: where the pattern stands, and the levels up to there.
-struct Alignment {
-    KeyReader pattern;
-    Levels levels;
-};
-
-// Walks both texts together. After a '*' the alignments that begin at each fitting place of the text are stepped along
-// with it, so that the text is read once.
+// Walks both texts together. A difference after a '*' lays the part behind it one order further along the text; what
+// stood before the last '*' is settled, so that memory is constant and time at most the product of both lengths.
 class LevelComparison {
   public:
     LevelComparison(const KeyReader& text1, const KeyReader& text2, unsigned short op, int* out)
         : text_(text1),
-          main_{text2, {}},
-          afterStar_(main_),
+          pattern_(text2),
+          afterStar_(text2),
+          starText_(text1),
           op_(op),
           mask_(KeyMask(op)),
           wildcards_(!(op & VqCmp_Exact)),
@@ -135,73 +123,60 @@ class LevelComparison {
 
     int Run() {
         for (;;) {
-            if (wildcards_ && TakeStars() && main_.pattern.Peek() == 0) return main_.levels.Result(op_);
+            if (wildcards_ && TakeStars() && pattern_.Peek() == 0) return levels_.Result(op_);
             const std::int32_t key = text_.Peek();
-            if (key == 0 && AtQuestion(main_.pattern)) return -1;
-            if (starSeen_ && key != 0) NoteCandidate(key);
-            const bool fits = Step(main_, key);
+            if (key == 0 && AtQuestion()) return -1;
+            const bool fits = Step(key);
             Report();
-            if (key == 0) return main_.levels.Result(op_);
-            if (starSeen_) StepCandidates(key);
+            if (key == 0 || (levels_.primary != 0 && !starSeen_)) return levels_.Result(op_);
             if (starSeen_ && !fits)
-                TakeOver();
-            else if (main_.levels.primary != 0)
-                return main_.levels.Result(op_);
-            text_.Next();
+                LayFurther();
+            else
+                text_.Next();
         }
     }
 
   private:
-    bool AtStar(KeyReader& pattern) const { return wildcards_ && pattern.PeekOrder() == vq::AsteriskOrder(); }
-    bool AtQuestion(KeyReader& pattern) const { return wildcards_ && pattern.PeekOrder() == vq::QuestionOrder(); }
+    bool AtStar() { return pattern_.PeekOrder() == vq::AsteriskOrder(); }
+    bool AtQuestion() { return wildcards_ && pattern_.PeekOrder() == vq::QuestionOrder(); }
 
     bool TakeStars() {
-        if (!AtStar(main_.pattern)) return false;
-        while (AtStar(main_.pattern)) main_.pattern.Next();
-        afterStar_ = main_;
-        candidates_.clear();
+        if (!AtStar()) return false;
+        while (AtStar()) pattern_.Next();
+        afterStar_ = pattern_;
+        starText_ = text_;
+        starLevels_ = levels_;
         starSeen_ = true;
         return true;
     }
 
-    // True when the alignment goes on over this key of the text under the operation's levels.
-    bool Step(Alignment& alignment, std::int32_t key) const {
-        if (AtQuestion(alignment.pattern)) {
-            alignment.pattern.Next();
-            alignment.levels.primary = 0;
+    // True when this key of the text fits under the levels that the operation counts.
+    bool Step(std::int32_t key) {
+        if (AtQuestion()) {
+            pattern_.Next();
+            levels_.primary = 0;
             return true;
         }
-        return (alignment.levels.Note(key, alignment.pattern.Next()) & mask_) == 0;
+        return (levels_.Note(key, pattern_.Next()) & mask_) == 0;
     }
 
-    // A place of the text where the part after the '*' can begin.
-    void NoteCandidate(std::int32_t key) {
-        if (main_.pattern.Offset() == afterStar_.pattern.Offset()) return;
-        KeyReader first = afterStar_.pattern;
-        if (AtQuestion(first) || (first.Peek() & mask_) == (key & mask_)) candidates_.push_back(afterStar_);
-    }
-
-    void StepCandidates(std::int32_t key) {
-        std::erase_if(candidates_, [&](Alignment& candidate) { return !Step(candidate, key); });
-    }
-
-    void TakeOver() {
-        if (candidates_.empty()) {
-            main_ = afterStar_;
-        } else {
-            main_ = candidates_.front();
-            candidates_.erase(candidates_.begin());
-        }
+    void LayFurther() {
+        starText_.Next();
+        text_ = starText_;
+        pattern_ = afterStar_;
+        levels_ = starLevels_;
     }
 
     void Report() const {
-        if (out_ != nullptr && text_.InLimit() && main_.pattern.InLimit()) *out_ = main_.levels.primary;
+        if (out_ != nullptr && text_.InLimit() && pattern_.InLimit()) *out_ = levels_.primary;
     }
 
     KeyReader text_;
-    Alignment main_;
-    Alignment afterStar_;
-    std::vector<Alignment> candidates_;  // oldest first
+    KeyReader pattern_;
+    Levels levels_;
+    KeyReader afterStar_;  // the pattern behind its last '*'
+    KeyReader starText_;   // where in the text that part was laid last
+    Levels starLevels_;    // as they stood at the '*'
     unsigned short op_;
     std::int32_t mask_;
     bool wildcards_;

@@ -106,7 +106,6 @@ class MemFileRecords {
 };
 
 // --- The legacy layout
-// --------------------------------------------------------------------------------------------------
 
 // The bytes of each text's characters in a legacy area, all of whose texts and zero characters share one 16-bit count.
 class LegacyBudget {
@@ -201,6 +200,19 @@ unsigned long StringSizeGet(const void* data, unsigned char dataFormat, unsigned
 
 unsigned long StringSizeGetFromMemFile(MemFile* file, unsigned char format, unsigned long count) {
     return SumRecords(MemFileRecords(*file, format), format, count);
+}
+
+bool StringsFitMemFile(MemFile* file, unsigned char format, unsigned long count) {
+    const MemFileRecords records(*file, format);
+    unsigned long offset = 0;
+    for (unsigned long i = 0; i < count; ++i) {
+        const void* const at = records(offset);
+        if (at == nullptr) return false;
+        const Record record(at, format);
+        if (i == 0 && record.IsLegacy()) return true;
+        offset += record.Size();
+    }
+    return true;
 }
 
 unsigned long LegacyStringStore(void* dst, const void* src, unsigned char format, unsigned long count) {

@@ -3,17 +3,11 @@
 #include "textunit.h"
 #include "vqstring.h"
 
-namespace {
-
-constexpr unsigned char emptyText[4] = {};
-
-}  // namespace
-
 VqStringIterator::VqStringIterator(const VqString& string)
     : VqStringIterator(string.GetCodeSet(), string.GetLanguage(), string.StrGet()) {}
 
 VqStringIterator::VqStringIterator(unsigned char codeSet, unsigned char language, const void* text, unsigned char order)
-    : start_(text != nullptr ? static_cast<const unsigned char*>(text) : emptyText),
+    : start_(static_cast<const unsigned char*>(text != nullptr ? text : vq::emptyText)),
       current_(start_),
       set_(&vq::CodeSetOf(codeSet)),
       codeSet_(codeSet),

@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "vqcodeset.h"
+#include "vqdefs.h"
 #include "vqlanguagecontext.h"
 
 namespace vq {
@@ -14,8 +15,11 @@ namespace vq {
 constexpr unsigned CharSizeOf(unsigned char codeSet) { return codeSet < 225 ? 1 : 2; }
 
 constexpr bool IsNullText(unsigned char codeSet, unsigned char language) {
-    return language == 254 || (codeSet == 254 && language == 0);
+    return language == VqNullMark || (codeSet == VqNullMark && language == 0);
 }
+
+// Reads as an empty text of either character size.
+inline constexpr char emptyText[4] = {};
 
 inline unsigned short LoadUnit(const void* at) {
     std::uint16_t unit;

@@ -16,9 +16,6 @@ using vq::CharSizeOf;
 
 namespace {
 
-// Reads as an empty text of either character size.
-constexpr char emptyText[4] = {};
-
 // Longest text of one number: "-" and 10 or 20 digits, or fifteen digits with sign, point and exponent.
 constexpr std::size_t NumberRoom = 32;
 
@@ -101,19 +98,6 @@ std::to_chars_result PrintNumber(char* first, char* last, double value) {
 }  // namespace
 
 // --- The editing engine
-// -------------------------------------------------------------------------------------------------
-
-// One change of a string's contents. Positions and counts are in characters.
-struct VqString::Splice {
-    SpliceMode mode;
-    const void* source;  // may be the target's own buffer
-    unsigned char codeSet;
-    std::size_t position;  // in the target
-    std::size_t start;     // in the source
-    std::size_t count;     // taken from the source, and in mode Overwrite replaced in the target
-    std::size_t repeat;    // more than 1: the source's first character so often
-    unsigned char order;   // byte order of the source's 2-byte characters
-};
 
 void VqString::SpliceChars(const Splice& splice) {
     const unsigned z = CharSize();
@@ -140,7 +124,7 @@ void VqString::SpliceChars(const Splice& splice) {
     const std::size_t oldText = size_ != 0 ? size_ - z : 0;
     const std::size_t head = std::min(splice.position * z, oldText);
     const std::size_t inserted = count * z * splice.repeat;
-    const std::size_t tailStart = splice.mode == Overwrite ? std::min(head + inserted, oldText) : head;
+    const std::size_t tailStart = splice.mode == Overwrite ? std::min(head + count * z, oldText) : head;
     const std::size_t tail = splice.mode == TruncateAndWrite ? 0 : oldText - tailStart;
     const std::size_t size = LimitedSize(head + inserted + tail + z, z);
 
@@ -198,7 +182,6 @@ void VqString::AssignNumber(T value) {
 }
 
 // --- Construction
-// -------------------------------------------------------------------------------------------------------
 
 VqString::VqString() : VqString(GetDefaultCodeSet(), GetDefaultLanguage()) {}
 
@@ -264,7 +247,6 @@ void VqString::Destruct(VqString& other) {
 }
 
 // --- Assignment and appending
-// -------------------------------------------------------------------------------------------
 
 // The new text is made before the old one goes: the argument may point into it.
 
@@ -329,7 +311,8 @@ VqString operator+(const VqString& a, const char* b) { return a + VqString(b); }
 VqString operator+(const char* a, const VqString& b) { return VqString(a) + b; }
 
 // --- Access
-// -------------------------------------------------------------------------------------------------------------
+
+unsigned VqString::CharSize() const { return CharSizeOf(codeSet_); }
 
 unsigned short VqString::Len() const {
     if (buffer_ == nullptr) return 0;
@@ -338,7 +321,7 @@ unsigned short VqString::Len() const {
 
 bool VqString::IsEmpty() const { return buffer_ == nullptr || vq::LoadChar(buffer_, CharSize()) == 0; }
 
-const char* VqString::StrGet() const { return buffer_ != nullptr ? buffer_ : emptyText; }
+const char* VqString::StrGet() const { return buffer_ != nullptr ? buffer_ : vq::emptyText; }
 
 VqChar VqString::operator[](int i) {
     if (i < 0 || i > Len()) return VqChar(0, 255, 255);
@@ -351,7 +334,6 @@ VqChar VqString::operator[](int i) const {
 }
 
 // --- Numbers
-// ------------------------------------------------------------------------------------------------------------
 
 VqString::operator long() const {
     return vq::ParseLong(StrGet(), CharSize(), vq::optionBlock & vq::OptionDecimalNumbers ? 10 : 0);
@@ -380,7 +362,6 @@ int VqString::Atol(long& out) const { return ParseStarted(*this, 10, out); }
 int VqString::Strtol(long& out) const { return ParseStarted(*this, 0, out); }
 
 // --- Code set
-// -----------------------------------------------------------------------------------------------------------
 
 short VqString::SetCodeSetCode(unsigned char codeSet) {
     if (CharSizeOf(codeSet) != CharSize()) return VqStatus_Refused;
@@ -440,7 +421,6 @@ void VqString::SetDefaultLanguage(unsigned char language) { VqLanguageContext::S
 void VqString::SetDefaultCmpOp(unsigned short op) { VqLanguageContext::SetDefaultCmpOp(op); }
 
 // --- Null
-// ---------------------------------------------------------------------------------------------------------------
 
 bool VqString::IsNullValue() const { return vq::IsNullText(codeSet_, language_); }
 
@@ -451,7 +431,6 @@ int VqString::SetNullValue() {
 }
 
 // --- Comparison
-// ---------------------------------------------------------------------------------------------------------
 
 int VqString::Compare(const VqString& other, short n, unsigned short op) const {
     if (op == VqCmp_Default) op = GetDefaultCmpOp();

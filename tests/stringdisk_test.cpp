@@ -159,6 +159,20 @@ TEST(StringDisk, MemoryFilesGuardEveryTruncation) {
     }
 }
 
+TEST(StringDisk, FittingIsToldApartFromRecordsOfTheSameNumber) {
+    for (const unsigned length : {65533u, 65534u, 65535u}) {
+        for (const unsigned missing : {0u, 1u, 2u}) {
+            std::vector<unsigned char> bytes(length + 2, 0xFF);
+            bytes[0] = static_cast<unsigned char>(length >> 8);
+            bytes[1] = static_cast<unsigned char>(length);
+            bytes[2] = 1;
+            MemFile file(bytes.data(), static_cast<unsigned long>(bytes.size() - missing));
+            EXPECT_EQ(StringsFitMemFile(&file, big, 1), missing == 0) << length;
+            EXPECT_EQ(file.Position(), 0u);
+        }
+    }
+}
+
 TEST(StringDisk, DamagedBytesNeverLeadOutsideTheBlock) {
     std::mt19937 random(1361);
     const std::vector<VqString> strings = {VqString("ab"), Wide(u"xyz"), VqString()};
@@ -171,6 +185,7 @@ TEST(StringDisk, DamagedBytesNeverLeadOutsideTheBlock) {
                 for (const unsigned char format : {little, big}) {
                     MemFile file(exact.get(), static_cast<unsigned long>(golden.size()));
                     const unsigned long size = StringSizeGetFromMemFile(&file, format, 3);
+                    EXPECT_EQ(StringsFitMemFile(&file, format, 3), size <= golden.size());
                     if (size > golden.size()) continue;
                     std::vector<VqString> loaded(3);
                     EXPECT_EQ(StringLoad(loaded.data(), exact.get(), format, 3), size) << at << '=' << value;

@@ -22,7 +22,6 @@ class VqStringTest : public ::testing::Test {
 };
 
 // --- Construction
-// -------------------------------------------------------------------------------------------------------
 
 TEST_F(VqStringTest, PrintsNumbersAsTheirConstructorsPromise) {
     const struct {
@@ -124,7 +123,6 @@ TEST_F(VqStringTest, TakesItsOwnTextAsArgument) {
 }
 
 // --- Appending
-// ----------------------------------------------------------------------------------------------------------
 
 TEST_F(VqStringTest, AppendsEveryKindOfValue) {
     VqString s;
@@ -150,7 +148,6 @@ TEST_F(VqStringTest, ConcatenationTakesTheFirstOnesCodeSet) {
 }
 
 // --- Access
-// -------------------------------------------------------------------------------------------------------------
 
 TEST_F(VqStringTest, IndexingReachesTheZeroCharacterAndNoFurther) {
     VqString s("abc");
@@ -192,7 +189,6 @@ TEST_F(VqStringTest, WritesThroughACharacterIntoTheStringsCodeSet) {
 }
 
 // --- Numbers
-// ------------------------------------------------------------------------------------------------------------
 
 TEST_F(VqStringTest, ReadsIntegersLikeStrtolOf32Bits) {
     const struct {
@@ -273,6 +269,9 @@ TEST_F(VqStringTest, ReadsFloatingNumbersLikeAtof) {
         {"0.0e999", 0},
         {"123e99999999999999999999", HUGE_VAL},
         {"1e-99999999999999999999", 0},
+        {"0x-1", 0},
+        {"0xinf", 0},
+        {"0x.8", 0.5},
         {"inf", HUGE_VAL},
         {"-Infinity", -HUGE_VAL},
         {"1,5", 1},
@@ -291,10 +290,11 @@ TEST_F(VqStringTest, ReadsFloatingNumbersLikeAtof) {
     }
     EXPECT_TRUE(std::isnan(static_cast<double>(VqString("nan"))));
     EXPECT_TRUE(std::signbit(static_cast<double>(VqString("-0"))));
+    EXPECT_FALSE(std::signbit(static_cast<double>(VqString("-e2"))));
+    EXPECT_FALSE(std::signbit(static_cast<double>(VqString("-.a"))));
 }
 
 // --- Code sets
-// ----------------------------------------------------------------------------------------------------------
 
 TEST_F(VqStringTest, RelabelsWithinACharacterSizeOnly) {
     VqString s("caf\xE9");
@@ -357,7 +357,6 @@ TEST_F(VqStringTest, AssignsCharactersInEitherByteOrderAndCodeSet) {
 }
 
 // --- Size limit
-// ---------------------------------------------------------------------------------------------------------
 
 TEST_F(VqStringTest, ReportsOverflowAndKeepsWhatFits) {
     const std::string full(65532, 'x');
@@ -398,7 +397,6 @@ TEST_F(VqStringTest, ConfigurationDecidesWhetherOverflowIsReported) {
 }
 
 // --- Null
-// ---------------------------------------------------------------------------------------------------------------
 
 TEST_F(VqStringTest, AnyTextLeavesTheNullState) {
     VqString s("x");
@@ -415,7 +413,81 @@ TEST_F(VqStringTest, AnyTextLeavesTheNullState) {
 }
 
 // --- The engine against a plain model
-// -----------------------------------------------------------------------------------
+
+// Applies one random edit to the string and to its model.
+void EditRandomly(VqString& s, std::u16string& model, std::mt19937& random) {
+    const std::u16string piece(random() % 5, static_cast<char16_t>('a' + random() % 26));
+    const auto pos = static_cast<unsigned short>(random() % 24), n = static_cast<unsigned short>(random() % 24);
+    const std::size_t room = model.size() > pos ? model.size() - pos : 0;
+    const char c = static_cast<char>('A' + random() % 26);
+    const auto wide = static_cast<unsigned short>(c);
+    switch (random() % 7) {
+        case 0:
+            s.Insert(Wide(piece), pos);
+            if (pos <= model.size()) model.insert(pos, piece);
+            break;
+        case 1:
+            s.Replace(Wide(piece), pos);
+            if (room != 0) model.replace(pos, std::min(room, piece.size()), piece, 0, room);
+            break;
+        case 2:
+            s.Cut(pos, static_cast<short>(n));
+            if (room != 0) model.erase(pos, n);
+            break;
+        case 3:
+            s.Cut(pos);
+            if (room != 0) model.erase(pos);
+            break;
+        case 4:
+            random() % 2 ? s.Fill(n, c) : s.Fill(n, wide);
+            model.assign(n, static_cast<char16_t>(c));
+            break;
+        case 5:
+            random() % 2 ? s.Expand(n, c) : s.Expand(n, wide);
+            if (n > model.size()) model.resize(n, static_cast<char16_t>(c));
+            break;
+        default:
+            s.Insert(s, static_cast<unsigned short>(model.size() / 2));
+            model.insert(model.size() / 2, std::u16string(model));
+            model.resize(std::min<std::size_t>(model.size(), 40));
+            s.Cut(40);
+    }
+}
+
+TEST_F(VqStringTest, RandomEditsAgreeWithAPlainModel) {
+    std::mt19937 random(1361);
+    for (const unsigned char codeSet : std::initializer_list<unsigned char>{0, 2, 253}) {
+        VqString s(codeSet, 0);
+        std::u16string model;
+        for (int step = 0; step < 20000; ++step) {
+            EditRandomly(s, model, random);
+            VqString wide;
+            wide.CopyMapped(s, 253);
+            ASSERT_EQ(Units(wide), model) << "step " << step;
+            ASSERT_EQ(s.GetCodeSet(), codeSet);
+            if (s.GetSize() != 0) {
+                ASSERT_EQ(s.GetSize(), (model.size() + 1) * (codeSet == 253 ? 2 : 1));
+            }
+        }
+    }
+}
+
+TEST_F(VqStringTest, OverwritingAndFillingKeepTheirEdges) {
+    VqString s("abcd");
+    EXPECT_EQ(Bytes(s.Replace("xyz", 2)), "abxy");
+    EXPECT_EQ(Bytes(s.Replace("", 1)), "abxy");
+    EXPECT_EQ(Bytes(s.Insert("!", 5)), "abxy");
+    EXPECT_EQ(Bytes(s.Insert("!", 4)), "abxy!");
+    EXPECT_EQ(Bytes(s.Expand(3, ' ')), "abxy!");
+    EXPECT_EQ(Bytes(s.Cut(1, -2)), "abxy!");
+    EXPECT_EQ(Bytes(s.Fill(2, static_cast<unsigned short>(0x20AC))), "\x80\x80");
+    EXPECT_EQ(s.Fill(0, 'x').Len(), 0);
+    const AssertRecorder recorder;
+    EXPECT_EQ(s.Fill(65535, 'x').Len(), 65532);
+    EXPECT_EQ(s.Insert("tail", 65530).Len(), 65532);
+    EXPECT_EQ(Bytes(s).substr(65528), "xxta");
+    EXPECT_EQ(recorder.Lines().size(), 2u);
+}
 
 TEST_F(VqStringTest, RandomAppendsAgreeWithAPlainModel) {
     std::mt19937 random(20051);
