@@ -11,6 +11,7 @@
 class VqCodeSet;
 class VqString;
 
+/// A place in a text, and the text's code set and language.
 class VQTM_API VqStringIterator {
   public:
     /// Stands on the first character of `string`.
@@ -42,6 +43,7 @@ class VQTM_API VqStringIterator {
 
     /// The text's code set as given; 0 is the native one.
     unsigned char GetCodeSet() const { return codeSet_; }
+    /// The text's language.
     unsigned char GetLanguage() const { return language_; }
     /// Bytes between the start and the current character.
     unsigned long GetOffset() const { return static_cast<unsigned long>(current_ - start_); }

@@ -11,6 +11,7 @@
 
 class VqString;
 
+/// One character, by value or by place.
 class VQTM_API VqChar {
   public:
     /// A free character.
@@ -27,11 +28,15 @@ class VQTM_API VqChar {
     /// Takes the other's character, mapped into this one's code set ('?' when that set lacks it). In a string, the zero
     /// character at the end is not overwritten.
     VqChar& operator=(const VqChar& other);
+    /// The same from a free character of the default 8-bit or 16-bit code set.
     VqChar& operator=(char c) { return *this = VqChar(c); }
     VqChar& operator=(unsigned short c) { return *this = VqChar(c); }
 
+    /// The character's code in its code set; 0 for a place that has gone.
     unsigned short GetCode() const;
+    /// The code set's number, 0 for the native set; 255 for a place that never was.
     unsigned char GetCodeSet() const { return codeSet_; }
+    /// The language's number.
     unsigned char GetLanguage() const { return language_; }
     /// The code that this character has in `codeSet`: '?' when that set lacks it.
     unsigned short GetCodeIn(unsigned char codeSet) const;
@@ -46,16 +51,24 @@ class VQTM_API VqChar {
     unsigned short GetClass() const;
     /// True for white space and for the zero character: class value below 80.
     bool IsSpace() const;
+    /// A decimal digit of any script.
     bool IsDigit() const;
+    /// A letter of any script, ideographs included.
     bool IsAlpha() const;
+    /// A letter or a digit.
     bool IsAlnum() const;
+    /// An upper-case letter.
     bool IsUpper() const;
+    /// A lower-case letter.
     bool IsLower() const;
+    /// Punctuation or a symbol.
     bool IsPunct() const;
+    /// A control character.
     bool IsControl() const;
 
     /// The other case, as a free character; itself when the code set has no partner.
     VqChar ToUpper() const;
+    /// Likewise.
     VqChar ToLower() const;
 
   private:

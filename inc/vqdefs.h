@@ -19,6 +19,7 @@
 #define VQTM_API __attribute__((visibility("default")))
 #endif
 
+/// Values of the rows of the same names: 8, 16 and 32 bits without sign.
 using VqByte = unsigned char;
 using VqWord = unsigned short;
 using VqDWord = std::uint32_t;

@@ -12,7 +12,7 @@
 
 namespace vq {
 
-constexpr unsigned CharSizeOf(unsigned char codeSet) { return codeSet < 225 ? 1 : 2; }
+constexpr unsigned CharSizeOf(unsigned char codeSet) { return codeSet < VqFirstWideCodeSet ? 1 : 2; }
 
 constexpr bool IsNullText(unsigned char codeSet, unsigned char language) {
     return language == VqNullMark || (codeSet == VqNullMark && language == 0);
