@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr std::size_t kLengths[] = {8, 15, 16, 32, 100, 1000, 30000};
+constexpr std::size_t Lengths[] = {8, 15, 16, 32, 100, 1000, 30000};
 
 template <class String>
 void FromText(benchmark::State& state, std::size_t length) {
@@ -32,7 +32,7 @@ void Copy(benchmark::State& state, std::size_t length) {
 using Case = void (*)(benchmark::State&, std::size_t);
 
 void Register(const char* name, Case ours, Case peer) {
-    for (const std::size_t length : kLengths) {
+    for (const std::size_t length : Lengths) {
         const std::string stem = std::string("Strings/") + name + "/" + std::to_string(length);
         benchmark::RegisterBenchmark((stem + "/ours").c_str(), ours, length);
         benchmark::RegisterBenchmark((stem + "/peer_std_string").c_str(), peer, length);

@@ -20,7 +20,7 @@ using SizeFunction = unsigned long (*)(const void*, unsigned char, unsigned char
 using NullSizeFunction = unsigned long (*)(unsigned long);
 using FileSizeFunction = unsigned long (*)(MemFile*, unsigned char, unsigned long);
 
-constexpr unsigned char kLittle = 1, kBig = 2, kMemory = 8;
+constexpr unsigned char Little = 1, Big = 2, Memory = 8;
 
 struct Scalar {
     const char* name;
@@ -33,7 +33,7 @@ struct Scalar {
 
 #define SCALAR(Type, width, Store, Load) \
     { #Type, width, Store, Load, Type##SizeGet, Type##NullSizeGet, Type##SizeGetFromMemFile }
-const Scalar kScalars[] = {
+const Scalar Scalars[] = {
     SCALAR(Char, 1, CharStore, CharStore),
     SCALAR(Short, 2, ShortStore, ShortStore),
     SCALAR(Long, 4, LongStore, LongStore),
@@ -93,23 +93,23 @@ TEST(ByteOrder, HasTheseBytes) {
     };
     for (const auto& c : cases) {
         for (unsigned format = 0; format < 256; ++format) {
-            if ((format & 0x0F) == kMemory) continue;
+            if ((format & 0x0F) == Memory) continue;
             Bytes stored(c.big.size());
             EXPECT_EQ(c.store(stored.data(), c.values, static_cast<unsigned char>(format), c.count), stored.size());
-            EXPECT_EQ(stored, (format & 0x0F) == kBig ? c.big : c.little) << "format " << format;
+            EXPECT_EQ(stored, (format & 0x0F) == Big ? c.big : c.little) << "format " << format;
         }
     }
 }
 
 // All targets are little-endian, so only the big-endian form differs from memory.
 TEST(ByteOrder, ConvertsEveryCountAnywhere) {
-    for (const Scalar& scalar : kScalars) {
+    for (const Scalar& scalar : Scalars) {
         for (unsigned long count = 0; count <= 300; ++count) {
             const Bytes values = RandomBytes(count * scalar.width);
             const std::size_t offset = count % 7;
-            for (unsigned char format : {kLittle, kBig, kMemory}) {
+            for (unsigned char format : {Little, Big, Memory}) {
                 SCOPED_TRACE(testing::Message() << scalar.name << ' ' << count << " format " << int{format});
-                const Bytes expected = format == kBig ? Mirrored(values, scalar.width) : values;
+                const Bytes expected = format == Big ? Mirrored(values, scalar.width) : values;
                 const auto with = [&](StoreFunction convert) {
                     return [&, convert](auto* dst, auto* src) {
                         EXPECT_EQ(convert(dst, src, format, count), values.size());
@@ -130,12 +130,12 @@ using Words = testing::Types<std::uint16_t, std::uint32_t, std::uint64_t>;
 TYPED_TEST_SUITE(ByteSwap, Words);
 
 TYPED_TEST(ByteSwap, KernelsAgreeWithTheSlowWay) {
-    for (const vq::SwapKernel& kernel : vq::kSwapKernels<TypeParam>) {
+    for (const vq::SwapKernel& kernel : vq::SwapKernels<TypeParam>) {
         if (!kernel.supported()) {
             std::printf("not on this processor: %s\n", kernel.name);
             continue;
         }
-        for (std::size_t size = vq::kLeastKernelSize; size <= 300 * sizeof(TypeParam); size += sizeof(TypeParam)) {
+        for (std::size_t size = vq::LeastKernelSize; size <= 300 * sizeof(TypeParam); size += sizeof(TypeParam)) {
             const Bytes values = RandomBytes(size);
             const Bytes expected = Mirrored(values, sizeof(TypeParam));
             const auto swap = [&](auto* dst, auto* src) { kernel.swap(dst, src, size); };
@@ -150,28 +150,28 @@ TYPED_TEST(ByteSwap, KernelsAgreeWithTheSlowWay) {
 TEST(ByteOrder, SizesAreWidthTimesCount) {
     MemFile file("abcdef", 6);
     ASSERT_NE(file.Seek(2, 1), nullptr);
-    for (const Scalar& scalar : kScalars) {
+    for (const Scalar& scalar : Scalars) {
         for (unsigned long count : {0UL, 1UL, 7UL, 100000000UL}) {
             const unsigned long expected = static_cast<unsigned long>(scalar.width) * count;
-            EXPECT_EQ(scalar.size(nullptr, kMemory, kBig, count), expected) << scalar.name;
+            EXPECT_EQ(scalar.size(nullptr, Memory, Big, count), expected) << scalar.name;
             EXPECT_EQ(scalar.nullSize(count), expected) << scalar.name;
-            EXPECT_EQ(scalar.fileSize(&file, kLittle, count), expected) << scalar.name;
+            EXPECT_EQ(scalar.fileSize(&file, Little, count), expected) << scalar.name;
             EXPECT_EQ(file.Position(), 2U);
         }
-        EXPECT_EQ(scalar.store(nullptr, nullptr, kBig, 0), 0U) << scalar.name;
-        EXPECT_EQ(scalar.load(nullptr, nullptr, kMemory, 0), 0U) << scalar.name;
+        EXPECT_EQ(scalar.store(nullptr, nullptr, Big, 0), 0U) << scalar.name;
+        EXPECT_EQ(scalar.load(nullptr, nullptr, Memory, 0), 0U) << scalar.name;
     }
 }
 
 TEST(MemFile, SeeksOnlyWhereBytesAre) {
-    constexpr unsigned long kHuge = ~0UL;
+    constexpr unsigned long Huge = ~0UL;
     const unsigned char bytes[4] = {10, 11, 12, 13};
     const struct {
         unsigned long position, length;
         bool readable;
     } cases[] = {
-        {0, 4, true},  {0, 5, false}, {3, 1, true},      {3, 2, false},     {4, 0, true},
-        {4, 1, false}, {5, 0, false}, {1, kHuge, false}, {kHuge, 1, false}, {kHuge, 2, false},
+        {0, 4, true},  {0, 5, false}, {3, 1, true},     {3, 2, false},    {4, 0, true},
+        {4, 1, false}, {5, 0, false}, {1, Huge, false}, {Huge, 1, false}, {Huge, 2, false},
     };
     for (const auto& c : cases) {
         MemFile file(bytes, sizeof bytes);

@@ -75,7 +75,7 @@ TEST(Clock, CountsZonesEastward) {
 #endif
 
 TEST(Clock, AsksTheReplacement) {
-    static constexpr VqClock kStopped = {
+    static constexpr VqClock Stopped = {
         [](btime* time, bdate* date) {
             *time = {23, 59, 58, -3600}, *date = {1999, 12, 31};
         },
@@ -86,7 +86,7 @@ TEST(Clock, AsksTheReplacement) {
     };
     const VqClock* system;
     {
-        const Replaced clock(VqSetClock, &kStopped);
+        const Replaced clock(VqSetClock, &Stopped);
         system = clock.Before();
         bdate date{}, utcDate{};
         btime time{}, utcTime{};
@@ -101,8 +101,8 @@ TEST(Clock, AsksTheReplacement) {
         bksgetsystemtime(nullptr, nullptr);
     }
     ASSERT_NE(system, nullptr);
-    VqSetClock(&kStopped);
-    EXPECT_EQ(VqSetClock(nullptr), &kStopped);
+    VqSetClock(&Stopped);
+    EXPECT_EQ(VqSetClock(nullptr), &Stopped);
     EXPECT_EQ(VqSetClock(nullptr), system);
 }
 

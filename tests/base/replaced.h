@@ -1,5 +1,6 @@
 /// A process-wide handler that a test exchanges and puts back.
-#pragma once
+#ifndef VQ_REPLACED_H
+#define VQ_REPLACED_H
 
 /// Calls `set` with `replacement` now and with what it returned at the end of the scope.
 template <class Value>
@@ -19,3 +20,5 @@ class Replaced {
 
 template <class Set, class Value>
 Replaced(Set, Value) -> Replaced<Value>;
+
+#endif

@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr int kDefault = -77;
+constexpr int Default = -77;
 
 bool Load(VqConfig& config, std::string_view text) {
     return config.LoadText(text.data(), static_cast<unsigned long>(text.size()), "test.ini");
@@ -42,28 +42,28 @@ TEST(Config, ReadsWholeNumbers) {
         {"0x7FFFFFFF", INT_MAX},
         {"00000000000000000001", 1},
         {"\"12\"", 12},
-        {"\" 12\"", kDefault},
+        {"\" 12\"", Default},
         {"3 ; three", 3},
         {"3\t# three", 3},
-        {"3;three", kDefault},
-        {";3", kDefault},
-        {"2147483648", kDefault},
-        {"-2147483649", kDefault},
-        {"0xFFFFFFFF", kDefault},
-        {"18446744073709551617", kDefault},
-        {"", kDefault},
-        {"-", kDefault},
-        {"--1", kDefault},
-        {"0x", kDefault},
-        {"0x-1", kDefault},
-        {"1.5", kDefault},
-        {"1 2", kDefault},
-        {"yes", kDefault},
+        {"3;three", Default},
+        {";3", Default},
+        {"2147483648", Default},
+        {"-2147483649", Default},
+        {"0xFFFFFFFF", Default},
+        {"18446744073709551617", Default},
+        {"", Default},
+        {"-", Default},
+        {"--1", Default},
+        {"0x", Default},
+        {"0x-1", Default},
+        {"1.5", Default},
+        {"1 2", Default},
+        {"yes", Default},
     };
     for (const auto& c : cases) {
         VqConfig config;
         EXPECT_TRUE(Load(config, std::string("[s]\nk = ") + c.text)) << config.ErrorText();
-        EXPECT_EQ(config.GetInt("s", "k", kDefault), c.value) << c.text;
+        EXPECT_EQ(config.GetInt("s", "k", Default), c.value) << c.text;
     }
 }
 
@@ -74,22 +74,22 @@ TEST(Config, FindsSectionsAndKeys) {
              "\xEF\xBB\xBF; comment\r\n\r\n  [ Debug ] ; comment\r\nstringOverflow=1\r\n\t#x = 5\r\n"
              "[other]\nkey with blanks = 2\nk = 3\n[DEBUG]\nSTRINGOVERFLOW = 4\nq=\"a;b=c\" # d\n[\xC3\xA4]\nk = 6"));
     EXPECT_STREQ(config.ErrorText(), "");
-    EXPECT_EQ(config.GetInt("debug", "stringoverflow", kDefault), 4);
-    EXPECT_EQ(config.GetInt("OTHER", "Key With Blanks", kDefault), 2);
-    EXPECT_EQ(config.GetInt("other", "K", kDefault), 3);
-    EXPECT_EQ(config.GetInt("\xC3\xA4", "k", kDefault), 6);
-    EXPECT_EQ(config.GetInt("debug", "k", kDefault), kDefault);
-    EXPECT_EQ(config.GetInt("debug", "x", kDefault), kDefault);
-    EXPECT_EQ(config.GetInt(nullptr, nullptr, kDefault), kDefault);
+    EXPECT_EQ(config.GetInt("debug", "stringoverflow", Default), 4);
+    EXPECT_EQ(config.GetInt("OTHER", "Key With Blanks", Default), 2);
+    EXPECT_EQ(config.GetInt("other", "K", Default), 3);
+    EXPECT_EQ(config.GetInt("\xC3\xA4", "k", Default), 6);
+    EXPECT_EQ(config.GetInt("debug", "k", Default), Default);
+    EXPECT_EQ(config.GetInt("debug", "x", Default), Default);
+    EXPECT_EQ(config.GetInt(nullptr, nullptr, Default), Default);
     config.SetInt("Debug", "stringOverflow", INT_MIN);
     config.SetInt(nullptr, nullptr, 8);
-    EXPECT_EQ(config.GetInt("debug", "stringoverflow", kDefault), INT_MIN);
-    EXPECT_EQ(config.GetInt("", "", kDefault), 8);
+    EXPECT_EQ(config.GetInt("debug", "stringoverflow", Default), INT_MIN);
+    EXPECT_EQ(config.GetInt("", "", Default), 8);
 }
 
 TEST(Config, RefusesBadTextAndKeepsItsValues) {
     VqConfig config;
-    EXPECT_EQ(config.GetInt("s", "k", kDefault), kDefault);
+    EXPECT_EQ(config.GetInt("s", "k", Default), Default);
     ASSERT_TRUE(Load(config, "[s]\nk = 1"));
     const struct {
         std::string_view text;
@@ -110,11 +110,11 @@ TEST(Config, RefusesBadTextAndKeepsItsValues) {
     for (const auto& c : cases) {
         EXPECT_FALSE(Load(config, c.text));
         EXPECT_STREQ(config.ErrorText(), c.error);
-        EXPECT_EQ(config.GetInt("s", "k", kDefault), 1) << c.error;
+        EXPECT_EQ(config.GetInt("s", "k", Default), 1) << c.error;
     }
     EXPECT_TRUE(config.LoadText(nullptr, 5, nullptr));
     EXPECT_STREQ(config.ErrorText(), "");
-    EXPECT_EQ(config.GetInt("s", "k", kDefault), kDefault);
+    EXPECT_EQ(config.GetInt("s", "k", Default), Default);
 }
 
 TEST(Config, LoadsFiles) {
@@ -124,14 +124,14 @@ TEST(Config, LoadsFiles) {
     const std::string largest = WriteFile("vqbase_largest.ini", "[s]\nk = 2\n;" + std::string((1 << 20) - 11, 'x'));
     const std::string larger = WriteFile("vqbase_larger.ini", std::string((1 << 20) + 1, '\n'));
     EXPECT_TRUE(config.Load(good.c_str()));
-    EXPECT_EQ(config.GetInt("s", "k", kDefault), 1);
+    EXPECT_EQ(config.GetInt("s", "k", Default), 1);
     EXPECT_TRUE(config.Load(largest.c_str()));
     for (const std::string& path : {bad, larger, testing::TempDir() + "vqbase_missing.ini", testing::TempDir()}) {
         EXPECT_FALSE(config.Load(path.c_str()));
         EXPECT_TRUE(std::string_view(config.ErrorText()).starts_with(path + ":")) << config.ErrorText();
     }
     EXPECT_FALSE(config.Load(nullptr));
-    EXPECT_EQ(config.GetInt("s", "k", kDefault), 2);
+    EXPECT_EQ(config.GetInt("s", "k", Default), 2);
     for (const std::string& path : {good, bad, largest, larger}) std::remove(path.c_str());
 }
 
@@ -156,7 +156,7 @@ TEST(Config, BecomesTheDefaultWhileItIsSet) {
     setenv("VQ_CONFIG", path.c_str(), 1);
 #endif
     const VqConfig* config = DefaultConfig(-1);
-    std::exit(config && config == DefaultConfig(0) ? config->GetInt("s", "k", kDefault) : 99);
+    std::exit(config && config == DefaultConfig(0) ? config->GetInt("s", "k", Default) : 99);
 }
 
 TEST(ConfigDeathTest, ComesFromTheEnvironment) {

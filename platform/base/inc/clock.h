@@ -1,22 +1,24 @@
+/// \file
 /// Wall clock and time zone, and a way to put another clock in their place.
-#pragma once
+#ifndef CLOCK_H
+#define CLOCK_H
 
 #include "vqbasedefs.h"
 
 /// A date of the proleptic Gregorian calendar.
 struct bdate {
-    short year;         // astronomical: 2005
-    signed char month;  // [1:12]
-    signed char day;    // [1:31]
+    short year;         ///< astronomical: 2005
+    signed char month;  ///< [1:12]
+    signed char day;    ///< [1:31]
 };
 
 /// A time of day.
 struct btime {
-    signed char hour;    // [0:23]
-    signed char minute;  // [0:59]
-    signed char second;  // [0:60], 60 in a leap second where the system tells
-    long
-        zoneSeconds;  // seconds to add to this time for universal time: positive west of Greenwich, 0 in universal time
+    signed char hour;    ///< [0:23]
+    signed char minute;  ///< [0:59]
+    signed char second;  ///< [0:60], 60 in a leap second where the system tells
+    /// Seconds to add to this time for universal time: positive west of Greenwich, 0 in universal time.
+    long zoneSeconds;
 };
 
 /// What bksgettimezone answers when the zone is not known.
@@ -37,11 +39,13 @@ VQBASE_API int bksgettimezone();
 
 /// A source for the functions above. No member is null; both arguments are always given.
 struct VqClock {
-    void (*local)(btime* time, bdate* date);  // local time and date
-    void (*utc)(btime* time, bdate* date);    // universal time and date
-    int (*zoneMinutes)();                     // minutes, local minus universal time, or VqTimeZoneUnknown
+    void (*local)(btime* time, bdate* date);  ///< local time and date
+    void (*utc)(btime* time, bdate* date);    ///< universal time and date
+    int (*zoneMinutes)();                     ///< minutes, local minus universal time, or VqTimeZoneUnknown
 };
 
 /// Makes `clock` the source for all threads; null restores the system's clock. The caller keeps it alive while it is in
 /// use. Returns the clock before, which is never null: a clock may stand on the one that it replaces.
 VQBASE_API const VqClock* VqSetClock(const VqClock* clock);
+
+#endif

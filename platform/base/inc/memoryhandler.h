@@ -1,5 +1,7 @@
+/// \file
 /// What happens when memory runs out.
-#pragma once
+#ifndef MEMORYHANDLER_H
+#define MEMORYHANDLER_H
 
 #include "vqbasedefs.h"
 
@@ -12,3 +14,5 @@ VQBASE_API int VqCallMemoryHandler(unsigned long size);
 
 /// Installs `handler` for all threads; null restores the default. Returns the handler before, never null.
 VQBASE_API VqMemoryHandler VqSetMemoryHandler(VqMemoryHandler handler);
+
+#endif

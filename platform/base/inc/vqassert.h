@@ -1,5 +1,7 @@
+/// \file
 /// Reports of programming errors.
-#pragma once
+#ifndef VQASSERT_H
+#define VQASSERT_H
 
 #include "vqbasedefs.h"
 
@@ -12,3 +14,5 @@ VQBASE_API void VIQA_assert(const char* expression, const char* file, int line);
 
 /// Sends the reports of all threads to `handler`; null restores the default. Returns the handler before, never null.
 VQBASE_API VqAssertHandler VqSetAssertHandler(VqAssertHandler handler);
+
+#endif

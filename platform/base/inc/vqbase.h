@@ -1,3 +1,4 @@
+/// \file
 /// The base library: what the type library asks of its platform.
 ///
 ///     byteorder.h      scalars between memory and disk, sizes      start here
@@ -7,7 +8,8 @@
 ///     memoryhandler.h  what happens when memory runs out
 ///     vqconfig.h       configuration
 ///     vqversion.h      which versions go together
-#pragma once
+#ifndef VQBASE_H
+#define VQBASE_H
 
 #include "byteorder.h"
 #include "clock.h"
@@ -17,3 +19,5 @@
 #include "vqbasedefs.h"
 #include "vqconfig.h"
 #include "vqversion.h"
+
+#endif

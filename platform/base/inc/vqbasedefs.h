@@ -1,5 +1,7 @@
+/// \file
 /// Export mark of the base library.
-#pragma once
+#ifndef VQBASEDEFS_H
+#define VQBASEDEFS_H
 
 /// Marks what the base library offers to code outside. Whoever builds the shared library defines VQBASE_BUILD; whoever
 /// builds or uses the static one defines VQBASE_STATIC. Users of the shared library define neither.
@@ -11,4 +13,6 @@
 #define VQBASE_API __declspec(dllexport)
 #else
 #define VQBASE_API __declspec(dllimport)
+#endif
+
 #endif

@@ -1,3 +1,4 @@
+/// \file
 /// Configuration: numbers by section and key, from an INI file or set by the program.
 ///
 ///     ; a comment fills a line, or follows a value after a blank
@@ -12,7 +13,8 @@
 /// - Blanks and tabs around names and values do not count. There is no continuation of lines and no escape sequence.
 /// - Whole numbers are [+|-] and decimal digits, or [+|-]0x and hexadecimal digits; leading zeros are not octal.
 /// - A text that breaks these rules is refused as a whole, and so is one of more than 1 MiB.
-#pragma once
+#ifndef VQCONFIG_H
+#define VQCONFIG_H
 
 #include "vqbasedefs.h"
 
@@ -36,7 +38,7 @@ class VQBASE_API VqConfig {
     void SetInt(const char* section, const char* key, int value);
 
     /// Replaces all values by those of a file, whose name is passed to the C library as it is. When that fails returns
-    /// false, leaves the values as they were, and ErrorText says why.
+    /// false, leaves the values as they were, and ErrorText says why. A lack of memory is told to the memory handler.
     bool Load(const char* iniFile);
 
     /// The same from `length` bytes of memory; `name` stands for the file name in messages.
@@ -60,3 +62,5 @@ VQBASE_API VqConfig* DefaultConfig(int which);
 /// Makes `config` the process's configuration; null goes back to the environment's. The caller keeps owning it, and
 /// keeps it alive while it is in use. Returns the one that was set before, null when none was.
 VQBASE_API VqConfig* VqSetDefaultConfig(VqConfig* config);
+
+#endif

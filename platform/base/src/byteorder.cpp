@@ -10,13 +10,13 @@ static_assert(CHAR_BIT == 8 && sizeof(short) == 2 && sizeof(int) == 4 && sizeof(
 
 namespace {
 
-constexpr unsigned char kOrderMask = 0x0F;
-constexpr unsigned char kBigEndian = 2;
-constexpr unsigned char kMemoryForm = 8;
+constexpr unsigned char OrderMask = 0x0F;
+constexpr unsigned char BigEndian = 2;
+constexpr unsigned char MemoryForm = 8;
 
 constexpr bool IsForeignOrder(unsigned char format) {
-    const unsigned char order = format & kOrderMask;
-    return order != kMemoryForm && (order == kBigEndian) != (std::endian::native == std::endian::big);
+    const unsigned char order = format & OrderMask;
+    return order != MemoryForm && (order == BigEndian) != (std::endian::native == std::endian::big);
 }
 
 template <class Word>
@@ -31,7 +31,7 @@ void SwapChoosing(unsigned char* dst, const unsigned char* src, std::size_t size
 #ifdef VQ_X86_KERNELS
     __builtin_cpu_init();
 #endif
-    const vq::SwapKernel* kernel = vq::kSwapKernels<Word>;
+    const vq::SwapKernel* kernel = vq::SwapKernels<Word>;
     while (!kernel->supported()) ++kernel;
     swapFunction<Word>.store(kernel->swap, std::memory_order_relaxed);
     kernel->swap(dst, src, size);
@@ -48,7 +48,7 @@ template <class Word>
     const auto* from = static_cast<const unsigned char*>(src);
     if (!IsForeignOrder(format)) {
         Copy(dst, src, size);
-    } else if (size < vq::kLeastKernelSize) {
+    } else if (size < vq::LeastKernelSize) {
         vq::SwapPortable<Word>(to, from, size);
     } else {
         swapFunction<Word>.load(std::memory_order_relaxed)(to, from, size);

@@ -2,7 +2,8 @@
 //
 // Compilers turn the plain loop into scalar swaps, or into SSE2 code that is no faster, so the byte shuffles are
 // written out, each behind the instructions that it needs; the caller picks one that the processor has.
-#pragma once
+#ifndef VQ_BYTESWAP_H
+#define VQ_BYTESWAP_H
 
 #include <algorithm>
 #include <cstddef>
@@ -28,11 +29,11 @@ inline void SwapOne(unsigned char* dst, const unsigned char* src) {
     std::memcpy(dst, &word, sizeof word);
 }
 
-// Reverses the bytes of each Word of `size` bytes, a multiple of its own size and at least kLeastKernelSize.
+// Reverses the bytes of each Word of `size` bytes, a multiple of its own size and at least LeastKernelSize.
 // No alignment is asked for; dst is src, or the areas do not overlap.
 using SwapFunction = void (*)(unsigned char* dst, const unsigned char* src, std::size_t size);
 
-inline constexpr std::size_t kLeastKernelSize = 32;
+inline constexpr std::size_t LeastKernelSize = 32;
 
 template <class Word>
 void SwapPortable(unsigned char* dst, const unsigned char* src, std::size_t size) {
@@ -58,7 +59,7 @@ struct MirrorTable {
     }
 };
 template <class Word>
-inline constexpr MirrorTable<Word> kMirror;
+inline constexpr MirrorTable<Word> Mirror;
 
 // One whole vector at the end stands for the words that do not fill one. It is read before anything is written, so that
 // no word is swapped twice in place.
@@ -66,7 +67,7 @@ inline constexpr MirrorTable<Word> kMirror;
 template <class Word>
 VQ_KERNEL("ssse3")
 void SwapSsse3(unsigned char* dst, const unsigned char* src, std::size_t size) {
-    const __m128i mirror = *reinterpret_cast<const __m128i*>(kMirror<Word>.at);
+    const __m128i mirror = *reinterpret_cast<const __m128i*>(Mirror<Word>.at);
     const __m128i last = *reinterpret_cast<const __m128i_u*>(src + size - 16);
     for (std::size_t i = 0; i + 16 <= size; i += 16) {
         const __m128i words = *reinterpret_cast<const __m128i_u*>(src + i);
@@ -78,7 +79,7 @@ void SwapSsse3(unsigned char* dst, const unsigned char* src, std::size_t size) {
 template <class Word>
 VQ_KERNEL("avx2")
 void SwapAvx2(unsigned char* dst, const unsigned char* src, std::size_t size) {
-    const __m256i mirror = *reinterpret_cast<const __m256i*>(kMirror<Word>.at);
+    const __m256i mirror = *reinterpret_cast<const __m256i*>(Mirror<Word>.at);
     const __m256i last = *reinterpret_cast<const __m256i_u*>(src + size - 32);
     for (std::size_t i = 0; i + 32 <= size; i += 32) {
         const __m256i words = *reinterpret_cast<const __m256i_u*>(src + i);
@@ -90,7 +91,7 @@ void SwapAvx2(unsigned char* dst, const unsigned char* src, std::size_t size) {
 template <class Word>
 VQ_KERNEL("avx512bw")
 void SwapAvx512(unsigned char* dst, const unsigned char* src, std::size_t size) {
-    const __m512i mirror = *reinterpret_cast<const __m512i*>(kMirror<Word>.at);
+    const __m512i mirror = *reinterpret_cast<const __m512i*>(Mirror<Word>.at);
     // Whole vectors go to aligned places, since a store across cache lines costs two; masked ones before and after.
     const std::size_t head = -reinterpret_cast<std::uintptr_t>(dst) % 64 / sizeof(Word) * sizeof(Word);
     const auto part = [=](std::size_t at, std::size_t length) VQ_KERNEL("avx512bw") {
@@ -117,7 +118,7 @@ struct SwapKernel {
 
 // The fastest first; the last runs everywhere.
 template <class Word>
-inline constexpr SwapKernel kSwapKernels[] = {
+inline constexpr SwapKernel SwapKernels[] = {
 #ifdef VQ_X86_KERNELS
     {"avx512", [] { return __builtin_cpu_supports("avx512bw") != 0; }, SwapAvx512<Word>},
     {"avx2", [] { return __builtin_cpu_supports("avx2") != 0; }, SwapAvx2<Word>},
@@ -127,3 +128,5 @@ inline constexpr SwapKernel kSwapKernels[] = {
 };
 
 }  // namespace vq
+
+#endif

@@ -71,8 +71,8 @@ int SystemZoneMinutes() {
     return static_cast<int>(LocalMinusUtc(local, utc) / 60);
 }
 
-constexpr VqClock kSystemClock = {SystemLocal, SystemUtc, SystemZoneMinutes};
-constinit std::atomic<const VqClock*> currentClock{&kSystemClock};
+constexpr VqClock SystemClock = {SystemLocal, SystemUtc, SystemZoneMinutes};
+constinit std::atomic<const VqClock*> currentClock{&SystemClock};
 
 void Read(void (*source)(btime*, bdate*), btime* time, bdate* date) {
     btime readTime{};
@@ -89,4 +89,4 @@ void bksgettime(btime* time) { Read(currentClock.load()->local, time, nullptr); 
 void bksgetsystemtime(btime* time, bdate* date) { Read(currentClock.load()->utc, time, date); }
 int bksgettimezone() { return currentClock.load()->zoneMinutes(); }
 
-const VqClock* VqSetClock(const VqClock* clock) { return currentClock.exchange(clock ? clock : &kSystemClock); }
+const VqClock* VqSetClock(const VqClock* clock) { return currentClock.exchange(clock ? clock : &SystemClock); }

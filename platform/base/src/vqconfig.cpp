@@ -18,8 +18,8 @@
 
 namespace {
 
-constexpr unsigned long kLargestText = 1 << 20;  // bytes
-constexpr char kNoMemory[] = "not enough memory to load the configuration; free some and load it again";
+constexpr unsigned long LargestText = 1 << 20;  // bytes
+constexpr char NoMemory[] = "not enough memory to load the configuration; free some and load it again";
 
 constexpr char FoldCase(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
@@ -153,7 +153,7 @@ class Reader {
 std::optional<std::string> Bytes(const char* name) {
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(name, "rb"), std::fclose);
     if (!file) return std::nullopt;
-    std::string bytes(kLargestText + 1, '\0');
+    std::string bytes(LargestText + 1, '\0');
     bytes.resize(std::fread(bytes.data(), 1, bytes.size(), file.get()));
     if (std::ferror(file.get())) return std::nullopt;
     return bytes;
@@ -194,7 +194,7 @@ bool VqConfig::LoadText(const char* text, unsigned long length, const char* name
         if (!state_) state_ = new vq::ConfigState;
         Sections sections;
         std::optional<std::string> error;
-        if (length > kLargestText) {
+        if (length > LargestText) {
             error = std::string(Text(name)) + ": larger than 1 MiB; that is no configuration";
         } else {
             error = Reader({text ? text : "", text ? length : 0}, Text(name), &sections).Read();
@@ -205,7 +205,8 @@ bool VqConfig::LoadText(const char* text, unsigned long length, const char* name
         state_->sections.swap(sections);
         return true;
     } catch (const std::bad_alloc&) {
-        errorText_ = kNoMemory;
+        VqCallMemoryHandler(length);
+        errorText_ = NoMemory;
         return false;
     }
 }
@@ -218,7 +219,8 @@ bool VqConfig::Load(const char* iniFile) {
         state_->error = std::string(Text(iniFile)) + ": cannot be read; name an INI file that exists";
         errorText_ = state_->error.c_str();
     } catch (const std::bad_alloc&) {
-        errorText_ = kNoMemory;
+        VqCallMemoryHandler(LargestText);
+        errorText_ = NoMemory;
     }
     return false;
 }
@@ -235,7 +237,7 @@ VqConfig* LoadFromEnvironment() {
     if (!name || !*name) return nullptr;
     auto config = std::unique_ptr<VqConfig>(new (std::nothrow) VqConfig);
     if (config && config->Load(name)) return config.release();
-    std::fprintf(stderr, "VQ_CONFIG: %s\n", config ? config->ErrorText() : kNoMemory);
+    std::fprintf(stderr, "VQ_CONFIG: %s\n", config ? config->ErrorText() : NoMemory);
     return nullptr;
 }
 

@@ -2,11 +2,8 @@
 
 namespace {
 
-constexpr unsigned long kMajor = 9;
-constexpr unsigned long kMinor = 5;
-
 struct Part {
-    unsigned long check;
+    bool isCompared;
     unsigned long ours;
     unsigned long theirs;
     int verdictIfNewer;
@@ -16,17 +13,15 @@ struct Part {
 
 int CheckVqVersionNumber(unsigned long major, unsigned long minor, unsigned long release, unsigned long build,
                          unsigned long patch, unsigned long flags) {
-    if (flags & VqVersionCheck_MajorMinor) {
-        if (major != kMajor) return VqVersion_OtherMajor;
-        if (minor != kMinor) return VqVersion_OtherMinor;
-    }
+    if (major != VqVersionMajor) return VqVersion_OtherMajor;
+    if (minor != VqVersionMinor) return VqVersion_OtherMinor;
     const Part parts[] = {
-        {VqVersionCheck_Release, 23, release, VqVersion_NewerRelease},
-        {VqVersionCheck_Build, 262, build, VqVersion_NewerBuild},
-        {VqVersionCheck_Patch, 0, patch, VqVersion_NewerPatch},
+        {true, VqVersionRelease, release, VqVersion_NewerRelease},
+        {(flags & VqVersionCheck_Build) != 0, VqVersionBuild, build, VqVersion_NewerBuild},
+        {(flags & VqVersionCheck_Patch) != 0, VqVersionPatch, patch, VqVersion_NewerPatch},
     };
     for (const Part& part : parts) {
-        if (!(flags & part.check) || part.theirs == part.ours) continue;
+        if (!part.isCompared || part.theirs == part.ours) continue;
         return part.theirs > part.ours ? part.verdictIfNewer : VqVersion_Compatible;
     }
     return VqVersion_Compatible;

@@ -2,7 +2,8 @@
 /// Code sets: what a character code means, which other character is its other case, and where it sorts.
 ///
 /// A code set is a numbered set of character codes. Sets below VqFirstWideCodeSet have 1-byte codes, sets from there up
-/// have codes of one 16-bit unit. All objects are constant, live as long as the library and may be used by any number of threads.
+/// have codes of one 16-bit unit. All objects are constant, live as long as the library and may be used by any number
+/// of threads.
 #ifndef VQCODESET_H
 #define VQCODESET_H
 
