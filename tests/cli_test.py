@@ -8,7 +8,6 @@ import json
 import os
 import random
 import subprocess
-import sys
 import tempfile
 import unittest
 
@@ -28,7 +27,7 @@ FLOATS = ["0", "-0", "1.5", "-2.25", "0.1", "3.14159", "1e-30", "inf", "-inf"]
 TEXTS = ["", "a", "Zürich", "a,b", "[x,y]", " blanks ", "'\"\\", "x" * 300]
 VALUES = {
     **{name: [str(low), "0", "1", "258", str(high)] for name, (low, high) in INTEGERS.items()},
-    **{name: ["A", " ", ",", "0x00", "0xe9", "0xff"] for name in ("char", "VqByte", "VqNull_char", "VqNull_uchar")},
+    **{name: ["A", " ", ",", "0x00", "0x1f", "0x7f", "0xe9", "0xff"] for name in ("char", "VqByte", "VqNull_char", "VqNull_uchar")},
     **{name: FLOATS for name in ("float", "double", "VqNull_float", "VqNull_double")},
     "VqNull_VqInt64": ["-9223372036854775808", "-1", "0", "4294967298", "9223372036854775807"],
     "BlockId": ["#0", "#7", "#4294967295"],
@@ -179,8 +178,10 @@ class Streams(unittest.TestCase):
         if len(PROGRAM) > 1:
             self.skipTest("the emulator has its own files")
         with open("/dev/full", "wb") as full:
-            done = subprocess.run([*PROGRAM, "types"], stdout=full, stderr=subprocess.PIPE, env=console.ENVIRONMENT)
-        self.assertTrue(is_refusal(done.returncode, done.stderr.decode()), done.stderr)
+            for argument in ("types", "--help"):
+                done = subprocess.run([*PROGRAM, argument], stdout=full, stderr=subprocess.PIPE, env=console.ENVIRONMENT)
+                self.assertTrue(is_refusal(done.returncode, done.stderr.decode()), done.stderr)
+            self.assertEqual(2, subprocess.run([*PROGRAM, "bogus"], stderr=full, env=console.ENVIRONMENT).returncode)
 
 
 def update():
@@ -189,9 +190,4 @@ def update():
 
 
 if __name__ == "__main__":
-    rest = [argument for argument in sys.argv[1:] if argument != "--update"]
-    PROGRAM = console.program_from(rest)
-    if len(rest) + 1 < len(sys.argv):
-        update()
-    else:
-        unittest.main(argv=sys.argv[:1])
+    console.main(PROGRAM, update)

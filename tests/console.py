@@ -10,6 +10,8 @@ import dataclasses
 import os
 import pathlib
 import subprocess
+import sys
+import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 ENVIRONMENT = {**os.environ, "LC_ALL": "C.UTF-8", "WINEDEBUG": "-all"}
@@ -28,6 +30,16 @@ def program_from(arguments):
     if not arguments:
         arguments = os.environ.get("VQTYPE_EMULATOR", "").split() + [os.environ["VQTYPE"]]
     return [str(pathlib.Path(part).resolve()) if os.sep in part else part for part in arguments]
+
+
+def main(program, update):
+    """Runs the calling script's tests of the program that the arguments name, or `update` where they hold --update."""
+    rest = [argument for argument in sys.argv[1:] if argument != "--update"]
+    program[:] = program_from(rest)
+    if len(rest) + 1 < len(sys.argv):
+        update()
+    else:
+        unittest.main(argv=sys.argv[:1])
 
 
 def parse(text, first_line=1):

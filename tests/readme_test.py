@@ -5,7 +5,6 @@ Every ```console block is run and its output compared (--update writes it anew);
 example that is built and run by the tests; every link and every folder and header that is named must exist.
 """
 import re
-import sys
 import unittest
 
 import console
@@ -49,9 +48,4 @@ def update():
 
 
 if __name__ == "__main__":
-    rest = [argument for argument in sys.argv[1:] if argument != "--update"]
-    PROGRAM = console.program_from(rest)
-    if len(rest) + 1 < len(sys.argv):
-        update()
-    else:
-        unittest.main(argv=sys.argv[:1])
+    console.main(PROGRAM, update)

@@ -19,7 +19,7 @@ struct DecodeOptions {
 void Decode(const DecodeOptions& options) {
     const VqTypeId id = ParseType(options.type);
     if (!CanEncode(id)) {
-        throw CommandError("TYPE {}: cannot be decoded; those that can: {}", TypeName(id), ListTypes(CanEncode));
+        throw CommandError("TYPE {}: cannot be decoded (`vqtype types` shows which can: disk and text)", TypeName(id));
     }
     const bool fromInput = options.hex == std::vector<std::string>{"-"};
     const Bytes bytes = ParseHex(fromInput ? ReadFile("-") : fmt::to_string(fmt::join(options.hex, " ")));

@@ -51,7 +51,7 @@ std::filesystem::path FindTerritories() {
     for (const auto& folder : ExampleFolders()) {
         std::error_code ignored;
         if (std::filesystem::is_regular_file(folder / FileName, ignored)) return folder / FileName;
-        tried += "\n  " + NameOf(folder);
+        tried += "\n  " + Printable(NameOf(folder));
     }
     throw CommandError("{} is in none of these folders; name the file, or its folder in VQ_EXAMPLES:{}", FileName,
                        tried);
@@ -66,7 +66,7 @@ void CheckRow(const CsvRow& row, const std::string& name) {
 void CheckTitles(const CsvRow& row, const std::string& name) {
     for (std::size_t i = 0; i < ColumnCount; ++i) {
         if (row.fields[i] == ColumnTypes[i].title) continue;
-        throw CommandError("{}:{}: column {} is {}; expected {}", name, row.line, i + 1, Quoted(row.fields[i]),
+        throw CommandError("{}:{}: column {} is {}; expected {}", name, row.line, i + 1, Echo(row.fields[i]),
                            Quoted(ColumnTypes[i].title));
     }
 }
@@ -87,8 +87,9 @@ std::unique_ptr<ValueArray> LoadColumn(const std::vector<CsvRow>& rows, std::siz
     return values;
 }
 
-Columns LoadTerritories(const std::string& name) {
-    const std::vector<CsvRow> rows = ParseCsv(ReadFile(name), name);
+Columns LoadTerritories(const std::string& file) {
+    const std::string name = Printable(file);
+    const std::vector<CsvRow> rows = ParseCsv(ReadFile(file), name);
     if (rows.size() < 2) throw CommandError("{}: no rows; expected titles and at least one territory", name);
     for (const CsvRow& row : rows) CheckRow(row, name);
     CheckTitles(rows[0], name);
@@ -204,7 +205,7 @@ void Demo(const std::string& file) {
     const std::string name = file.empty() ? NameOf(FindTerritories()) : file;
     const Columns columns = LoadTerritories(name);
     Write(fmt::format("{}: {} columns of {} values, scanned through the type manager.\n",
-                      NameOf(PathOf(name).filename()), ColumnCount, columns[Code]->GetCount()));
+                      Printable(NameOf(PathOf(name).filename())), ColumnCount, columns[Code]->GetCount()));
     ShowDiskForm(columns);
     ShowLargest(columns);
     ShowFirstNames(columns);

@@ -30,7 +30,7 @@ Bytes EncodeValues(VqTypeId id, const EncodeOptions& options) {
 void Encode(const EncodeOptions& options) {
     const VqTypeId id = ParseType(Unshielded(options.type));
     if (!CanEncode(id)) {
-        throw CommandError("TYPE {}: cannot be encoded; those that can: {}", TypeName(id), ListTypes(CanEncode));
+        throw CommandError("TYPE {}: cannot be encoded (`vqtype types` shows which can: disk and text)", TypeName(id));
     }
     const Bytes bytes = EncodeValues(id, options);
     if (options.plain) return Write(FormatHex(bytes) + "\n");

@@ -16,6 +16,7 @@
 #include <system_error>
 
 #include "error.h"
+#include "text.h"
 #include "utf8.h"
 
 namespace {
@@ -25,10 +26,16 @@ struct CloseFile {
 };
 using File = std::unique_ptr<std::FILE, CloseFile>;
 
+// The most that is read of one file: a source that never ends is told before it takes all memory.
+constexpr std::size_t LargestFile = std::size_t{1} << 30;
+
 std::string ReadAll(std::FILE* file, const std::string& name) {
     std::string bytes;
     char block[65536];
-    while (const std::size_t read = std::fread(block, 1, sizeof block, file)) bytes.append(block, read);
+    while (const std::size_t read = std::fread(block, 1, sizeof block, file)) {
+        if (read > LargestFile - bytes.size()) throw CommandError("{}: larger than 1 GiB", name);
+        bytes.append(block, read);
+    }
     if (std::ferror(file)) throw CommandError("{}: cannot be read: {}", name, std::strerror(errno));
     return bytes;
 }
@@ -65,7 +72,7 @@ std::filesystem::path PathOf(const std::string& name) {
     try {
         return std::filesystem::path(Utf8ToUtf16(name));
     } catch (const Utf8Fault&) {
-        throw CommandError("{}: the file's name is not UTF-8", name);
+        throw CommandError("{}: the file's name is not UTF-8", Printable(name));
     }
 }
 
@@ -109,8 +116,8 @@ File Open(const std::string& name) { return File(std::fopen(name.c_str(), "rb"))
 std::string ReadFile(const std::string& name) {
     if (name == "-") return ReadAll(stdin, "standard input");
     const File file = Open(name);
-    if (!file) throw CommandError("{}: cannot be opened: {}", name, std::strerror(errno));
-    return ReadAll(file.get(), name);
+    if (!file) throw CommandError("{}: cannot be opened: {}", Printable(name), std::strerror(errno));
+    return ReadAll(file.get(), Printable(name));
 }
 
 void Write(std::string_view text) {

@@ -22,7 +22,8 @@ std::string NameOf(const std::filesystem::path& path);
 /// The folder that this program stands in; empty when the system does not tell.
 std::filesystem::path ProgramFolder();
 
-/// The bytes of the file, or of standard input for "-". Throws CommandError when it cannot be read.
+/// The bytes of the file, or of standard input for "-". Throws CommandError when it cannot be read or is larger
+/// than 1 GiB.
 std::string ReadFile(const std::string& name);
 
 /// Writes to standard output. Throws CommandError when that fails.

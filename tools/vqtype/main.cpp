@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <new>
+#include <sstream>
 
 #include "command.h"
 #include "error.h"
@@ -18,31 +19,38 @@ constexpr int Failure = 2;
 
 bool assertionFailed = false;
 
+// A standard error that is full or closed is no reason to end in another way than the one that was to be told.
+void Say(const std::string& text) noexcept { std::fwrite(text.data(), 1, text.size(), stderr); }
+
 // A broken invariant is reported and makes the run a failure, but it never ends the program on its own.
 void ReportAssertion(const char* expression, const char* file, int line) {
-    fmt::print(stderr, "vqtype: {}({}): assertion failed: {}\n", file, line, expression);
+    Say(fmt::format("vqtype: {}({}): assertion failed: {}\n", file, line, expression));
     assertionFailed = true;
 }
 
-int Fail(const CLI::App& program, const char* text) {
+// The program and its command, as the user calls them.
+std::string CalledName(const CLI::App& program) {
     const auto commands = program.get_subcommands();
+    return "vqtype" + (commands.empty() ? "" : " " + commands[0]->get_name());
+}
+
+int Fail(const CLI::App& program, const std::string& text) {
     std::fflush(stdout);
-    fmt::print(stderr, "vqtype{}: {}\n", commands.empty() ? "" : " " + commands[0]->get_name(), text);
+    Say(fmt::format("{}: {}\n", CalledName(program), text));
     return Failure;
 }
 
 int FailToParse(const CLI::App& program, const CLI::ParseError& error) {
-    const auto commands = program.get_subcommands();
-    const std::string name = commands.empty() ? "" : " " + commands[0]->get_name();
-    Fail(program, error.what());
-    fmt::print(stderr, "Try `vqtype{} --help`.\n", name);
+    Fail(program, Printable(Shortened(error.what(), 200)));
+    Say(fmt::format("Try `{} --help`.\n", CalledName(program)));
     return Failure;
 }
 
 void AddCommands(CLI::App& program) {
     program.require_subcommand(1);
     program.allow_windows_style_options(false);  // a value may begin with a slash, on every target
-    program.set_version_flag("--version", "vqtype 9.5.23.262.0");
+    program.set_version_flag("--version", fmt::format("vqtype {}.{}.{}.{}.{}", VqVersionMajor, VqVersionMinor,
+                                                      VqVersionRelease, VqVersionBuild, VqVersionPatch));
     program.footer("Errors name what is at fault and end with status 2. `vqtype COMMAND --help` explains a command.");
     AddTypesCommand(program);
     AddEncodeCommand(program);
@@ -58,7 +66,19 @@ void CheckCommand(const CLI::App& program, const std::vector<std::string>& argum
         if (command->get_name() == arguments[0]) return;
         names += (names.empty() ? "" : ", ") + command->get_name();
     }
-    throw CommandError("{}: there is no such command; expected one of {}", Quoted(arguments[0]), names);
+    throw CommandError("{}: there is no such command; expected one of {}", Echo(arguments[0]), names);
+}
+
+// Help and version end the parsing early; their text is output like any other.
+void Parse(CLI::App& program, std::vector<std::string> arguments) {
+    try {
+        program.parse(std::move(arguments));
+    } catch (const CLI::ParseError& error) {
+        if (error.get_exit_code() != 0) throw;
+        std::ostringstream text;
+        program.exit(error, text);
+        Write(text.str());
+    }
 }
 
 int Run(CLI::App& program, std::vector<std::string> arguments) {
@@ -67,11 +87,11 @@ int Run(CLI::App& program, std::vector<std::string> arguments) {
         CheckCommand(program, arguments);
         if (!arguments.empty() && arguments[0] == "encode") arguments = ShieldedValues(arguments);
         std::reverse(arguments.begin(), arguments.end());  // as the parser takes them
-        program.parse(std::move(arguments));
+        Parse(program, std::move(arguments));
         FlushOutput();
         return assertionFailed ? Failure : 0;
     } catch (const CLI::ParseError& error) {
-        return error.get_exit_code() == 0 ? program.exit(error) : FailToParse(program, error);
+        return FailToParse(program, error);
     } catch (const std::bad_alloc&) {
         return Fail(program, "out of memory");
     } catch (const std::exception& error) {

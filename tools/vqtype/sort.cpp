@@ -42,7 +42,7 @@ std::vector<Line> SplitLines(std::string_view bytes) {
 
 void ScanLines(const ValueArray& values, const std::vector<Line>& lines, const SortOptions& options) {
     const TextOptions text{ParseCodeSet(options.codeSet), ParseLanguage(options.language)};
-    const std::string name = options.file == "-" ? "standard input" : options.file;
+    const std::string name = options.file == "-" ? "standard input" : Printable(options.file);
     for (unsigned long i = 0; i < values.GetCount(); ++i) {
         values.Scan(i, lines[i].text, text, fmt::format("{}:{}", name, i + 1));
     }
@@ -51,7 +51,7 @@ void ScanLines(const ValueArray& values, const std::vector<Line>& lines, const S
 void Sort(const SortOptions& options) {
     const VqTypeId id = ParseType(options.type);
     if (!CanSort(id)) {
-        throw CommandError("TYPE {}: cannot be sorted; those that can: {}", options.type, ListTypes(CanSort));
+        throw CommandError("TYPE {}: cannot be sorted (`vqtype types` shows which can: order and text)", TypeName(id));
     }
     const std::string bytes = ReadFile(options.file);
     const std::string_view mark = bytes.rfind("\xEF\xBB\xBF", 0) == 0 ? "\xEF\xBB\xBF" : "";

@@ -67,6 +67,25 @@ VqString Encode(const std::u16string& units, const VqCodeSet& set, const TextOpt
     return string;
 }
 
+// `text` with what a terminal cannot show or would act on as escapes, and a backslash before the characters `marked`.
+std::string Escaped(std::string_view text, std::string_view marked) {
+    std::string out;
+    for (std::size_t at = 0, length = 0; at < text.size(); at += length) {
+        char32_t code = 0;
+        length = DecodeUtf8(text.substr(at), code);
+        if (length == 0) {
+            out += fmt::format("\\x{:02x}", static_cast<unsigned char>(text[at]));
+            length = 1;
+        } else if (code < 0x20 || (code >= 0x7F && code < 0xA0)) {
+            out += fmt::format("\\u{:04x}", static_cast<unsigned>(code));
+        } else {
+            if (marked.find(text[at]) != marked.npos) out += '\\';
+            out += text.substr(at, length);
+        }
+    }
+    return out;
+}
+
 unsigned ParseByte(const std::string& text) {
     unsigned value = 256;
     const char* end = text.data() + text.size();
@@ -113,20 +132,17 @@ std::string ToUtf8(const VqString& string) {
     return Utf16ToUtf8(units);
 }
 
-std::string Quoted(std::string_view text) {
-    std::string out = "\"";
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (c == '"' || c == '\\') {
-            out += {'\\', c};
-        } else if (byte < 0x20 || byte == 0x7F) {
-            out += fmt::format("\\u{:04x}", byte);
-        } else {
-            out += c;
-        }
-    }
-    return out + '"';
+std::string Quoted(std::string_view text) { return '"' + Escaped(text, "\"\\") + '"'; }
+
+std::string Printable(std::string_view text) { return Escaped(text, ""); }
+
+std::string Shortened(std::string_view text, std::size_t most) {
+    if (text.size() <= most) return std::string(text);
+    for (int i = 0; i < 3 && (text[most] & 0xC0) == 0x80; ++i) --most;
+    return std::string(text.substr(0, most)) + "\u2026";
 }
+
+std::string Echo(std::string_view text) { return Quoted(Shortened(text, 60)); }
 
 bool IsCodeSet(unsigned char codeSet) { return VqLanguageContext::QueryCodeSet(codeSet) != nullptr; }
 
@@ -143,7 +159,7 @@ std::string DescribeLanguage(unsigned char language) {
 unsigned char ParseCodeSet(const std::string& text) {
     const unsigned code = ParseByte(text);
     if (code < 256 && IsCodeSet(static_cast<unsigned char>(code))) return static_cast<unsigned char>(code);
-    throw CommandError("--code-set {}: expected one of the numbers: {}", Quoted(text), ListCodeSets());
+    throw CommandError("--code-set {}: expected one of the numbers: {}", Echo(text), ListCodeSets());
 }
 
 unsigned char ParseLanguage(const std::string& text) {
@@ -153,5 +169,5 @@ unsigned char ParseLanguage(const std::string& text) {
     }
     const int found = VqLanguageContext::FindLanguage(text.c_str());
     if (found >= 0) return static_cast<unsigned char>(found);
-    throw CommandError("--language {}: expected a number or a name: {}", Quoted(text), ListLanguages());
+    throw CommandError("--language {}: expected a number or a name: {}", Echo(text), ListLanguages());
 }

@@ -25,8 +25,15 @@ VqString MakeString(std::string_view text, const TextOptions& options, const std
 /// The string's characters in UTF-8; a code without a character is U+FFFD.
 std::string ToUtf8(const VqString& string);
 
-/// The UTF-8 text in double quotes, with control characters, quotes and backslashes escaped as JSON does.
+/// The UTF-8 text in double quotes, with control characters, quotes and backslashes escaped as JSON does; a byte that
+/// is not UTF-8 is \xNN.
 std::string Quoted(std::string_view text);
+/// The same without quotes around, for names of files: quotes and backslashes stay as they are.
+std::string Printable(std::string_view text);
+/// The first `most` bytes of a longer UTF-8 text, less the part of a character, and an ellipsis.
+std::string Shortened(std::string_view text, std::size_t most);
+/// What the user gave, for an error about it: quoted, and shortened to 60 bytes.
+std::string Echo(std::string_view text);
 
 /// True for the number of a code set; 0 is the native one.
 bool IsCodeSet(unsigned char codeSet);

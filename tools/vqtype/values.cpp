@@ -36,10 +36,13 @@ bool IsFloating(std::string_view text) {
     return result.ec == std::errc() && result.ptr == text.data() + text.size();
 }
 
-// One character, or a byte as the row prints those that cannot be shown.
+// One character, or a byte as the row prints those that cannot be shown; of others the row reads the 0 alone.
 bool IsCharacter(std::string_view text) {
-    constexpr std::string_view Digits = "0123456789abcdefABCDEF";
-    if (text.size() == 4 && text.substr(0, 2) == "0x") return text.find_first_not_of(Digits, 2) == text.npos;
+    unsigned byte = 0;
+    if (text.size() == 4 && text.substr(0, 2) == "0x" &&
+        std::from_chars(text.data() + 2, text.data() + 4, byte, 16).ptr == text.data() + 4) {
+        return byte < 0x20 || byte > 0x7E;
+    }
     char32_t code = 0;
     return !text.empty() && DecodeUtf8(text, code) == text.size();
 }
@@ -53,7 +56,7 @@ struct TextRule {
 };
 
 constexpr TextRule TextRules[] = {
-    {"%c", IsCharacter, "one character, or 0x and two hexadecimal digits"},
+    {"%c", IsCharacter, "one character, or a byte from 0x00 to 0x1f or 0x7f to 0xff"},
     {"%hd", IsInteger<std::int16_t>, "a whole number from -32768 to 32767"},
     {"%hu", IsInteger<std::uint16_t>, "a whole number from 0 to 65535"},
     {"%d", IsInteger<std::int32_t>, "a whole number from -2147483648 to 2147483647"},
@@ -62,8 +65,8 @@ constexpr TextRule TextRules[] = {
     {"%lu", IsInteger<std::uint32_t>, "a whole number from 0 to 4294967295"},
     {"%S", IsInteger<std::int64_t>, "a whole number of 64 bits"},
     {"#%lu", IsBlockNumber, "# and a whole number from 0 to 4294967295"},
-    {"%f", IsFloating<float>, "a number that a float holds (up to about 3.4e38)"},
-    {"%lf", IsFloating<double>, "a number that a double holds (up to about 1.8e308)"},
+    {"%f", IsFloating<float>, "a decimal number, 0 or from about 1.4e-45 to 3.4e38, inf or nan"},
+    {"%lf", IsFloating<double>, "a decimal number, 0 or from about 4.9e-324 to 1.8e308, inf or nan"},
     {"%s", IsAnyText, "a text"},
 };
 
@@ -119,7 +122,7 @@ VqTypeId ParseType(const std::string& name) {
     char id = 0;
     if (Manager().Name2VqTypeId(name.c_str(), id) == 0) return static_cast<VqTypeId>(id);
     const std::string nearest = NearestType(name);
-    throw CommandError("TYPE {}: there is no type of this name{} (`vqtype types` lists all)", Quoted(name),
+    throw CommandError("TYPE {}: there is no type of this name{} (`vqtype types` lists all)", Echo(name),
                        nearest.empty() ? "" : fmt::format("; did you mean {}?", nearest));
 }
 
@@ -131,15 +134,6 @@ bool CanEncode(VqTypeId id) {
 }
 
 bool CanSort(VqTypeId id) { return Does(id, "create") && Does(id, "compare") && Does(id, "scan"); }
-
-std::string ListTypes(bool (*able)(VqTypeId)) {
-    std::string list;
-    for (int i = 0; i < VqTypeCount; ++i) {
-        const auto id = static_cast<VqTypeId>(i);
-        if (able(id)) list += (list.empty() ? "" : ", ") + TypeName(id);
-    }
-    return list;
-}
 
 ValueArray::ValueArray(VqTypeId id, unsigned long count)
     : id_(id), count_(count), values_(Manager().Create(id, count)) {}
@@ -162,15 +156,15 @@ void ValueArray::Scan(unsigned long index, std::string_view text, const TextOpti
     CheckUtf8(text, place);
     const TextRule* rule = FindTextRule(id_);
     if (rule && !rule->accepts(text)) {
-        throw CommandError("{}: {} is no {}: expected {}", place, Quoted(text), TypeName(id_), rule->expected);
+        throw CommandError("{}: {} is no {}: expected {}", place, Echo(text), TypeName(id_), rule->expected);
     }
     // Only strings have a code set of their own; every other type is scanned from 1-byte characters.
     const TextOptions singleByte{VqString::GetDefault8CodeSet(), 0, false};
     VqString string = MakeString(text, id_ == VqTypeId_VqString ? options : singleByte, place);
     Manager().ScanFromVqString(id_, At(index), string, nullptr, 1);
     if (!rule && !EqualIgnoringCase(Print(index), text)) {
-        throw CommandError("{}: {} is no {}: it reads as {}; expected a text like {}", place, Quoted(text),
-                           TypeName(id_), Quoted(Print(index)), Quoted(RowFormat(id_)));
+        throw CommandError("{}: {} is no {}: it reads as {}; expected a text like {}", place, Echo(text), TypeName(id_),
+                           Echo(Print(index)), Quoted(RowFormat(id_)));
     }
 }
 

@@ -24,8 +24,6 @@ std::string TypeName(VqTypeId id);
 bool CanEncode(VqTypeId id);
 /// True when the row has an order of its own and can be scanned.
 bool CanSort(VqTypeId id);
-/// The names of the rows for which `able` holds, with commas between.
-std::string ListTypes(bool (*able)(VqTypeId));
 
 /// An array of values of one type; it owns them.
 class ValueArray {
