@@ -19,6 +19,13 @@
 #define VQTM_API __attribute__((visibility("default")))
 #endif
 
+// Types that exported templates are made of; with clang++ a template is only as visible as they are.
+#if defined(_WIN32)
+#define VQTM_TYPE
+#else
+#define VQTM_TYPE __attribute__((visibility("default")))
+#endif
+
 /// Values of the rows of the same names: 8, 16 and 32 bits without sign.
 using VqByte = unsigned char;
 using VqWord = unsigned short;
@@ -59,7 +66,7 @@ enum VqCmp : unsigned short {
 constexpr unsigned char VqNullMark = 254;
 
 /// Type identifiers: the row of each type in the descriptor table, and what objects on disk say of their members.
-enum VqTypeId : char {
+enum VQTM_TYPE VqTypeId : char {
     VqTypeId_char = 0,
     VqTypeId_short = 1,
     VqTypeId_long = 2,

@@ -37,7 +37,7 @@ class VqTypeConvertData;
 
 /// A nullable `T`. `Id` keeps types apart whose values are alike, and is their row.
 template <class T, VqTypeId Id>
-struct VqNullable {
+struct VQTM_TYPE VqNullable {
     using ValueType = T;
     static constexpr VqTypeId TypeId = Id;
 

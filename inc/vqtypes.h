@@ -199,9 +199,6 @@ class VQTM_API VqTypeMgr {
     int DiskIsNullValue(char id, const void* diskValue) const;
 
   private:
-    friend struct VqStartManager;
-    constexpr VqTypeMgr(VqTypeDescriptor* const* table, std::uint16_t level) : table_(table), factoryLevel_(level) {}
-
     VqTypeDescriptor& Row(char id) const;
 
     VqTypeDescriptor* const* table_;
@@ -210,8 +207,8 @@ class VQTM_API VqTypeMgr {
 
 /// Returns the default manager for callers that have none of their own, and makes `manager` the new one unless it is
 /// null. From the library's start the default has the current table. The library's end, and detaching it
-/// (___VqTypemgrContext), delete whatever is the default then, its own first one excepted: install only what `new`
-/// made. Null after detaching.
+/// (___VqTypemgrContext), delete whatever is the default then: install only what `new` made. The manager that is
+/// replaced belongs to the caller. Null after detaching.
 VQTM_API VqTypeMgr* DefaultTypeMgr(VqTypeMgr* manager = nullptr);
 
 #endif

@@ -1,6 +1,7 @@
 #include "convert.h"
 
 #include <bitset>
+#include <memory>
 #include <new>
 
 #include "stringiterator.h"
@@ -36,17 +37,19 @@ namespace {
 
 using Codes = std::bitset<65536>;
 
-// The separator in the code set of `text`: the first character from 1 up to 254 that is not in use there.
+// One character in the code set of `text`.
+VqString CharacterFor(const VqString& text, unsigned char code) {
+    VqString character(text.GetCodeSet(), text.GetLanguage());
+    return character += VqString(static_cast<char>(code));
+}
+
+// The first character from 1 up to 254 that is not in use in `text`'s code set, else a comma.
 VqString ChooseSeparator(const VqString& text, const Codes& used) {
-    VqString separator(text.GetCodeSet(), text.GetLanguage());
-    for (unsigned code = 1; code < 255; ++code) {
-        separator = VqString(text.GetCodeSet(), text.GetLanguage());
-        separator += VqString(static_cast<char>(code));
+    for (unsigned char code = 1; code < 255; ++code) {
+        VqString separator = CharacterFor(text, code);
         if (!used[VqStringIterator(separator).GetCode()]) return separator;
     }
-    separator = VqString(text.GetCodeSet(), text.GetLanguage());
-    separator += VqString(',');
-    return separator;
+    return CharacterFor(text, ',');
 }
 
 // The characters of all strings as they will stand in `text`.
@@ -60,11 +63,11 @@ Codes UsedCodes(const VqTypeConvertData& record, const VqString& text) {
     return used;
 }
 
-// The part of `text` up to the separator, at which or behind which the walk goes on.
+// The part of `text` up to the separator, behind which the walk goes on. A null text's language would make it null.
 VqString TakeText(VqStringIterator& at, const VqString& text, unsigned short separator) {
     const unsigned long start = at.GetOffset(), position = at.GetPosition();
     while (!at.IsEnd() && at.GetCode() != separator) ++at;
-    VqString part(text.GetCodeSet(), text.GetLanguage());
+    VqString part(text.GetCodeSet(), VqString::GetDefaultLanguage());
     part.AssignChars(text.StrGet() + start, text.GetCodeSet(),
                      static_cast<unsigned short>(at.GetPosition() - position));
     if (!at.IsEnd()) ++at;
@@ -80,7 +83,7 @@ unsigned short LastCharacter(const VqString& text) {
 }  // namespace
 
 VqString* VqTypeMgr::ConvertToVqStringOld(void* values, char id, unsigned long count) {
-    VqTypeConvertData* const record = ConvertTo(id, values, count);
+    const std::unique_ptr<VqTypeConvertData> record(ConvertTo(id, values, count));
     if (record == nullptr) return nullptr;
     VqString* const text = static_cast<VqString*>(Create(VqTypeId_VqString, 1));
     if (text != nullptr) {
@@ -90,17 +93,13 @@ VqString* VqTypeMgr::ConvertToVqStringOld(void* values, char id, unsigned long c
             *text += separator;
         }
     }
-    delete record;
     return text;
 }
 
 void* VqTypeMgr::ConvertFromVqStringOld(VqString& text, char id, unsigned long count) {
     const unsigned short separator = LastCharacter(text);
     VqStringIterator at(text);
-    VqTypeConvertData* const record =
-        vq::MakeTexts(count, [&](unsigned long, VqString& part) { part = TakeText(at, text, separator); });
-    if (record == nullptr) return nullptr;
-    void* const values = ConvertFrom(id, record, count);
-    delete record;
-    return values;
+    const std::unique_ptr<VqTypeConvertData> record(
+        vq::MakeTexts(count, [&](unsigned long, VqString& part) { part = TakeText(at, text, separator); }));
+    return record == nullptr ? nullptr : ConvertFrom(id, record.get(), count);
 }

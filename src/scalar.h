@@ -11,7 +11,7 @@ namespace vq {
 template <class T, class Text>
 struct ScalarSlots : ValueSlots<T> {
     static VqTypeConvertData* ConvertTo(void* values, unsigned long count) {
-        if (values == nullptr) return nullptr;
+        if (values == nullptr && count != 0) return nullptr;
         return MakeTexts(count, [values](unsigned long i, VqString& text) {
             T value;
             std::memcpy(&value, static_cast<const char*>(values) + i * sizeof(T), sizeof(T));

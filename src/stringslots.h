@@ -12,7 +12,7 @@ struct StringSlots : ValueSlots<VqString> {
 
     // Copies keep code set, language and null.
     static VqTypeConvertData* ConvertTo(void* values, unsigned long count) {
-        if (values == nullptr) return nullptr;
+        if (values == nullptr && count != 0) return nullptr;
         return MakeTexts(count,
                          [values](unsigned long i, VqString& text) { text = static_cast<const VqString*>(values)[i]; });
     }

@@ -126,25 +126,25 @@ unsigned long Translate(void* dst, unsigned char dstFormat, unsigned long dstLen
 // A record of `count` strings, each made by `setText(index, string)` from an empty one.
 template <class SetText>
 VqTypeConvertData* MakeTexts(unsigned long count, SetText setText) {
-    VqString* const texts = NewValues<VqString>(count);
+    std::unique_ptr<VqString[]> texts(NewValues<VqString>(count));
     if (texts == nullptr) return nullptr;
     for (unsigned long i = 0; i < count; ++i) setText(i, texts[i]);
-    VqTypeConvertData* const record = VqTypeConvertData::Make(VqTypeId_VqString, count, texts, nullptr);
-    if (record == nullptr) delete[] texts;
+    VqTypeConvertData* const record = VqTypeConvertData::Make(VqTypeId_VqString, count, texts.get(), nullptr);
+    if (record != nullptr) texts.release();
     return record;
 }
 
 // A new array of `count` values, each read by `read(value, text)`, where the text is null for a missing or null string.
 template <class T, class Read>
 void* ReadTexts(const VqTypeConvertData* data, unsigned long count, Read read) {
-    T* const values = NewValues<T>(count);
+    std::unique_ptr<T[]> values(NewValues<T>(count));
     for (unsigned long i = 0; values != nullptr && i < count; ++i) {
         const VqString* const text = data != nullptr && i <= static_cast<unsigned long>(INT_MAX)
                                          ? data->GetString(static_cast<int>(i))
                                          : nullptr;
         read(values[i], text != nullptr && text->IsNullValue() ? nullptr : text);
     }
-    return values;
+    return values.release();
 }
 
 // --- Default values

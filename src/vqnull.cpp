@@ -245,7 +245,7 @@ int VqNullSlots<Null>::SetNull(void* value) {
 
 template <class Null>
 VqTypeConvertData* VqNullSlots<Null>::ConvertTo(void* values, unsigned long count) {
-    if (values == nullptr) return nullptr;
+    if (values == nullptr && count != 0) return nullptr;
     return vq::MakeTexts(count, [values](unsigned long i, VqString& text) {
         const Null& element = static_cast<const Null*>(values)[i];
         if (element.IsNullValue()) {

@@ -30,7 +30,16 @@ template <class Function>
 struct Nothing;
 template <class Result, class... Arguments>
 struct Nothing<Result (*)(Arguments...)> {
-    static Result Do(Arguments...) { return Result(); }
+    static Result Do(Arguments... arguments) {
+        (Settle(arguments), ...);
+        return Result();
+    }
+
+  private:
+    // Where a slot has a status, nothing went wrong.
+    static void Settle(int& status) { status = VqStatus_Ok; }
+    template <class Other>
+    static void Settle(const Other&) {}
 };
 template <class... Arguments>
 struct Nothing<VqString& (*)(VqString&, Arguments...)> {
@@ -45,9 +54,6 @@ struct DoNothing {
     }
 };
 constexpr DoNothing nothing;
-
-// A null that cannot be set yet says so, instead of the success that doing nothing would report.
-int RefuseNull(void*) { return VqStatus_Refused; }
 
 // --- Families: the functions that several rows share, and the length of one value. Each starts as the illegal one, so
 // that no slot but SetNull is ever empty: the manager calls them without looking.
@@ -92,7 +98,7 @@ constexpr VqTypeDescriptor OpaqueFamily(VqSetNullFunc setNull) {
 template <class T>
 constexpr VqTypeDescriptor opaque = OpaqueFamily<T>(nullptr);
 template <class T>
-constexpr VqTypeDescriptor opaqueWithNull = OpaqueFamily<T>(RefuseNull);
+constexpr VqTypeDescriptor opaqueWithNull = OpaqueFamily<T>(nothing);
 
 // Slots is the class of static functions that the family has in common.
 template <class T, class Slots>
@@ -500,19 +506,15 @@ int VqTypeMgr::DiskIsNullValue(char, const void*) const { return VqStatus_NotSup
 
 // --- Default manager
 
-struct VqStartManager {
-    static constinit VqTypeMgr manager;
-};
-constinit VqTypeMgr VqStartManager::manager(currentTable.data(), OwnVersion);
-
 namespace {
 
-constinit VqTypeMgr* defaultManager = &VqStartManager::manager;
+constinit VqTypeMgr* defaultManager = nullptr;
 
-struct LibraryEnd {
-    ~LibraryEnd() { vq::DetachDefaultManager(); }
+struct LibraryLife {
+    LibraryLife() { vq::AttachDefaultManager(); }
+    ~LibraryLife() { vq::DetachDefaultManager(); }
 };
-const LibraryEnd libraryEnd;
+const LibraryLife libraryLife;
 
 }  // namespace
 
@@ -521,6 +523,6 @@ VqTypeMgr* DefaultTypeMgr(VqTypeMgr* manager) { return Exchange(defaultManager, 
 void vq::AttachDefaultManager() { defaultManager = new (std::nothrow) VqTypeMgr(OwnVersion); }
 
 void vq::DetachDefaultManager() {
-    if (defaultManager != &VqStartManager::manager) delete defaultManager;
+    delete defaultManager;
     defaultManager = nullptr;
 }

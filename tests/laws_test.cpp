@@ -311,7 +311,10 @@ TEST(RowsWithoutFunctions, DoNothing) {
         EXPECT_EQ(Bytes(manager.PrintToVqString(id, text, value, nullptr, 3)), "1");
         EXPECT_EQ(manager.ScanFromVqString(id, value, text, nullptr, 1), value);
         EXPECT_EQ(manager.IsNullValue(id, value), 0);
-        EXPECT_EQ(manager.SetNullValue(id, value), manager.SupportsNullValue(id) ? VqStatus_Refused : VqStatus_Ok);
+        EXPECT_EQ(manager.SetNullValue(id, value), VqStatus_Ok);
+        status = VqStatus_BufferEnd;
+        EXPECT_EQ(manager.Cmp(id, 0, value, 0, untouched, VqCmp_Exact, 1, VqFormat_Memory, status), 0);
+        EXPECT_EQ(status, VqStatus_Ok);
         manager.ConstructorPtrGet(id)(value, 1);
         manager.DestructorPtrGet(id)(value, 1);
         manager.AssignmentPtrGet(id)(value, &text, 1, 0);

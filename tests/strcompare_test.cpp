@@ -16,28 +16,8 @@ int Cmp(const VqString& a, const VqString& b, unsigned short op = VqCmp_Exact, s
 TEST(VqStrCmp, OrdersByLetterThenAccentThenCase) {
     // Ascending, each text in Windows-1252.
     const char* const ascending[] = {
-        "",
-        " ",
-        "-",
-        "1",
-        "2",
-        "a",
-        "A",
-        "ab",
-        "abc",
-        "b",
-        "cote",
-        "c\xF4te",
-        "cot\xE9",
-        "c\xF4t\xE9",
-        "Cote2",
-        "cotf",
-        "ma\xDF"
-        "e",
-        "masse",
-        "Masse",
-        "Masten",
-        "z",
+        "",        " ",       "-",          "1",     "2",    "a",       "A",     "ab",    "abc",    "b", "cote",
+        "c\xF4te", "cot\xE9", "c\xF4t\xE9", "Cote2", "cotf", "ma\337e", "masse", "Masse", "Masten", "z",
     };
     const int n = static_cast<int>(std::size(ascending));
     for (const unsigned char codeSet : std::initializer_list<unsigned char>{1, 2, 253}) {
@@ -143,11 +123,7 @@ TEST(VqStrCmp, PatternsMatchExactlyWhatTheSlowMatcherFinds) {
 TEST(VqStrCmp, PatternsFollowTheOptions) {
     EXPECT_EQ(Cmp(In(1, "xABcd"), In(1, "*abc?"), VqCmp_IgnoreCase), 0);
     EXPECT_NE(Cmp(In(1, "xABcd"), In(1, "*abc?"), 0), 0);
-    EXPECT_EQ(Cmp(In(1,
-                     "Stra\xDF"
-                     "e"),
-                  In(1, "*SSE"), VqCmp_IgnoreCase | VqCmp_IgnoreAccents),
-              0);
+    EXPECT_EQ(Cmp(In(1, "Stra\337e"), In(1, "*SSE"), VqCmp_IgnoreCase | VqCmp_IgnoreAccents), 0);
     EXPECT_EQ(Cmp(In(1, "abc"), In(1, "a*")), 1) << "exact: no pattern";
     EXPECT_EQ(VqStrCmp(1, 0, "", 1, 0, "?", 0, -1, 1, nullptr), -1);
 }
