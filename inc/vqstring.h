@@ -234,7 +234,10 @@ class VQTM_API VqString {
     };
 
     void SpliceChars(const Splice& splice);
+    void ConstructSame(const void* text, std::size_t bytes, unsigned charSize);
     void AssignSame(const void* text, std::size_t bytes, unsigned charSize);
+    template <unsigned charSize>
+    void ConstructFrom(const void* text, unsigned short n);
     void TakeMapped(const VqString& src, unsigned char codeSet, unsigned short most);
     template <class T>
     void AssignNumber(T value);

@@ -159,19 +159,36 @@ void VqString::AssignChars(const void* text, unsigned char codeSet, unsigned sho
 }
 
 // What the engine does with text that needs no mapping, swapping or cutting: one allocation, one copy. No text gives no
-// buffer. The text may lie in the buffer that it replaces.
+// buffer. The string has none yet.
+inline void VqString::ConstructSame(const void* text, std::size_t bytes, unsigned charSize) {
+    if (bytes == 0) return;
+    char* const buffer = new char[bytes + charSize];
+    std::memcpy(buffer, text, bytes);
+    buffer[bytes] = 0;
+    if (charSize == 2) buffer[bytes + 1] = 0;
+    buffer_ = buffer;
+    size_ = static_cast<std::uint16_t>(bytes + charSize);
+}
+
+// The same for a string that may have a buffer, in which the text may lie.
 void VqString::AssignSame(const void* text, std::size_t bytes, unsigned charSize) {
     char* const old = buffer_;
     buffer_ = nullptr;
     size_ = 0;
-    if (bytes != 0) {
-        buffer_ = new char[bytes + charSize];
-        size_ = static_cast<std::uint16_t>(bytes + charSize);
-        std::memcpy(buffer_, text, bytes);
-        buffer_[bytes] = 0;
-        if (charSize == 2) buffer_[bytes + 1] = 0;
-    }
+    ConstructSame(text, bytes, charSize);
     delete[] old;
+}
+
+// Most strings are made here: from text in their own code set, whose character size is known.
+template <unsigned charSize>
+inline void VqString::ConstructFrom(const void* text, unsigned short n) {
+    if (text == nullptr) return;
+    const std::size_t count = n == All ? vq::TextLength(text, charSize) : std::size_t{n};
+    if ((count + 1) * charSize <= MaxSize) {
+        ConstructSame(text, count * charSize, charSize);
+    } else {
+        AssignChars(text, codeSet_, n);
+    }
 }
 
 template <class T>
@@ -189,7 +206,7 @@ VqString::VqString(unsigned char codeSet, unsigned char language) : codeSet_(cod
 
 VqString::VqString(const VqString& other) : codeSet_(other.codeSet_), language_(other.language_) {
     const unsigned z = CharSize();
-    if (other.buffer_ != nullptr) AssignSame(other.buffer_, vq::TextLength(other.buffer_, z) * z, z);
+    if (other.buffer_ != nullptr) ConstructSame(other.buffer_, vq::TextLength(other.buffer_, z) * z, z);
 }
 
 VqString::VqString(VqString&& other) noexcept { Destruct(other); }
@@ -202,13 +219,14 @@ VqString::VqString(const char* text) : VqString(text, All) {}
 
 VqString::VqString(const unsigned short* text) : VqString(text, All) {}
 
-VqString::VqString(const char* text, unsigned short n) : VqString(GetDefault8CodeSet(), GetDefaultLanguage()) {
-    AssignChars(text, codeSet_, n);
+VqString::VqString(const char* text, unsigned short n)
+    : codeSet_(VqLanguageContext::GetDefault8CodeSet()), language_(VqLanguageContext::GetDefaultLanguage()) {
+    ConstructFrom<1>(text, n);
 }
 
 VqString::VqString(const unsigned short* text, unsigned short n)
-    : VqString(GetDefault16CodeSet(), GetDefaultLanguage()) {
-    AssignChars(text, codeSet_, n);
+    : codeSet_(VqLanguageContext::GetDefault16CodeSet()), language_(VqLanguageContext::GetDefaultLanguage()) {
+    ConstructFrom<2>(text, n);
 }
 
 VqString::VqString(short value) : VqString(static_cast<int>(value)) {}
@@ -223,7 +241,7 @@ VqString::VqString(unsigned long value) : VqString(GetDefault8CodeSet(), GetDefa
 
 VqString::VqString(double value) : VqString(GetDefault8CodeSet(), GetDefaultLanguage()) { AssignNumber(value); }
 
-VqString::~VqString() { Destroy(); }
+VqString::~VqString() { delete[] buffer_; }
 
 void VqString::Destroy() {
     delete[] buffer_;
