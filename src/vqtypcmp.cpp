@@ -22,7 +22,9 @@ namespace {
 // --- Elements
 //
 // An element type tells how far apart elements are and reads one as a value that Order puts in order. Swapped stands
-// for stored forms with the high byte first.
+// for stored forms with the high byte first. Stored elements are read where they stand, in the base library's byte
+// orders: a call of its load routine for each would cost more than the comparison. The tests store through that
+// library.
 
 template <std::size_t Size>
 using WordOf = std::conditional_t<
