@@ -14,7 +14,7 @@ namespace {
 
 TEST(IcuOrder, SortsLettersAndDigitsTheSame) {
 #ifndef VQTM_HAVE_ICU
-    GTEST_SKIP() << "ICU's headers are not here: install libicu-dev";
+    GTEST_SKIP() << "no ICU here: native builds compare with it where libicu-dev is installed";
 #else
     // Eth is a letter of its own here and a marked d there, f with hook the other way round; thorn stands behind t
     // here, behind z there.
