@@ -12,7 +12,8 @@ extern "C" {
 /// before is not deleted, so attach once. Detaching deletes the default manager and leaves none.
 ///
 /// A loaded library attaches itself, and detaches when it is unloaded. So both calls are for hosts that want a fresh
-/// start and a defined end; nobody has to make them. A host that attaches again deletes the manager before, or keeps it.
+/// start and a defined end; nobody has to make them. A host that attaches again deletes the manager before, or keeps
+/// it.
 VQTM_API void ___VqTypemgrContext(int attach);
 
 /// The library's option block, 0 at start. Its lowest bit, when set, makes numbers in strings decimal only (`atol`);

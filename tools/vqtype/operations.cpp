@@ -52,13 +52,12 @@ bool DoesBounds(VqTypeId id) {
     return Manager().EvalAndBound(id, nullptr, isEqual, key.data(), VqFormat_LittleEndian, 1, nullptr, nullptr) != 0.0f;
 }
 
-// A hash function says how it went; the do-nothing one leaves the status alone.
+// A hash function misses the second of two elements where there is one; doing nothing misses nothing.
 bool DoesHash(VqTypeId id) {
-    constexpr int Untouched = 1;
     return Responds(id, [id](void* value) {
-        int status = Untouched;
-        Manager().Hash(id, 0, value, 1, VqFormat_Memory, status);
-        return status != Untouched;
+        int status = VqStatus_Ok;
+        Manager().Hash(id, Manager().MemLenGet(id, 1), value, 2, VqFormat_Memory, status);
+        return status == VqStatus_BufferEnd;
     });
 }
 
