@@ -7,6 +7,7 @@ repetitions, so that a noisy run shows.
 """
 import collections
 import json
+import re
 import statistics
 import sys
 
@@ -52,8 +53,13 @@ def number(value):
     return f"{value:.3g}" if value < 1000 else f"{value:.0f}"
 
 
+def by_size(case):
+    """Sorts numbers in names by their value."""
+    return [(int(part), "") if part.isdigit() else (0, part) for part in re.split(r"(\d+)", case)]
+
+
 def lines(costs, bandwidths):
-    for case in sorted(costs):
+    for case in sorted(costs, key=by_size):
         contenders = costs[case]
         ours = statistics.median(contenders["ours"]) if "ours" in contenders else None
         for who in sorted(contenders, key=lambda name: (name != "ours", name)):
