@@ -39,7 +39,7 @@ def main(program, update):
     if len(rest) + 1 < len(sys.argv):
         update()
     else:
-        unittest.main(argv=sys.argv[:1])
+        unittest.main(argv=sys.argv[:1], verbosity=2)
 
 
 def parse(text, first_line=1):
