@@ -19,11 +19,20 @@ unsigned short OrderOnFirstUse(std::atomic<unsigned short>& slot, unsigned short
 
 constinit std::atomic<unsigned short> asterisk{0};
 constinit std::atomic<unsigned short> question{0};
+constinit std::atomic<unsigned short> escape{0};
 
 }  // namespace
 
 unsigned short AsteriskOrder() { return OrderOnFirstUse(asterisk, '*'); }
 
 unsigned short QuestionOrder() { return OrderOnFirstUse(question, '?'); }
+
+unsigned short EscapeOrder() { return escape.load(std::memory_order_relaxed); }
+
+void SetAsteriskOrder(unsigned short order) { asterisk.store(order, std::memory_order_relaxed); }
+
+void SetQuestionOrder(unsigned short order) { question.store(order, std::memory_order_relaxed); }
+
+void SetEscapeOrder(unsigned short order) { escape.store(order, std::memory_order_relaxed); }
 
 }  // namespace vq

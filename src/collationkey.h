@@ -21,9 +21,14 @@ constexpr std::int32_t KeyOfOrder(unsigned short order, unsigned char collationC
     return top | (o & 0x407F) << 8 | (o & 0x3000) >> 7 | (o & 0x0F80) >> 7;
 }
 
-// The orders that patterns read as any run of characters and as any one character.
+// The orders that patterns read as any run of characters, as any one character, and as a mark before a character that
+// stands for itself (0: none). Setting asterisk or question to 0 restores that of '*' or '?'.
 unsigned short AsteriskOrder();
 unsigned short QuestionOrder();
+unsigned short EscapeOrder();
+void SetAsteriskOrder(unsigned short order);
+void SetQuestionOrder(unsigned short order);
+void SetEscapeOrder(unsigned short order);
 
 }  // namespace vq
 
