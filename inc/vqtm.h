@@ -18,6 +18,7 @@
 #include "vqversion.h"
 
 // The internationalisation library
+#include "vqcase.h"
 #include "vqcodeset.h"
 #include "vqi18ndefs.h"
 #include "vqlanguagecontext.h"

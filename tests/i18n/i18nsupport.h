@@ -22,6 +22,9 @@ inline std::vector<const VqCodeSet*> AllSets() {
 
 inline const VqCodeSet& Unicode() { return *VqLanguageContext::QueryCodeSet(253); }
 
+// The sets of an East Asian encoding: many codes stand for nothing, and some characters have two.
+inline bool IsEastAsian(const VqCodeSet& set) { return set.GetCharSize() == 2 && set.GetCode() != 253; }
+
 inline unsigned CodeCount(const VqCodeSet& set) { return set.GetCharSize() == 1 ? 256 : 65536; }
 
 // One language of each collation class.

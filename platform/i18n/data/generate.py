@@ -19,7 +19,7 @@ HERE = Path(__file__).resolve().parent
 WRITTEN = HERE / 'generated'
 sys.path.insert(0, str(HERE))
 
-from generator import codesets, collation, emit, languages, ucd  # noqa: E402
+from generator import casing, codesets, collation, emit, languages, ucd, widesets  # noqa: E402
 
 DATABASE = Path('/usr/share/unicode')
 LAYOUT = HERE.parent / 'src' / 'orderlayout.h'
@@ -34,17 +34,18 @@ class Generator:
         self.db = ucd.Database(DATABASE)
         self.layout = collation.read_layout(LAYOUT)
         self.sets = codesets.byte_sets()
+        self.wide_sets = widesets.wide_sets()
         self.classes = {}
         for number, tailoring in sorted(languages.CLASSES.items()):
             self.classes[number] = collation.Collation(self.db, self.layout, tailoring, self.classes.get(1))
 
     def files(self):
         return [self.byte_characters(), self.byte_units(), self.byte_orders(), self.unicode_characters(),
-                self.unicode_orders(), self.languages()]
+                self.unicode_orders(), self.languages(), *map(self.wide_set, self.wide_sets), self.casing()]
 
     @staticmethod
     def identifier(byte_set):
-        return re.sub(r'\W', '', byte_set.name.title())
+        return re.sub(r'[\W_]', '', byte_set.name.title())
 
     # ---- 1-byte sets
 
@@ -128,6 +129,24 @@ class Generator:
         file.add('    },', '};', '')
         file.bytes += 512 + 4 * MOST_PAIRS
 
+    # ---- 2-byte sets
+
+    def wide_set(self, wide_set):
+        name = self.identifier(wide_set)
+        file = emit.File(f'wide{name.lower()}.inc', "Python's codecs")
+        for title, rows_name, values_name, mapping in [
+                ('Unicode unit by code', 'codeRows', 'units', wide_set.units),
+                ('Code by Unicode unit', 'unitRows', 'codes', wide_set.codes)]:
+            index, values = widesets.rows(mapping)
+            file.add(f'// {wide_set.name}. {title}; 0: none.', f'constexpr WideRow {rows_name}{name}[256] = {{')
+            for at in range(0, 256, 8):
+                row = ', '.join(f'{{0x{start:04X}, 0x{first:02X}, 0x{last:02X}}}' for start, first, last in index[at:at + 8])
+                file.add(f'    {row},  // {at:02X}00')
+            file.add('};', '')
+            file.bytes += 4 * 256
+            file.array(f'std::uint16_t {values_name}{name}[{len(values)}]', values, 4, 16)
+        return file
+
     # ---- Unicode
 
     def unicode_characters(self):
@@ -184,12 +203,36 @@ class Generator:
         of_class = {}
         for number, order in self.classes.items():
             orders = [self.byte_code_orders(byte_set, order, byte) for byte_set in self.sets for byte in range(256)]
+            orders += [order.of(wide_set.units[code]) if code in wide_set.units else (self.layout['UndefinedOrder'],)
+                       for wide_set in self.wide_sets for code in range(0x10000)]
             orders += [order.of(unit) for unit in range(0x10000)]
             of_class[number] = b''.join(struct.pack('<HH', *(*pair, 0)[:2]) for pair in orders)
         crc = 0
         for _, number in languages.LANGUAGES:
             crc = zlib.crc32(of_class[number], crc)
         return crc
+
+    # ---- casing
+
+    def casing(self):
+        file = emit.File('casing.inc', UCD_SOURCE)
+        upper, lower = casing.full_mappings(self.db)
+        for name, mapping in ('upper', upper), ('lower', lower):
+            file.add(f'constexpr LongCase {name}Long[] = {{')
+            for unit, units in sorted(mapping.items()):
+                listed = ', '.join(f'0x{part:04X}' for part in (*units, 0, 0)[:3])
+                file.add(f'    {{0x{unit:04X}, {{{listed}}}}},  // {self.db.title(unit)}')
+            file.add('};', '')
+            file.bytes += 8 * len(mapping)
+        for name, units in casing.contexts(self.db):
+            ranges = casing.ranges(units)
+            file.add(f'constexpr UnitRange {name}[] = {{')
+            for at in range(0, len(ranges), 8):
+                row = ', '.join(f'{{0x{first:04X}, 0x{last:04X}}}' for first, last in ranges[at:at + 8])
+                file.add(f'    {row},')
+            file.add('};', '')
+            file.bytes += 4 * len(ranges)
+        return file
 
     # ---- languages
 

@@ -3,6 +3,7 @@
 #include "byteset.h"
 #include "languages.h"
 #include "unicodeset.h"
+#include "wideset.h"
 
 constinit VqLanguageContext::Defaults VqLanguageContext::defaults_;
 
@@ -21,7 +22,7 @@ void VqLanguageContext::SetDefault16CodeSet(unsigned char codeSet) {
 const VqCodeSet* VqLanguageContext::QueryCodeSet(unsigned char codeSet) {
     if (codeSet == 0) codeSet = defaults_.nativeCodeSet;
     if (codeSet == vq::unicodeCodeSet.GetCode()) return &vq::unicodeCodeSet;
-    return vq::FindByteCodeSet(codeSet);
+    return codeSet < VqFirstWideCodeSet ? vq::FindByteCodeSet(codeSet) : vq::FindWideCodeSet(codeSet);
 }
 
 const char* VqLanguageContext::GetLanguageName(unsigned char language) { return vq::LanguageName(language); }
