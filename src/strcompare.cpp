@@ -3,6 +3,7 @@
 #include "collationkey.h"
 #include "stringiterator.h"
 #include "textunit.h"
+#include "vqcollation.h"
 
 namespace {
 
@@ -68,8 +69,8 @@ class KeyReader {
     KeyReader(const VqStringIterator& text, short n)
         : text_(text), limit_(n < 0 ? ~0UL : static_cast<unsigned long>(n)) {}
 
-    std::int32_t Peek() { return InLimit() ? vq::KeyOfOrder(text_.GetNextOrder(0), Class()) : 0; }
-    std::int32_t Next() { return InLimit() ? vq::KeyOfOrder(text_.GetNextOrder(1), Class()) : 0; }
+    std::int32_t Peek() { return InLimit() ? VqCollationKey(text_.GetNextOrder(0), Class()) : 0; }
+    std::int32_t Next() { return InLimit() ? VqCollationKey(text_.GetNextOrder(1), Class()) : 0; }
     unsigned short PeekOrder() { return InLimit() ? text_.GetNextOrder(0) : static_cast<unsigned short>(0); }
     bool InLimit() const { return text_.GetPosition() < limit_; }
 

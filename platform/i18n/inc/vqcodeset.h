@@ -7,6 +7,8 @@
 #ifndef VQCODESET_H
 #define VQCODESET_H
 
+#include <cstdint>
+
 #include "vqi18ndefs.h"
 
 /// The first number of the sets with 2-byte characters.
@@ -21,6 +23,22 @@ enum VqCharProperty : unsigned short {
     VqCharProperty_Letter = 0x10,   ///< any letter or ideograph (categories L*)
     VqCharProperty_Control = 0x20,  ///< a control character (category Cc)
     VqCharProperty_Punct = 0x40,    ///< punctuation or symbol (categories P*, S*)
+};
+
+/// The most characters that sort as one letter (Hungarian dzs).
+constexpr int VqMaxContraction = 3;
+
+/// Ready comparison keys of a collation class in a set, by code (VqCollationKey of the order). Belongs to the library.
+struct VqKeyTable {
+    /// keys[0] is 0. A negative key says to look closer: the character sorts as two (GetOrders), or can begin letters
+    /// that are written with several characters (GetContraction). Null when there are no entries.
+    const std::int32_t* keys;
+    /// Codes below this have an entry: 256 in sets of 1-byte characters, the Latin blocks (0x250) in Unicode, 0 in
+    /// other sets of 2-byte characters.
+    unsigned count;
+    /// Letters of the class are written with several characters; every character of one but the last has a negative
+    /// key.
+    bool contractions;
 };
 
 /// One code set. The first virtual operation is the one that comparison and hashing ask for; it stays first.
@@ -58,6 +76,14 @@ class VQI18N_API VqCodeSet {
     /// The collation orders of `code` in `language`: writes one order, or two for a character that sorts as two, and
     /// returns how many. Order 0 belongs to the zero character alone; 13 is the order of a code without a character.
     virtual int GetOrders(unsigned short code, unsigned char language, unsigned short orders[2]) const = 0;
+
+    /// The ready keys of the set's first codes in `language`; they agree with GetOrders.
+    virtual VqKeyTable GetKeyTable(unsigned char language) const = 0;
+    /// Letters that are written with several characters (ch in Czech). `codes` are the next VqMaxContraction codes of
+    /// the text, 0 from its end on. Returns how many of them (2 or 3) are one such letter, and writes its orders: one
+    /// or two, the second 0 where there is one. Returns 0 when the first code stands by itself.
+    virtual int GetContraction(const unsigned short codes[VqMaxContraction], unsigned char language,
+                               unsigned short orders[2]) const = 0;
 
   protected:
     ~VqCodeSet() = default;

@@ -1,9 +1,8 @@
 #include "byteset.h"
 
-#include <array>
 #include <iterator>
-#include <utility>
 
+#include "keytable.h"
 #include "languages.h"
 
 namespace vq {
@@ -25,8 +24,23 @@ constexpr bool NumberedFromOne() {
 }
 static_assert(NumberedFromOne());
 
-constexpr auto byteCodeSets = []<std::size_t... I>(std::index_sequence<I...>) {
-    return std::array<ByteCodeSet, SetCount>{ByteCodeSet(byteSetData[I])...};
+constexpr std::array<std::int32_t, 256> KeysOf(const ByteOrders& orders, unsigned char collationClass) {
+    std::array<std::int32_t, 256> keys{};
+    for (std::size_t code = 0; code < 256; ++code) keys[code] = ReadyKey(orders.first[code], collationClass);
+    return keys;
+}
+
+template <std::size_t Set, std::size_t Place>
+constexpr std::array<std::int32_t, 256> keysOf = KeysOf(*byteSetData[Set].orders[Place], collationClasses[Place]);
+
+template <std::size_t Set>
+constexpr auto keysOfSet = []<std::size_t... Place>(std::index_sequence<Place...>) {
+    return std::array<const std::int32_t*, ClassCount>{keysOf<Set, Place>.data()...};
+}
+(std::make_index_sequence<ClassCount>());
+
+constexpr auto byteCodeSets = []<std::size_t... Set>(std::index_sequence<Set...>) {
+    return std::array<ByteCodeSet, SetCount>{ByteCodeSet(byteSetData[Set], keysOfSet<Set>.data())...};
 }
 (std::make_index_sequence<SetCount>());
 
@@ -79,6 +93,14 @@ int ByteCodeSet::GetOrders(unsigned short code, unsigned char language, unsigned
     orders[0] = pair[0];
     orders[1] = pair[1];
     return 2;
+}
+
+VqKeyTable ByteCodeSet::GetKeyTable(unsigned char language) const {
+    return {keys_[CollationPlace(language)], 256, false};
+}
+
+int ByteCodeSet::GetContraction(const unsigned short[VqMaxContraction], unsigned char, unsigned short[2]) const {
+    return 0;
 }
 
 const VqCodeSet* FindByteCodeSet(unsigned char codeSet) {

@@ -8,7 +8,8 @@ namespace vq {
 
 class ByteCodeSet final : public VqCodeSet {
   public:
-    explicit constexpr ByteCodeSet(const ByteSetData& data) : data_(data) {}
+    // `keys`: 256 keys for each place of a collation class.
+    constexpr ByteCodeSet(const ByteSetData& data, const std::int32_t* const* keys) : data_(data), keys_(keys) {}
 
     unsigned char GetCollationClass(unsigned char language) const override;
     unsigned char GetCode() const override { return data_.code; }
@@ -21,11 +22,15 @@ class ByteCodeSet final : public VqCodeSet {
     unsigned short ToUpper(unsigned short code) const override;
     unsigned short ToLower(unsigned short code) const override;
     int GetOrders(unsigned short code, unsigned char language, unsigned short orders[2]) const override;
+    VqKeyTable GetKeyTable(unsigned char language) const override;
+    int GetContraction(const unsigned short codes[VqMaxContraction], unsigned char language,
+                       unsigned short orders[2]) const override;
 
   private:
     std::uint8_t CodeOf(unsigned short unit) const;
 
     ByteSetData data_;
+    const std::int32_t* const* keys_;
 };
 
 // The set of that number, or null.

@@ -1,16 +1,7 @@
 #include "languages.h"
 
-#include <iterator>
-
 namespace vq {
 namespace {
-
-struct Language {
-    const char* name;
-    std::uint8_t place;
-};
-
-#include "../data/generated/languages.inc"
 
 constexpr std::array<std::uint8_t, 256> Places() {
     std::array<std::uint8_t, 256> places{};

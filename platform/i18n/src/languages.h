@@ -5,8 +5,18 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 
 namespace vq {
+
+struct Language {
+    const char* name;
+    std::uint8_t place;
+};
+
+#include "../data/generated/languages.inc"
+
+constexpr std::size_t ClassCount = std::size(collationClasses);
 
 // The place of each language's collation class in the tables of a set; an unknown language has the neutral one, 0.
 // Asked for every character, so a table that is read without a call or a test of the number.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "keytable.h"
 #include "languages.h"
 
 namespace vq {
@@ -50,6 +51,27 @@ int OrdersOfPair(const WideOrders& table, unsigned short unit, unsigned short or
     return 2;
 }
 
+// Latin and its extensions; most texts that are not of another script stay within.
+constexpr std::size_t LatinEnd = 0x250;
+
+using LatinKeys = std::array<std::int32_t, LatinEnd>;
+
+constexpr LatinKeys KeysOf(const WideOrders& orders, unsigned char collationClass) {
+    LatinKeys keys{};
+    for (std::size_t unit = 0; unit < LatinEnd; ++unit) {
+        keys[unit] = ReadyKey(orderPages[orders.index[unit >> 8]][unit & 255], collationClass);
+    }
+    return keys;
+}
+
+template <std::size_t Place>
+constexpr LatinKeys latinKeysOf = KeysOf(wideOrders[Place], collationClasses[Place]);
+
+constexpr auto latinKeys = []<std::size_t... Place>(std::index_sequence<Place...>) {
+    return std::array<const std::int32_t*, ClassCount>{latinKeysOf<Place>.data()...};
+}
+(std::make_index_sequence<ClassCount>());
+
 }  // namespace
 
 constinit const UnicodeCodeSet unicodeCodeSet;
@@ -82,6 +104,14 @@ int UnicodeCodeSet::GetOrders(unsigned short code, unsigned char language, unsig
         return 1;
     }
     return order == RuleOrder ? OrdersByRule(code, orders) : OrdersOfPair(table, code, orders);
+}
+
+VqKeyTable UnicodeCodeSet::GetKeyTable(unsigned char language) const {
+    return {latinKeys[CollationPlace(language)], LatinEnd, false};
+}
+
+int UnicodeCodeSet::GetContraction(const unsigned short[VqMaxContraction], unsigned char, unsigned short[2]) const {
+    return 0;
 }
 
 std::uint32_t OrderVersion() { return orderVersion; }

@@ -19,6 +19,9 @@ class UnicodeCodeSet final : public VqCodeSet {
     unsigned short ToUpper(unsigned short code) const override;
     unsigned short ToLower(unsigned short code) const override;
     int GetOrders(unsigned short code, unsigned char language, unsigned short orders[2]) const override;
+    VqKeyTable GetKeyTable(unsigned char language) const override;
+    int GetContraction(const unsigned short codes[VqMaxContraction], unsigned char language,
+                       unsigned short orders[2]) const override;
 };
 
 extern const UnicodeCodeSet unicodeCodeSet;

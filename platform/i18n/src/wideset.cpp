@@ -64,6 +64,17 @@ int WideCodeSet::GetOrders(unsigned short code, unsigned char language, unsigned
     return 1;
 }
 
+VqKeyTable WideCodeSet::GetKeyTable(unsigned char language) const {
+    return {nullptr, 0, unicodeCodeSet.GetKeyTable(language).contractions};
+}
+
+int WideCodeSet::GetContraction(const unsigned short codes[VqMaxContraction], unsigned char language,
+                                unsigned short orders[2]) const {
+    unsigned short units[VqMaxContraction];
+    for (int i = 0; i < VqMaxContraction; ++i) units[i] = data_.units[codes[i]];
+    return unicodeCodeSet.GetContraction(units, language, orders);
+}
+
 const VqCodeSet* FindWideCodeSet(unsigned char codeSet) {
     for (const WideCodeSet& set : wideCodeSets) {
         if (set.GetCode() == codeSet) return &set;

@@ -49,6 +49,9 @@ class WideCodeSet final : public VqCodeSet {
     unsigned short ToUpper(unsigned short code) const override;
     unsigned short ToLower(unsigned short code) const override;
     int GetOrders(unsigned short code, unsigned char language, unsigned short orders[2]) const override;
+    VqKeyTable GetKeyTable(unsigned char language) const override;
+    int GetContraction(const unsigned short codes[VqMaxContraction], unsigned char language,
+                       unsigned short orders[2]) const override;
 
   private:
     bool IsCharacter(unsigned short code) const { return code == 0 || data_.units[code] != 0; }
