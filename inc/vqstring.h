@@ -219,6 +219,7 @@ class VQTM_API VqString {
 
   private:
     friend class VqChar;
+    friend VQTM_API long VqMBS2VqString(const char* text, VqString& out, long n);
 
     enum SpliceMode { Overwrite = 1, InsertAt = 2, TruncateAndWrite = 3 };
     // One change of contents. Positions and counts are in characters.

@@ -31,6 +31,7 @@
 #include "date.h"
 #include "datetime.h"
 #include "library.h"
+#include "multibyte.h"
 #include "objid.h"
 #include "ref.h"
 #include "seal.h"

@@ -11,7 +11,7 @@ import sys
 FLOORS = [
     "vqdefs vqslots _vqnulty options",
     "vqchar stringiterator strcompare order collationkey textunit",
-    "vqstring stringedit stringdisk numbertext vqistring multibyte strhash",
+    "vqstring stringedit stringdisk numbertext vqistring multibyte utf8kernel strhash",
     "convert valueslots stringslots scalar vqint64 date datetime stddate blob boolean seal objid ref vqnull textform cformat",
     "vqtypcmp vqtypevl vqtyphash",
     "vqtypes defaultmanager",
