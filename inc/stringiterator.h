@@ -35,9 +35,14 @@ class VQTM_API VqStringIterator {
     /// The current character, free.
     VqChar Get() const { return VqChar(GetCode(), codeSet_, language_); }
 
-    /// The next collation order: a character that sorts as two gives them one after the other; 0 at the end. `advance`
-    /// 0 only looks. Moving by ++ or -- starts the orders of the new character.
+    /// The next collation order; 0 at the end. `advance` 0 only looks. A character that sorts as two gives two orders,
+    /// one after the other; several characters that sort as one letter in the language (ch in Czech) give that
+    /// letter's. The place moves when the last order of such a group is taken, over all of its characters. Moving by ++
+    /// or -- is by single characters, and orders start anew from the new one.
     unsigned short GetNextOrder(int advance);
+    /// Ends the orders after the first `characters` characters of the text, as if it ended there: letters written with
+    /// several characters do not reach beyond. At the start there is no limit.
+    void SetLimit(unsigned long characters);
     /// The collation class byte that the code set gives the language.
     unsigned char GetCollationClass() const { return collationClass_; }
 
@@ -51,15 +56,21 @@ class VQTM_API VqStringIterator {
     unsigned long GetPosition() const { return GetOffset() / charSize_; }
 
   private:
+    unsigned short CodeAhead(unsigned long characters) const;
+    void Move(unsigned characters);
+
     const unsigned char* start_;
     const unsigned char* current_;
     const VqCodeSet* set_;
-    std::uint16_t pendingOrder_ = 0;  // second order of the current character, while its first is used up
+    unsigned long limit_ = ~0UL;          // in characters
+    std::uint16_t pendingOrder_ = 0;      // second order of the current characters, while their first is used up
+    std::uint8_t pendingCharacters_ = 0;  // how many these are
     std::uint8_t codeSet_;
     std::uint8_t language_;
     std::uint8_t charSize_;
     std::uint8_t order_;
     std::uint8_t collationClass_;
+    bool contractions_;
 };
 
 #endif

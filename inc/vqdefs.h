@@ -59,6 +59,7 @@ enum VqCmp : unsigned short {
     VqCmp_IgnoreAccents = 0x40,  ///< accents do not decide
     VqCmp_Report = 0x80,         ///< write the primary difference found so far through `out`
     VqCmp_KeyOnly = 0x100,       ///< compare key by key, without levels or wildcards
+    VqCmp_EndLast = 0x200,       ///< where one text begins with the other, accents and case decide before the length
     VqCmp_Default = 65535,       ///< the class-wide default operation
 };
 

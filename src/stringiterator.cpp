@@ -1,5 +1,6 @@
 #include "stringiterator.h"
 
+#include "orderunit.h"
 #include "textunit.h"
 #include "vqstring.h"
 
@@ -14,7 +15,8 @@ VqStringIterator::VqStringIterator(unsigned char codeSet, unsigned char language
       language_(language),
       charSize_(static_cast<std::uint8_t>(vq::CharSizeOf(codeSet))),
       order_(order),
-      collationClass_(set_->GetCollationClass(language)) {}
+      collationClass_(set_->GetCollationClass(language)),
+      contractions_(set_->GetKeyTable(language).contractions) {}
 
 unsigned short VqStringIterator::GetCode() const { return vq::LoadChar(current_, charSize_, order_); }
 
@@ -30,19 +32,35 @@ VqStringIterator& VqStringIterator::operator--() {
     return *this;
 }
 
+void VqStringIterator::SetLimit(unsigned long characters) { limit_ = characters; }
+
+// The code at so many characters from the current one; 0 from the limit on. Those between must not be the end.
+unsigned short VqStringIterator::CodeAhead(unsigned long characters) const {
+    if (limit_ != ~0UL && GetPosition() + characters >= limit_) return 0;
+    return vq::LoadChar(current_ + characters * charSize_, charSize_, order_);
+}
+
+void VqStringIterator::Move(unsigned characters) {
+    current_ += characters * charSize_;
+    pendingOrder_ = 0;
+}
+
 unsigned short VqStringIterator::GetNextOrder(int advance) {
     if (const unsigned short second = pendingOrder_) {
-        if (advance != 0) ++*this;
+        if (advance != 0) Move(pendingCharacters_);
         return second;
     }
-    const unsigned short code = GetCode();
-    if (code == 0) return 0;
-    unsigned short orders[2];
-    const int count = set_->GetOrders(code, language_, orders);
-    if (advance == 0) return orders[0];
-    if (count == 2)
-        pendingOrder_ = orders[1];
-    else
-        ++*this;
-    return orders[0];
+    unsigned short codes[VqMaxContraction] = {CodeAhead(0), 0, 0};
+    if (contractions_) {
+        for (unsigned i = 1; i < VqMaxContraction && codes[i - 1] != 0; ++i) codes[i] = CodeAhead(i);
+    }
+    const vq::OrderUnit unit = vq::OrdersAt(*set_, language_, codes, contractions_);
+    if (advance == 0) return unit.orders[0];
+    if (unit.orders[1] != 0) {
+        pendingOrder_ = unit.orders[1];
+        pendingCharacters_ = static_cast<std::uint8_t>(unit.characters);
+    } else {
+        Move(unit.characters);
+    }
+    return unit.orders[0];
 }

@@ -5,9 +5,9 @@
 #include <cstring>
 #include <memory>
 
+#include "comparetexts.h"
 #include "numbertext.h"
 #include "options.h"
-#include "strcompare.h"
 #include "textunit.h"
 #include "vqbase.h"
 #include "vqchar.h"
@@ -452,13 +452,14 @@ int VqString::SetNullValue() {
 
 int VqString::Compare(const VqString& other, short n, unsigned short op) const {
     if (op == VqCmp_Default) op = GetDefaultCmpOp();
-    return VqStrCmp(codeSet_, language_, buffer_, other.codeSet_, other.language_, other.buffer_, op, n, 1, nullptr);
+    return vq::CompareTexts({codeSet_, language_, buffer_, size_},
+                            {other.codeSet_, other.language_, other.buffer_, other.size_}, op, n, 1, nullptr);
 }
 
 bool VqString::operator==(const VqString& other) const { return this == &other || Compare(other) == 0; }
 
 bool VqString::EqualsIgnoreLanguage(const VqString& other) const {
     const unsigned char language = language_ == other.language_ ? language_ : 0;
-    return VqStrCmp(codeSet_, language, buffer_, other.codeSet_, language, other.buffer_, VqCmp_KeyOnly, -1, 1,
-                    nullptr) == 0;
+    return vq::CompareTexts({codeSet_, language, buffer_, size_},
+                            {other.codeSet_, language, other.buffer_, other.size_}, VqCmp_KeyOnly, -1, 1, nullptr) == 0;
 }

@@ -10,7 +10,7 @@ import sys
 
 FLOORS = [
     "vqdefs vqslots _vqnulty options",
-    "vqchar stringiterator strcompare order collationkey textunit",
+    "vqchar stringiterator strcompare order collationkey textunit orderunit keyreader comparebytes comparelevels compareready comparetexts equalrun",
     "vqstring stringedit stringdisk numbertext vqistring multibyte utf8kernel strhash",
     "convert valueslots stringslots scalar vqint64 date datetime stddate blob boolean seal objid ref vqnull textform cformat",
     "vqtypcmp vqtypevl vqtyphash",

@@ -1,0 +1,171 @@
+// Skips what two zero-terminated texts have in common, without reading behind either.
+#ifndef VQ_EQUALRUN_H
+#define VQ_EQUALRUN_H
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
+#include "textunit.h"
+
+namespace vq {
+
+// Two texts of units of one width, walked together.
+template <class Unit>
+struct TextPair {
+    const unsigned char* text1;
+    const unsigned char* text2;
+
+    static unsigned short Load(const unsigned char* at) { return LoadChar(at, sizeof(Unit)); }
+    unsigned short Code1() const { return Load(text1); }
+    unsigned short Code2() const { return Load(text2); }
+    unsigned short CodeBefore() const { return Load(text1 - sizeof(Unit)); }
+
+    void Move(std::ptrdiff_t units) {
+        text1 += units * static_cast<std::ptrdiff_t>(sizeof(Unit));
+        text2 += units * static_cast<std::ptrdiff_t>(sizeof(Unit));
+    }
+};
+
+// --- Both texts may be read for a known number of bytes
+
+#ifdef __SSE2__
+
+// Bit k: the units at byte k differ or are the end of both.
+template <class Unit>
+unsigned StopMask(__m128i block1, __m128i block2) {
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i same = sizeof(Unit) == 1 ? _mm_cmpeq_epi8(block1, block2) : _mm_cmpeq_epi16(block1, block2);
+    const __m128i end = sizeof(Unit) == 1 ? _mm_cmpeq_epi8(block1, zero) : _mm_cmpeq_epi16(block1, zero);
+    return static_cast<unsigned>(_mm_movemask_epi8(_mm_andnot_si128(end, same))) ^ 0xFFFFU;
+}
+
+inline __m128i LoadBlock(const unsigned char* at) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(at)); }
+
+// The 8 bytes at both places, as one block.
+inline __m128i LoadHalves(const unsigned char* low, const unsigned char* high) {
+    return _mm_unpacklo_epi64(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(low)),
+                              _mm_loadl_epi64(reinterpret_cast<const __m128i*>(high)));
+}
+
+// The byte of the first stop from `at` on, or `bytes`.
+template <class Unit>
+std::size_t StopByBlocks(const TextPair<Unit>& pair, std::size_t bytes) {
+    std::size_t at = 0;
+    for (; at + 16 <= bytes; at += 16) {
+        const unsigned mask = StopMask<Unit>(LoadBlock(pair.text1 + at), LoadBlock(pair.text2 + at));
+        if (mask != 0) return at + static_cast<unsigned>(std::countr_zero(mask));
+    }
+    if (at == bytes) return bytes;
+    at = bytes - 16;  // again over some that are known to be the same
+    const unsigned mask = StopMask<Unit>(LoadBlock(pair.text1 + at), LoadBlock(pair.text2 + at));
+    return at + (mask != 0 ? static_cast<unsigned>(std::countr_zero(mask)) : 16U);
+}
+
+// The same for 8 to 15 bytes: their first and their last 8.
+template <class Unit>
+std::size_t StopByHalves(const TextPair<Unit>& pair, std::size_t bytes) {
+    const std::size_t last = bytes - 8;
+    const unsigned mask =
+        StopMask<Unit>(LoadHalves(pair.text1, pair.text1 + last), LoadHalves(pair.text2, pair.text2 + last));
+    if (mask == 0) return bytes;
+    const unsigned at = static_cast<unsigned>(std::countr_zero(mask));
+    return at < 8 ? at : at - 8 + last;
+}
+
+#endif
+
+template <class Unit>
+std::size_t StopByUnits(const TextPair<Unit>& pair, std::size_t bytes) {
+    std::size_t at = 0;
+    while (at < bytes) {
+        const unsigned short code = pair.Load(pair.text1 + at);
+        if (code == 0 || code != pair.Load(pair.text2 + at)) break;
+        at += sizeof(Unit);
+    }
+    return at;
+}
+
+// The byte of the first unit that differs or is the end of both, or `bytes`; `bytes` may be read of both texts.
+template <class Unit>
+std::size_t FirstStop(const TextPair<Unit>& pair, std::size_t bytes) {
+#ifdef __SSE2__
+    if (bytes >= 16) return StopByBlocks(pair, bytes);
+    if (bytes >= 8) return StopByHalves(pair, bytes);
+#endif
+    return StopByUnits(pair, bytes);
+}
+
+// --- Skipping: true at a difference, false where both texts end without one
+
+// Knows how much of both texts may be read.
+template <class Unit>
+class SizedRun {
+  public:
+    explicit SizedRun(std::size_t bytes) : bytes_(bytes) {}
+
+    bool Skip(TextPair<Unit>& pair) {
+        const std::size_t at = FirstStop(pair, bytes_);
+        bytes_ -= at;
+        pair.text1 += at;
+        pair.text2 += at;
+        return bytes_ != 0 && pair.Code1() != pair.Code2();
+    }
+    void Took() { bytes_ -= sizeof(Unit); }
+
+  private:
+    std::size_t bytes_;
+};
+
+// Knows only that both texts end.
+template <class Unit>
+class TerminatedRun {
+  public:
+    bool Skip(TextPair<Unit>& pair) const {
+        for (;; pair.Move(1)) {
+            const unsigned short code = pair.Code1();
+            if (code != pair.Code2()) return true;
+            if (code == 0) return false;
+        }
+    }
+    void Took() const {}
+};
+
+// The C library knows how to see that short texts are equal without a branch for each byte.
+template <>
+inline bool TerminatedRun<unsigned char>::Skip(TextPair<unsigned char>& pair) const {
+    if (*pair.text1 != *pair.text2) return true;
+    if (std::strcmp(reinterpret_cast<const char*>(pair.text1), reinterpret_cast<const char*>(pair.text2)) == 0)
+        return false;
+    while (*pair.text1 == *pair.text2) pair.Move(1);
+    return true;
+}
+
+// Knows that both texts end, at the latest after a number of units.
+template <class Unit>
+class LimitedRun {
+  public:
+    explicit LimitedRun(std::size_t units) : units_(units) {}
+
+    bool Skip(TextPair<Unit>& pair) {
+        for (; units_ != 0; --units_, pair.Move(1)) {
+            const unsigned short code = pair.Code1();
+            if (code != pair.Code2()) return true;
+            if (code == 0) return false;
+        }
+        return false;
+    }
+    void Took() { --units_; }
+
+  private:
+    std::size_t units_;
+};
+
+}  // namespace vq
+
+#endif
