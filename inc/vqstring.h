@@ -17,6 +17,7 @@
 #include "vqdefs.h"
 
 class VqChar;
+class VqCharOperation;
 
 /// One text. Without text it has no buffer; the null value (SetNullValue) has none either.
 class VQTM_API VqString {
@@ -127,6 +128,68 @@ class VQTM_API VqString {
     VqString& Expand(unsigned short n, char c);
     /// The same with a character of the default 16-bit code set.
     VqString& Expand(unsigned short n, unsigned short c);
+    /// Replaces each character by what `op` makes of it (see charoperation.h). The text may grow; past the largest size
+    /// it is reported and cut. A string without a buffer stays.
+    VqString& Transform(VqCharOperation& op);
+    /// Transform by VqUpperCaseOperation, in every code set: ß becomes SS.
+    VqString& ToUpper();
+    /// Transform by VqLowerCaseOperation.
+    VqString& ToLower();
+    /// Removes white space (VqChar::IsSpace) at both ends: LeftTrim, then RightTrim.
+    VqString& Trim();
+    /// Removes white space at the start.
+    VqString& LeftTrim();
+    /// Removes white space at the end. The first character always stays, so that one of a text of nothing but white
+    /// space is left; Trim leaves none.
+    VqString& RightTrim();
+    /// Replaces every place from `start` on where Find with the default operation finds `from`. The search goes on
+    /// behind what was put in, so a `to` that contains `from` is not searched. Each place loses as many characters as
+    /// `from` has. An empty `from` is found nowhere. Both arguments are taken as they are at the call: either may be
+    /// this string. Where the result is too long, each replacement that passes the largest size is reported and cut.
+    VqString& ReplaceAll(const VqString& from, const VqString& to, unsigned short start = 0);
+    /// The same with one character each, of the default 8-bit code set; a zero `to` removes.
+    VqString& ReplaceAll(char from, char to, unsigned short start = 0);
+    /// The same with characters of the default 16-bit code set.
+    VqString& ReplaceAll(unsigned short from, unsigned short to, unsigned short start = 0);
+
+    // --- Parts
+
+    /// The `n` characters from `pos` on, or as many as there are, in this string's code set and language; -1 is all of
+    /// them, any other negative `n` counts as the unsigned number of its bits, which texts above 32767 characters need.
+    /// With `pos` at or behind the end the result is empty and in the default 8-bit code set and language.
+    VqString Copy(unsigned short pos, short n = -1) const;
+    /// The first `n` characters: Copy from 0.
+    VqString Left(unsigned short n) const;
+    /// The last `n` characters; none are a Copy from the end.
+    VqString Right(unsigned short n) const;
+    /// One empty string for all, in the native code set and the neutral language.
+    static const VqString& EmptyString();
+
+    // --- Search
+    //
+    // Results are the position of the first match at or after `start`, or -1. A position above 32767 comes out
+    // negative: convert to unsigned short, where only 65535 is none.
+
+    /// Searches by VqStrCmp of the text from each position with `pattern`. With VqCmp_Exact in `op`, and with
+    /// VqCmp_Default, the pattern is taken as it is and compared over its own length. Any other `op` reads the pattern
+    /// as if it ended in '*': the text has to begin with what matches it, wildcards included. VqCmp_Default is the
+    /// class-wide operation, whose own bits do not change how the pattern is taken. Nothing is found in or by a string
+    /// without a buffer, nor where fewer bytes are left than the pattern has.
+    short Find(const VqString& pattern, unsigned short start = 0, unsigned short op = VqCmp_Default) const;
+    /// The same with one character of the default 8-bit code set; a zero character is found nowhere.
+    short Find(char c, unsigned short start = 0, unsigned short op = VqCmp_Default) const;
+    /// The same with one character of the default 16-bit code set.
+    short Find(unsigned short c, unsigned short start = 0, unsigned short op = VqCmp_Default) const;
+    /// Find from the start.
+    short SubStringPos(const VqString& pattern, unsigned short op = VqCmp_Default) const;
+
+    /// Makes VqStrCmp read characters with the first collation order of `c` as any run of characters ('*' at start), as
+    /// any one character ('?' at start), or as a mark that takes the next one literally (none at start). A zero
+    /// character sets what was there at start. Texts in the native code set always use '*' and '?'. For all strings and
+    /// threads.
+    static void SetAsterisk(const VqChar& c);
+    static void SetQuestion(const VqChar& c);
+    static void SetEscape(const VqChar& c);
 
     // --- Access
 
@@ -243,6 +306,9 @@ class VQTM_API VqString {
     template <class T>
     void AssignNumber(T value);
     VqString& FillFrom(unsigned short position, unsigned short n, const VqString& character);
+    void CutChars(std::size_t position, std::size_t n);
+    bool ReplaceAt(const std::uint16_t* places, std::size_t count, std::size_t fromLength, const VqString& to);
+    void ReplaceOneByOne(const VqString& from, const VqString& to, std::size_t start);
     unsigned CharSize() const;
 
     char* buffer_ = nullptr;
@@ -256,6 +322,12 @@ VQTM_API VqString operator+(const VqString& a, const VqString& b);
 /// The same; a plain text is in the default 8-bit code set.
 VQTM_API VqString operator+(const VqString& a, const char* b);
 VQTM_API VqString operator+(const char* a, const VqString& b);
+
+/// Takes the next item of a separated list: the text from position `pos` up to the next `separator` (Find with the
+/// default operation) or the end goes to `item` without white space at its ends, and `pos` moves to the character
+/// behind the separator's first. A separator at the very start of the list is skipped. Returns VqStatus_Ok, or
+/// VqStatus_NoMoreItems with `item` unchanged.
+VQTM_API short VqSplitList(VqString& list, VqString& item, const VqString& separator, unsigned short& pos);
 
 // --- Rows of the descriptor table: disk form (see docs/formats.md)
 

@@ -1,0 +1,129 @@
+// Searching, replacing and splitting.
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+
+#include "collationkey.h"
+#include "stringiterator.h"
+#include "textsearch.h"
+#include "textunit.h"
+#include "vqstring.h"
+
+// --- Search
+
+short VqString::Find(const VqString& pattern, unsigned short start, unsigned short op) const {
+    return static_cast<short>(vq::TextSearch(*this, pattern, op).Find(start));
+}
+
+short VqString::Find(char c, unsigned short start, unsigned short op) const { return Find(VqString(c), start, op); }
+
+short VqString::Find(unsigned short c, unsigned short start, unsigned short op) const {
+    return Find(VqString(c), start, op);
+}
+
+short VqString::SubStringPos(const VqString& pattern, unsigned short op) const { return Find(pattern, 0, op); }
+
+// --- Replacing
+
+VqString& VqString::ReplaceAll(const VqString& from, const VqString& to, unsigned short start) {
+    if (&from == this || &to == this) return ReplaceAll(VqString(from), VqString(to), start);
+    const std::size_t fromLength = from.Len();
+    if (fromLength == 0) return *this;
+
+    std::vector<std::uint16_t> places;
+    vq::TextSearch search(*this, from, VqCmp_Default);
+    for (std::size_t place = search.Find(start); place != vq::NotFound; place = search.Find(place + fromLength)) {
+        places.push_back(static_cast<std::uint16_t>(place));
+    }
+    if (!places.empty() && !ReplaceAt(places.data(), places.size(), fromLength, to)) ReplaceOneByOne(from, to, start);
+    return *this;
+}
+
+// Puts `to` in place of up to `fromLength` characters at each of the ascending places. False, with nothing done, when
+// the result is too long.
+bool VqString::ReplaceAt(const std::uint16_t* places, std::size_t count, std::size_t fromLength, const VqString& to) {
+    const std::size_t z = CharSize(), length = Len();
+    const std::size_t cutAtEnd = std::min(fromLength, length - places[count - 1]);
+    const std::size_t kept = length - (count - 1) * fromLength - cutAtEnd;
+    const std::size_t size = (kept + count * to.Len() + 1) * z;
+    if (size > MaxSize) return false;
+
+    VqString inserted(codeSet_, language_);
+    inserted += to;
+    const std::size_t insertedBytes = inserted.Len() * z;
+    std::unique_ptr<char[]> buffer(new char[size]);
+    char* out = buffer.get();
+    const auto append = [&out](const char* bytes, std::size_t n) {
+        std::memcpy(out, bytes, n);
+        out += n;
+    };
+    const char* from = buffer_;
+    for (std::size_t i = 0; i < count; ++i) {
+        const char* const place = buffer_ + places[i] * z;
+        append(from, static_cast<std::size_t>(place - from));
+        append(inserted.StrGet(), insertedBytes);
+        from = place + fromLength * z;
+    }
+    if (const char* const end = buffer_ + length * z; from < end) append(from, static_cast<std::size_t>(end - from));
+    std::memset(out, 0, z);
+
+    delete[] buffer_;
+    buffer_ = buffer.release();
+    size_ = static_cast<std::uint16_t>(size);
+    return true;
+}
+
+// What does not fit is reported and cut at each place, so that later places may be gone.
+void VqString::ReplaceOneByOne(const VqString& from, const VqString& to, std::size_t start) {
+    const std::size_t fromLength = from.Len(), toLength = to.Len();
+    while (start <= Len()) {
+        const std::size_t place = vq::TextSearch(*this, from, VqCmp_Default).Find(start);
+        if (place == vq::NotFound) return;
+        CutChars(place, fromLength);
+        Insert(to, static_cast<unsigned short>(place));
+        start = place + toLength;
+    }
+}
+
+VqString& VqString::ReplaceAll(char from, char to, unsigned short start) {
+    return ReplaceAll(VqString(from), VqString(to), start);
+}
+
+VqString& VqString::ReplaceAll(unsigned short from, unsigned short to, unsigned short start) {
+    return ReplaceAll(VqString(from), VqString(to), start);
+}
+
+// --- Wildcards
+
+namespace {
+
+unsigned short FirstOrder(const VqChar& c) {
+    char text[4] = {};
+    vq::StoreChar(text, vq::CharSizeOf(c.GetCodeSet()), c.GetCode());
+    return VqStringIterator(c.GetCodeSet(), c.GetLanguage(), text).GetNextOrder(0);
+}
+
+}  // namespace
+
+void VqString::SetAsterisk(const VqChar& c) { vq::SetAsteriskOrder(FirstOrder(c)); }
+
+void VqString::SetQuestion(const VqChar& c) { vq::SetQuestionOrder(FirstOrder(c)); }
+
+void VqString::SetEscape(const VqChar& c) { vq::SetEscapeOrder(FirstOrder(c)); }
+
+// --- Lists
+
+short VqSplitList(VqString& list, VqString& item, const VqString& separator, unsigned short& pos) {
+    short found = list.Find(separator, pos);
+    while (found == 0) found = list.Find(separator, ++pos);
+    unsigned short end = static_cast<unsigned short>(found);
+    if (found == -1) {
+        end = list.Len();
+        if (end <= pos) return VqStatus_NoMoreItems;
+    }
+    item = list.Copy(pos, static_cast<short>(end - pos));
+    item.Trim();
+    pos = static_cast<unsigned short>(end + 1);
+    return VqStatus_Ok;
+}

@@ -1,0 +1,226 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <random>
+
+#include "../src/bytesearch.h"
+#include "searchreference.h"
+#include "testsupport.h"
+#include "vqchar.h"
+#include "vqlanguagecontext.h"
+
+using namespace vqtest;
+
+namespace {
+
+// Every class-wide setting that a search reads is put back.
+class StringSearch : public testing::Test {
+  protected:
+    ~StringSearch() override {
+        VqString::SetDefaultCmpOp(VqCmp_Exact);
+        const VqChar none(0, 1, 0);
+        VqString::SetAsterisk(none);
+        VqString::SetQuestion(none);
+        VqString::SetEscape(none);
+    }
+};
+
+TEST_F(StringSearch, FindsByTheRulesOfTheOperation) {
+    const unsigned short both = VqCmp_IgnoreCase | VqCmp_IgnoreAccents;
+    const struct {
+        const char *text, *pattern;
+        unsigned short start, op;
+        int place;
+    } cases[] = {
+        {"abcabc", "bc", 0, VqCmp_Default, 1},
+        {"abcabc", "bc", 2, VqCmp_Default, 4},
+        {"abcabc", "bc", 5, VqCmp_Default, -1},
+        {"abcabc", "abcabcd", 0, VqCmp_Default, -1},
+        {"abc", "c", 4, VqCmp_Default, -1},
+        {"Caf\xE9 CAFE", "cafe", 0, VqCmp_Exact, -1},
+        {"Caf\xE9 CAFE", "cafe", 0, VqCmp_Exact | VqCmp_IgnoreCase, 5},
+        {"Caf\xE9 CAFE", "cafe", 0, VqCmp_Exact | VqCmp_IgnoreAccents, -1},
+        {"Caf\xE9 cafe", "caf\xE9", 1, VqCmp_Exact | VqCmp_IgnoreAccents, 5},
+        {"Caf\xE9 CAFE", "cafe", 0, both | VqCmp_Exact, 0},
+        {"Stra\xDF"
+         "e",
+         "strasse", 0, both, -1},  // two bytes fewer than the pattern has
+        {"Stra\xDF"
+         "e am See",
+         "strasse", 0, both, 0},
+        {"Stra\xDF"
+         "e am See",
+         "strasse", 0, both | VqCmp_Exact, -1},  // seven characters of each
+        {"what if?", "f?", 0, VqCmp_Default, 6},
+        {"what if?", "?i", 0, VqCmp_IgnoreCase, 4},
+        {"what if?", "?i", 0, VqCmp_Exact, -1},
+        {"one two", "o*t", 0, 0, 0},
+        {"a*b ab", "*b", 0, VqCmp_Exact, 1},
+    };
+    for (const auto& c : cases) {
+        for (const unsigned char codeSet : std::initializer_list<unsigned char>{1, 2, 253}) {
+            VqString text = In(1, c.text), pattern = In(1, c.pattern);
+            text.MapToCodeSet(codeSet);
+            pattern.MapToCodeSet(codeSet);
+            EXPECT_EQ(text.Find(pattern, c.start, c.op), c.place) << c.text << " / " << c.pattern;
+            EXPECT_EQ(FindSlowly(text, pattern, c.start, c.op), c.place) << c.text << " / " << c.pattern;
+        }
+    }
+    EXPECT_EQ(VqString("abc").Find('c'), 2);
+    EXPECT_EQ(Wide(u"a\u20AC").Find(static_cast<unsigned short>(0x20AC)), 1);
+    EXPECT_EQ(VqString("abc").Find('\0'), -1);
+    EXPECT_EQ(VqString("abcabc").SubStringPos("ca"), 2);
+    EXPECT_EQ(VqString().SubStringPos("a"), -1);
+}
+
+TEST_F(StringSearch, PlacesBehindTheRangeOfShortAreReadUnsigned) {
+    const VqString text((std::string(65000, 'x') + "needle").c_str());
+    EXPECT_EQ(static_cast<unsigned short>(text.Find("needle")), 65000);
+    VqString native = text;
+    native.SetCodeSetCode(0);
+    VqString pattern("needle");
+    pattern.SetCodeSetCode(0);
+    EXPECT_EQ(static_cast<unsigned short>(native.Find(pattern)), 65000);
+}
+
+// --- Against the slow way
+
+constexpr unsigned char codeSets[] = {0, 0, 1, 1, 2, 6, 7, 12, 253, 253, 225};
+constexpr unsigned char languages[] = {0, 1, 2, 8, 10, 14, 16, 17, 18, 20};
+constexpr unsigned short operations[] = {
+    VqCmp_Default, VqCmp_Default, VqCmp_Exact,   VqCmp_Exact | VqCmp_IgnoreCase, 0x50, 0x70,  0, VqCmp_IgnoreCase,
+    0x40,          0x60,          VqCmp_KeyOnly, VqCmp_KeyOnly | VqCmp_Exact,    0xE0, 0x270,
+};
+
+// Letters that contract, expand and differ by little, in Unicode.
+constexpr char16_t letters[] =
+    u"aabbAB\u00E1\u00E0\u00E4ccchhszzdzlyss\u00DF\u00E6oe\u0153SSn\u00F1  **??%\\123\u0430\u0410\u0436\u4E00\u4E01";
+
+template <class T, std::size_t n>
+T Pick(const T (&from)[n], std::mt19937& random) {
+    return from[random() % n];
+}
+
+class SearchMaker {
+  public:
+    explicit SearchMaker(unsigned seed) : random_(seed) {}
+
+    VqString Text(std::size_t most) {
+        VqString text = Wide(Units(random_() % (most + 1)));
+        Relabel(text, Pick(codeSets, random_), Pick(languages, random_));
+        return text;
+    }
+    // Mostly a changed piece of the text, in its code set and language.
+    VqString Pattern(const VqString& text) {
+        if (random_() % 16 == 0) return Text(6);
+        VqString pattern =
+            text.Copy(static_cast<unsigned short>(random_() % (text.Len() + 1u)), static_cast<short>(random_() % 6));
+        if (random_() % 3 == 0) {
+            VqString extra = Wide(Units(1));
+            pattern.Replace(extra, static_cast<unsigned short>(random_() % 4));
+        }
+        for (int i = 0; i < pattern.Len(); ++i) {
+            if (random_() % 4 == 0) pattern[i] = pattern[i].ToUpper();
+        }
+        if (random_() % 8 == 0) Relabel(pattern, Pick(codeSets, random_), text.GetLanguage());
+        if (random_() % 8 == 0) pattern.SetLanguage(Pick(languages, random_));
+        if (random_() % 64 == 0) pattern.SetLanguage(VqNullMark);
+        return pattern;
+    }
+    void Settings() {
+        VqString::SetDefaultCmpOp(random_() % 2 ? unsigned{VqCmp_Exact} : Pick(operations, random_));
+        const auto maybe = [this](char other) { return VqChar(random_() % 4 ? 0 : other, 1, 0); };
+        VqString::SetAsterisk(maybe(Pick("*?%ab", random_)));
+        VqString::SetQuestion(maybe(Pick("*?%ab", random_)));
+        VqString::SetEscape(maybe('\\'));
+    }
+    unsigned Below(unsigned n) { return static_cast<unsigned>(random_() % n); }
+    unsigned short Operation() { return Pick(operations, random_); }
+
+  private:
+    std::u16string Units(std::size_t n) {
+        std::u16string units;
+        const unsigned spread = random_() % 2 ? 6 : static_cast<unsigned>(std::size(letters) - 1);
+        const unsigned from = Below(static_cast<unsigned>(std::size(letters)) - spread);
+        while (units.size() < n) units += letters[from + random_() % spread];
+        for (char16_t& unit : units) unit = unit != 0 ? unit : u'a';
+        return units;
+    }
+    static void Relabel(VqString& s, unsigned char codeSet, unsigned char language) {
+        s.SetLanguage(language);
+        if (codeSet == 0) {
+            s.MapToCodeSet(1);
+            s.SetCodeSetCode(0);
+        } else {
+            s.MapToCodeSet(codeSet);
+        }
+    }
+
+    std::mt19937 random_;
+};
+
+std::string Describe(const VqString& s) {
+    return Hex(s.StrGet(), s.GetSize()) + " in " + std::to_string(s.GetCodeSet()) + "/" +
+           std::to_string(s.GetLanguage());
+}
+
+TEST_F(StringSearch, FindsWhatTheSlowWayFinds) {
+    SearchMaker maker(2202);
+    int found = 0;
+    for (int round = 0; round < 60000; ++round) {
+        if (round % 16 == 0) maker.Settings();
+        const VqString text = maker.Text(round % 64 == 0 ? 300 : 24), pattern = maker.Pattern(text);
+        const auto start = static_cast<unsigned short>(maker.Below(4) ? 0 : maker.Below(text.Len() + 3u));
+        const unsigned short op = maker.Operation();
+        const short expected = FindSlowly(text, pattern, start, op);
+        ASSERT_EQ(text.Find(pattern, start, op), expected)
+            << Describe(text) << "\n"
+            << Describe(pattern) << "\nfrom " << start << ", op " << op << ", default " << VqString::GetDefaultCmpOp();
+        found += expected != -1;
+    }
+    EXPECT_GT(found, 15000);
+}
+
+TEST_F(StringSearch, ReplacesWhatTheSlowWayReplaces) {
+    SearchMaker maker(2203);
+    int replaced = 0;
+    for (int round = 0; round < 20000; ++round) {
+        if (round % 16 == 0) maker.Settings();
+        VqString text = maker.Text(60), slow = text;
+        const VqString before = text, from = maker.Pattern(text), to = maker.Pattern(text);
+        const auto start = static_cast<unsigned short>(maker.Below(3) ? 0 : maker.Below(text.Len() + 3u));
+        if (from.Len() != 0) ReplaceSlowly(slow, from, to, start);
+        text.ReplaceAll(from, to, start);
+        ASSERT_EQ(Describe(text), Describe(slow)) << Describe(before) << "\n" << Describe(from) << "\n" << Describe(to);
+        replaced += Describe(text) != Describe(before);
+    }
+    EXPECT_GT(replaced, 4000);
+}
+
+// --- Bytes
+
+TEST(ByteSearch, KernelsAgreeWithThePlainLoop) {
+    std::mt19937 random(64);
+    for (const vq::ByteKernel& kernel : vq::ByteKernels) {
+        if (!kernel.supported()) continue;
+        for (int round = 0; round < 20000; ++round) {
+            // Exact sizes, so that a sanitizer sees any read outside.
+            const std::size_t length = 2 + random() % 120,
+                              wanted = 2 + random() % std::min<std::size_t>(length - 1, 20);
+            std::vector<unsigned char> text(length);
+            for (unsigned char& byte : text) byte = random() % 8 ? 'a' : 0xFE;
+            std::vector<unsigned char> pattern(text.end() - static_cast<std::ptrdiff_t>(wanted), text.end());
+            if (random() % 2) pattern[random() % wanted] ^= 0x9F;
+            const vq::BytePattern prepared{pattern.data(), wanted, 1 + random() % (wanted - 1)};
+            const std::size_t end = length - wanted + 1, start = random() % end;
+            std::size_t expected = start;
+            while (expected < end && std::memcmp(&text[expected], pattern.data(), wanted) != 0) ++expected;
+            vq::ComparisonBudget budget(100000);
+            const vq::ByteHit hit = kernel.find(text.data(), start, end, prepared, budget);
+            ASSERT_EQ(hit.place, expected) << kernel.name;
+            ASSERT_EQ(hit.found, expected < end) << kernel.name;
+        }
+    }
+}
+
+}  // namespace
