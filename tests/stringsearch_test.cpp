@@ -101,6 +101,17 @@ T Pick(const T (&from)[n], std::mt19937& random) {
     return from[random() % n];
 }
 
+// Maps a text into a code set, 0 included, and gives it a language.
+void Relabel(VqString& s, unsigned char codeSet, unsigned char language) {
+    s.SetLanguage(language);
+    if (codeSet == 0) {
+        s.MapToCodeSet(1);
+        s.SetCodeSetCode(0);
+    } else {
+        s.MapToCodeSet(codeSet);
+    }
+}
+
 class SearchMaker {
   public:
     explicit SearchMaker(unsigned seed) : random_(seed) {}
@@ -146,16 +157,6 @@ class SearchMaker {
         for (char16_t& unit : units) unit = unit != 0 ? unit : u'a';
         return units;
     }
-    static void Relabel(VqString& s, unsigned char codeSet, unsigned char language) {
-        s.SetLanguage(language);
-        if (codeSet == 0) {
-            s.MapToCodeSet(1);
-            s.SetCodeSetCode(0);
-        } else {
-            s.MapToCodeSet(codeSet);
-        }
-    }
-
     std::mt19937 random_;
 };
 
@@ -195,6 +196,28 @@ TEST_F(StringSearch, ReplacesWhatTheSlowWayReplaces) {
         replaced += Describe(text) != Describe(before);
     }
     EXPECT_GT(replaced, 4000);
+}
+
+// Texts in which many places fit for long.
+TEST_F(StringSearch, StaysExactWhereManyPlacesFitForLong) {
+    std::mt19937 random(1977);
+    for (int round = 0; round < 120; ++round) {
+        std::string units(2000 + random() % 1000, 'a');
+        const unsigned rare = 1 + static_cast<unsigned>(random() % 60);
+        for (char& unit : units) {
+            if (random() % rare == 0) unit = random() % 4 ? 'b' : 'A';
+            if (random() % 400 == 0) unit = '\xDF';
+        }
+        std::string wanted = units.substr(random() % 1900, 20 + random() % 80);
+        if (random() % 2) wanted.back() ^= 1;
+        if (random() % 2) wanted.insert(random() % 20, round % 3 == 0 ? "ss" : "b");
+        const unsigned char codeSet = Pick(codeSets, random);
+        VqString text = In(1, units), pattern = In(1, wanted);
+        Relabel(text, codeSet, 2);
+        Relabel(pattern, codeSet, 2);
+        const unsigned short op = Pick(operations, random);
+        ASSERT_EQ(text.Find(pattern, 0, op), FindSlowly(text, pattern, 0, op)) << Describe(pattern) << " op " << op;
+    }
 }
 
 // --- Bytes
