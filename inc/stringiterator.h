@@ -8,6 +8,7 @@
 #include "vqchar.h"
 #include "vqdefs.h"
 
+class VqCharOperation;
 class VqCodeSet;
 class VqString;
 
@@ -19,6 +20,10 @@ class VQTM_API VqStringIterator {
     /// Stands on the first character of `text`; null stands for an empty text. `order` is the byte order of 2-byte
     /// characters: 2 for high byte first, any other for the machine's own.
     VqStringIterator(unsigned char codeSet, unsigned char language, const void* text, unsigned char order = 255);
+
+    /// Stands at the start of `buffer`, `size` bytes that Put can write, and makes it an empty text. A null or too
+    /// short buffer takes no character.
+    static VqStringIterator ForWriting(unsigned char codeSet, unsigned char language, void* buffer, unsigned long size);
 
     /// True on the zero character at the end.
     bool IsEnd() const { return GetCode() == 0; }
@@ -46,6 +51,14 @@ class VQTM_API VqStringIterator {
     /// The collation class byte that the code set gives the language.
     unsigned char GetCollationClass() const { return collationClass_; }
 
+    /// Writes `code` and a zero character behind it, and moves on to that. False, and nothing changes, for a zero code,
+    /// where the buffer has no room for both, and when the iterator is not one for writing.
+    bool Put(unsigned short code);
+    /// Applies `op` to each character from this one to the end, and writes what it gives to `target`, mapped into
+    /// target's code set. Stops where `target` has no more room: then false, and the iterator stands on the character
+    /// whose result was cut.
+    bool Transform(VqStringIterator& target, VqCharOperation& op);
+
     /// The text's code set as given; 0 is the native one.
     unsigned char GetCodeSet() const { return codeSet_; }
     /// The text's language.
@@ -62,6 +75,7 @@ class VQTM_API VqStringIterator {
     const unsigned char* start_;
     const unsigned char* current_;
     const VqCodeSet* set_;
+    unsigned char* end_ = nullptr;        // of the buffer to write; null when reading
     unsigned long limit_ = ~0UL;          // in characters
     std::uint16_t pendingOrder_ = 0;      // second order of the current characters, while their first is used up
     std::uint8_t pendingCharacters_ = 0;  // how many these are

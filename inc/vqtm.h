@@ -20,6 +20,7 @@
 // The internationalisation library
 #include "vqcase.h"
 #include "vqcodeset.h"
+#include "vqcollation.h"
 #include "vqi18ndefs.h"
 #include "vqlanguagecontext.h"
 
@@ -27,6 +28,7 @@
 #include "_vqnulty.h"
 #include "blob.h"
 #include "boolean.h"
+#include "charoperation.h"
 #include "convert.h"
 #include "date.h"
 #include "datetime.h"

@@ -18,6 +18,25 @@ VqStringIterator::VqStringIterator(unsigned char codeSet, unsigned char language
       collationClass_(set_->GetCollationClass(language)),
       contractions_(set_->GetKeyTable(language).contractions) {}
 
+VqStringIterator VqStringIterator::ForWriting(unsigned char codeSet, unsigned char language, void* buffer,
+                                              unsigned long size) {
+    const unsigned charSize = vq::CharSizeOf(codeSet);
+    if (buffer == nullptr || size < charSize) return VqStringIterator(codeSet, language, nullptr);
+    vq::StoreChar(buffer, charSize, 0);
+    VqStringIterator writer(codeSet, language, buffer);
+    writer.end_ = static_cast<unsigned char*>(buffer) + size;
+    return writer;
+}
+
+bool VqStringIterator::Put(unsigned short code) {
+    if (code == 0 || end_ == nullptr || end_ - current_ < 2 * charSize_) return false;
+    unsigned char* const place = end_ - (end_ - current_);
+    vq::StoreChar(place, charSize_, code);
+    vq::StoreChar(place + charSize_, charSize_, 0);
+    ++*this;
+    return true;
+}
+
 unsigned short VqStringIterator::GetCode() const { return vq::LoadChar(current_, charSize_, order_); }
 
 VqStringIterator& VqStringIterator::operator++() {
