@@ -9,6 +9,7 @@ namespace {
 static_assert(VqCharOperation::MaxResult >= VqMaxCaseLength);
 
 constexpr unsigned short CapitalI = 'I';
+constexpr unsigned short CaseDistance = 'a' - 'A';
 constexpr unsigned short DotAbove = 0x307;
 constexpr unsigned short CapitalSigma = 0x3A3;
 constexpr unsigned short FinalSigma = 0x3C2;
@@ -56,28 +57,46 @@ bool HasAll(const VqCodeSet& set, const unsigned short* units, int count) {
     return true;
 }
 
+using SimpleMapping = unsigned short (VqCodeSet::*)(unsigned short code) const;
+
 // Writes the mapping in the character's code set. Where the set lacks a part of a longer one, the simple mapping
 // stands in for it; where it lacks that too, the character stays.
-int InSet(const Character& c, const unsigned short* units, int count, unsigned short simple, unsigned short* result) {
+int InSet(const Character& c, const unsigned short* units, int count, SimpleMapping simple, unsigned short* result) {
     const bool same = count == 1 && units[0] == c.unit;
     if (same || !HasAll(c.set, units, count)) {
-        result[0] = count > 1 ? simple : c.code;
+        result[0] = count > 1 ? (c.set.*simple)(c.code) : c.code;
         return 1;
     }
     for (int i = 0; i < count; ++i) result[i] = c.set.FromUnicode(units[i]);
     return count;
 }
 
+// The codes of ASCII are the same in every set, and only a dotless i makes a difference among them.
+bool IsPlain(unsigned short code, unsigned char language) { return code < 0x80 && !VqHasDotlessI(language); }
+
+int One(unsigned short code, unsigned short* result) {
+    result[0] = code;
+    return 1;
+}
+
 }  // namespace
 
 int VqUpperCaseOperation::Apply(const VqStringIterator& place, unsigned short result[MaxResult]) {
+    const unsigned short code = place.GetCode();
+    if (IsPlain(code, place.GetLanguage())) {
+        return One(static_cast<unsigned short>(code >= 'a' && code <= 'z' ? code - CaseDistance : code), result);
+    }
     const Character c(place);
     unsigned short units[VqMaxCaseLength];
     const int count = VqFullUpperCase(c.unit, place.GetLanguage(), units);
-    return InSet(c, units, count, c.set.ToUpper(c.code), result);
+    return InSet(c, units, count, &VqCodeSet::ToUpper, result);
 }
 
 int VqLowerCaseOperation::Apply(const VqStringIterator& place, unsigned short result[MaxResult]) {
+    const unsigned short code = place.GetCode();
+    if (IsPlain(code, place.GetLanguage())) {
+        return One(static_cast<unsigned short>(code >= 'A' && code <= 'Z' ? code + CaseDistance : code), result);
+    }
     const Character c(place);
     unsigned short units[VqMaxCaseLength];
     int count = VqFullLowerCase(c.unit, place.GetLanguage(), units);
@@ -86,5 +105,5 @@ int VqLowerCaseOperation::Apply(const VqStringIterator& place, unsigned short re
         if (c.unit == CapitalI && Behind(place, IsMark) == DotAbove) units[0] = 'i';
         if (c.unit == DotAbove && Before(place, IsMark) == CapitalI) count = 0;
     }
-    return InSet(c, units, count, c.set.ToLower(c.code), result);
+    return InSet(c, units, count, &VqCodeSet::ToLower, result);
 }

@@ -39,14 +39,6 @@ std::u16string Decoded(VqString s) {
     return Units(s);
 }
 
-std::u16string Upper(const std::u16string& text, unsigned char language = 0) {
-    return Units(Coded(253, text, language).ToUpper());
-}
-
-std::u16string Lower(const std::u16string& text, unsigned char language = 0) {
-    return Units(Coded(253, text, language).ToLower());
-}
-
 // --- Case
 
 TEST(CaseOperation, MapsInEveryCodeSetWhatThatSetHas) {
@@ -143,6 +135,14 @@ TEST(CaseOperation, AgreesWithTheSimpleMappingWhereOneCharacterStaysOne) {
 }
 
 #ifdef VQTM_HAVE_ICU
+
+std::u16string Upper(const std::u16string& text, unsigned char language = 0) {
+    return Units(Coded(253, text, language).ToUpper());
+}
+
+std::u16string Lower(const std::u16string& text, unsigned char language = 0) {
+    return Units(Coded(253, text, language).ToLower());
+}
 
 using IcuMapping = std::int32_t (*)(UChar*, std::int32_t, const UChar*, std::int32_t, const char*, UErrorCode*);
 
