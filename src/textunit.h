@@ -60,6 +60,28 @@ inline std::size_t TextLength(const void* text, unsigned charSize) {
     return n;
 }
 
+// True if one of the four units in `units` is zero.
+constexpr bool HasZeroUnit(std::uint64_t units) {
+    return ((units - 0x0001000100010001U) & ~units & 0x8000800080008000U) != 0;
+}
+
+// Characters before the zero character, or `most` when there is none among them. All of them can be read.
+inline std::size_t BoundedLength(const void* text, unsigned charSize, std::size_t most) {
+    if (most == 0) return 0;
+    const char* const bytes = static_cast<const char*>(text);
+    if (charSize == 1) {
+        const void* const end = std::memchr(bytes, 0, most);
+        return end != nullptr ? static_cast<std::size_t>(static_cast<const char*>(end) - bytes) : most;
+    }
+    std::size_t n = 0;
+    for (std::uint64_t units[2]; n + 8 <= most; n += 8) {
+        std::memcpy(units, bytes + 2 * n, sizeof units);
+        if (HasZeroUnit(units[0]) || HasZeroUnit(units[1])) break;
+    }
+    while (n < most && LoadUnit(bytes + 2 * n) != 0) ++n;
+    return n;
+}
+
 // The tables of a code set. A number that no set has reads as the native set or, with 2-byte characters, as Unicode.
 inline const VqCodeSet& CodeSetOf(unsigned char codeSet) {
     if (const VqCodeSet* set = VqLanguageContext::QueryCodeSet(codeSet)) return *set;

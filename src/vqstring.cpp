@@ -16,6 +16,8 @@ using vq::CharSizeOf;
 
 namespace {
 
+constexpr unsigned char UnicodeSet = 253;
+
 // Longest text of one number: "-" and 10 or 20 digits, or fifteen digits with sign, point and exponent.
 constexpr std::size_t NumberRoom = 32;
 
@@ -33,11 +35,18 @@ std::size_t LimitedSize(std::size_t wanted, unsigned charSize) {
     return VqString::MaxSize - VqString::MaxSize % charSize;
 }
 
-// Characters before the zero character, at most `most`.
-std::size_t BoundedLength(const char* text, unsigned charSize, std::size_t most) {
-    std::size_t length = 0;
-    while (length < most && vq::LoadChar(text + length * charSize, charSize) != 0) ++length;
-    return length;
+// Maps `n` characters of a text in the machine's order. Unicode is in the middle.
+void MapText(const char* text, const VqCodeSet& source, std::size_t n, const VqCodeSet& target, char* out) {
+    constexpr std::size_t Step = 256;
+    unsigned short units[Step];
+    while (n != 0) {
+        const std::size_t count = std::min(n, Step);
+        source.MapToUnicode(text, count, units);
+        target.MapFromUnicode(units, count, out);
+        text += count * static_cast<std::size_t>(source.GetCharSize());
+        out += count * static_cast<std::size_t>(target.GetCharSize());
+        n -= count;
+    }
 }
 
 // The first `length` characters of a text mapped into another code set, with a zero character behind.
@@ -46,10 +55,23 @@ std::unique_ptr<char[]> MapCodeSet(const char* text, unsigned char from, unsigne
     const unsigned sourceSize = CharSizeOf(from), targetSize = CharSizeOf(to);
     const VqCodeSet& source = vq::CodeSetOf(from);
     const VqCodeSet& target = vq::CodeSetOf(to);
-    auto mapped = std::make_unique<char[]>((length + 1) * targetSize);
-    for (std::size_t i = 0; i < length; ++i) {
-        const unsigned short code = vq::LoadChar(text + i * sourceSize, sourceSize, order);
-        vq::StoreChar(mapped.get() + i * targetSize, targetSize, vq::MapCode(code, source, target));
+    std::unique_ptr<char[]> mapped(new char[(length + 1) * targetSize]);
+    std::memset(mapped.get() + length * targetSize, 0, targetSize);
+    std::unique_ptr<char[]> swapped;
+    if (sourceSize == 2 && order == vq::OrderHighFirst) {
+        swapped.reset(new char[2 * length + 1]);
+        ShortStore(swapped.get(), text, VqFormat_BigEndian, static_cast<unsigned long>(length));
+        text = swapped.get();
+    }
+    if (length == 0) return mapped;
+    if (&source == &target) {
+        std::memcpy(mapped.get(), text, length * targetSize);
+    } else if (target.GetCode() == UnicodeSet) {
+        source.MapToUnicode(text, length, mapped.get());
+    } else if (source.GetCode() == UnicodeSet) {
+        target.MapFromUnicode(text, length, mapped.get());
+    } else {
+        MapText(text, source, length, target, mapped.get());
     }
     return mapped;
 }
@@ -114,7 +136,7 @@ void VqString::SpliceChars(const Splice& splice) {
     if ((splice.codeSet != 0 && splice.codeSet != codeSet_) || CharSizeOf(splice.codeSet) != z) {
         const unsigned sourceSize = CharSizeOf(splice.codeSet);
         source += start * sourceSize;
-        count = BoundedLength(source, sourceSize, count);
+        count = vq::BoundedLength(source, sourceSize, count);
         mapped = MapCodeSet(source, splice.codeSet, codeSet_, count, order);
         source = mapped.get();
         start = 0;
@@ -206,7 +228,9 @@ VqString::VqString(unsigned char codeSet, unsigned char language) : codeSet_(cod
 
 VqString::VqString(const VqString& other) : codeSet_(other.codeSet_), language_(other.language_) {
     const unsigned z = CharSize();
-    if (other.buffer_ != nullptr) ConstructSame(other.buffer_, vq::TextLength(other.buffer_, z) * z, z);
+    if (other.buffer_ != nullptr) {
+        ConstructSame(other.buffer_, vq::BoundedLength(other.buffer_, z, other.size_ / z) * z, z);
+    }
 }
 
 VqString::VqString(VqString&& other) noexcept { Destruct(other); }
@@ -334,7 +358,8 @@ unsigned VqString::CharSize() const { return CharSizeOf(codeSet_); }
 
 unsigned short VqString::Len() const {
     if (buffer_ == nullptr) return 0;
-    return static_cast<unsigned short>(vq::TextLength(buffer_, CharSize()));
+    const unsigned z = CharSize();
+    return static_cast<unsigned short>(vq::BoundedLength(buffer_, z, size_ / z));
 }
 
 bool VqString::IsEmpty() const { return buffer_ == nullptr || vq::LoadChar(buffer_, CharSize()) == 0; }
@@ -414,7 +439,9 @@ void VqString::TakeMapped(const VqString& src, unsigned char codeSet, unsigned s
     std::size_t size = 0;
     if (src.buffer_ != nullptr) {
         const unsigned z = CharSizeOf(codeSet);
-        size = LimitedSize((BoundedLength(src.buffer_, src.CharSize(), most) + 1) * z, z);
+        const unsigned sourceSize = src.CharSize();
+        const std::size_t readable = std::min<std::size_t>(most, src.size_ / sourceSize);
+        size = LimitedSize((vq::BoundedLength(src.buffer_, sourceSize, readable) + 1) * z, z);
         mapped = MapCodeSet(src.buffer_, src.codeSet_, codeSet, size / z - 1, 1);
     }
     delete[] buffer_;

@@ -7,6 +7,7 @@
 #ifndef VQCODESET_H
 #define VQCODESET_H
 
+#include <cstddef>
 #include <cstdint>
 
 #include "vqi18ndefs.h"
@@ -84,6 +85,12 @@ class VQI18N_API VqCodeSet {
     /// or two, the second 0 where there is one. Returns 0 when the first code stands by itself.
     virtual int GetContraction(const unsigned short codes[VqMaxContraction], unsigned char language,
                                unsigned short orders[2]) const = 0;
+
+    /// ToUnicode for a whole text: the units of the `n` characters at `text`. Characters of 2 bytes and units lie in the
+    /// machine's order at any address; the two areas do not overlap.
+    virtual void MapToUnicode(const void* text, std::size_t n, void* units) const = 0;
+    /// FromUnicode for a whole text: the codes of the `n` units at `units`, in the set's character size.
+    virtual void MapFromUnicode(const void* units, std::size_t n, void* text) const = 0;
 
   protected:
     ~VqCodeSet() = default;

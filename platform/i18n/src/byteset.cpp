@@ -1,9 +1,11 @@
 #include "byteset.h"
 
+#include <algorithm>
 #include <iterator>
 
 #include "keytable.h"
 #include "languages.h"
+#include "unittext.h"
 
 namespace vq {
 namespace {
@@ -23,6 +25,17 @@ constexpr bool NumberedFromOne() {
     return true;
 }
 static_assert(NumberedFromOne());
+
+// Texts are mapped with this in mind.
+constexpr bool AreAsciiBelow128() {
+    for (const ByteSetData& set : byteSetData) {
+        for (unsigned i = 0; i < 128; ++i) {
+            if (set.characters[i].unit != i || codePages[set.codePages[0]][i] != i) return false;
+        }
+    }
+    return true;
+}
+static_assert(AreAsciiBelow128());
 
 constexpr std::array<std::int32_t, 256> KeysOf(const ByteOrders& orders, unsigned char collationClass) {
     std::array<std::int32_t, 256> keys{};
@@ -60,6 +73,32 @@ std::uint8_t ByteCodeSet::CodeOf(unsigned short unit) const {
 unsigned short ByteCodeSet::FromUnicode(unsigned short unit) const {
     const std::uint8_t code = CodeOf(unit);
     return code != 0 || unit == 0 ? code : '?';
+}
+
+void ByteCodeSet::MapToUnicode(const void* text, std::size_t n, void* units) const {
+    const auto* const codes = static_cast<const unsigned char*>(text);
+    const ByteCharacter* const characters = data_.characters;
+    std::size_t i = 0;
+    for (std::size_t end; i < n; i = end) {
+        end = std::min(i + AsciiStep, n);
+        if (end - i == AsciiStep && WidenAscii(codes + i, units, i)) continue;
+        for (std::size_t k = i; k < end; ++k) SetUnitAt(units, k, characters[codes[k]].unit);
+    }
+}
+
+void ByteCodeSet::MapFromUnicode(const void* units, std::size_t n, void* text) const {
+    auto* const codes = static_cast<unsigned char*>(text);
+    const std::uint8_t* const firstPage = codePages[data_.codePages[0]];
+    std::size_t i = 0;
+    for (std::size_t end; i < n; i = end) {
+        end = std::min(i + AsciiStep, n);
+        if (end - i == AsciiStep && NarrowAscii(units, i, codes + i)) continue;
+        for (std::size_t k = i; k < end; ++k) {
+            const std::uint16_t unit = UnitAt(units, k);
+            const std::uint8_t code = unit < 256 ? firstPage[unit] : CodeOf(unit);
+            codes[k] = code != 0 || unit == 0 ? code : std::uint8_t{'?'};
+        }
+    }
 }
 
 bool ByteCodeSet::HasUnicode(unsigned short unit) const { return unit == 0 || CodeOf(unit) != 0; }

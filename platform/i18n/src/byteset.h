@@ -25,6 +25,8 @@ class ByteCodeSet final : public VqCodeSet {
     VqKeyTable GetKeyTable(unsigned char language) const override;
     int GetContraction(const unsigned short codes[VqMaxContraction], unsigned char language,
                        unsigned short orders[2]) const override;
+    void MapToUnicode(const void* text, std::size_t n, void* units) const override;
+    void MapFromUnicode(const void* units, std::size_t n, void* text) const override;
 
   private:
     std::uint8_t CodeOf(unsigned short unit) const;

@@ -1,6 +1,7 @@
 #include "unicodeset.h"
 
 #include <algorithm>
+#include <cstring>
 #include <iterator>
 
 #include "keytable.h"
@@ -75,6 +76,14 @@ constexpr auto latinKeys = []<std::size_t... Place>(std::index_sequence<Place...
 }  // namespace
 
 constinit const UnicodeCodeSet unicodeCodeSet;
+
+void UnicodeCodeSet::MapToUnicode(const void* text, std::size_t n, void* units) const {
+    if (n != 0) std::memcpy(units, text, 2 * n);
+}
+
+void UnicodeCodeSet::MapFromUnicode(const void* units, std::size_t n, void* text) const {
+    if (n != 0) std::memcpy(text, units, 2 * n);
+}
 
 unsigned char UnicodeCodeSet::GetCollationClass(unsigned char language) const { return CollationClass(language); }
 

@@ -22,6 +22,8 @@ class UnicodeCodeSet final : public VqCodeSet {
     VqKeyTable GetKeyTable(unsigned char language) const override;
     int GetContraction(const unsigned short codes[VqMaxContraction], unsigned char language,
                        unsigned short orders[2]) const override;
+    void MapToUnicode(const void* text, std::size_t n, void* units) const override;
+    void MapFromUnicode(const void* units, std::size_t n, void* text) const override;
 };
 
 extern const UnicodeCodeSet unicodeCodeSet;

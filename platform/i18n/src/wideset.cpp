@@ -1,6 +1,7 @@
 #include "wideset.h"
 
 #include "unicodeset.h"
+#include "unittext.h"
 
 namespace vq {
 namespace {
@@ -35,6 +36,14 @@ unsigned short WideCodeSet::ToUnicode(unsigned short code) const {
 unsigned short WideCodeSet::FromUnicode(unsigned short unit) const {
     const unsigned short code = data_.codes[unit];
     return code != 0 || unit == 0 ? code : '?';
+}
+
+void WideCodeSet::MapToUnicode(const void* text, std::size_t n, void* units) const {
+    for (std::size_t i = 0; i < n; ++i) SetUnitAt(units, i, ToUnicode(UnitAt(text, i)));
+}
+
+void WideCodeSet::MapFromUnicode(const void* units, std::size_t n, void* text) const {
+    for (std::size_t i = 0; i < n; ++i) SetUnitAt(text, i, FromUnicode(UnitAt(units, i)));
 }
 
 unsigned short WideCodeSet::GetClass(unsigned short code) const {

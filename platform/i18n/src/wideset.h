@@ -52,6 +52,8 @@ class WideCodeSet final : public VqCodeSet {
     VqKeyTable GetKeyTable(unsigned char language) const override;
     int GetContraction(const unsigned short codes[VqMaxContraction], unsigned char language,
                        unsigned short orders[2]) const override;
+    void MapToUnicode(const void* text, std::size_t n, void* units) const override;
+    void MapFromUnicode(const void* units, std::size_t n, void* text) const override;
 
   private:
     bool IsCharacter(unsigned short code) const { return code == 0 || data_.units[code] != 0; }
