@@ -35,10 +35,12 @@
 #include "library.h"
 #include "multibyte.h"
 #include "objid.h"
+#include "order.h"
 #include "ref.h"
 #include "seal.h"
 #include "stddate.h"
 #include "strcompare.h"
+#include "strhash.h"
 #include "stringiterator.h"
 #include "textform.h"
 #include "vqchar.h"
@@ -50,5 +52,6 @@
 #include "vqstring.h"
 #include "vqtypcmp.h"
 #include "vqtypes.h"
+#include "vqtyphash.h"
 
 #endif

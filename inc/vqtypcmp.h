@@ -56,6 +56,14 @@ VQTM_COMPARE_FUNCTION(StringCompare)
 /// The same for the legacy string row: a record may lack its last one or two bytes.
 VQTM_COMPARE_FUNCTION(LegacyStringCompare)
 
+// 8-bit strings by their weights and flags (VqIString::Compare, VqCaseIString::Compare), the whole texts; the null text
+// is an empty one. Without VqCmp_Exact and VqCmp_KeyOnly a second text with '*' (any run of characters) or '?' (any
+// one) is a pattern; it matches by weights. A record that runs past the given length is compared as far as it goes, a
+// pattern then up to its first wildcard, and ends the comparison with VqStatus_BufferEnd; where the array has 254 bytes
+// or more left for it, with -1 and VqStatus_NotSupported.
+VQTM_COMPARE_FUNCTION(VqIStringCompare)
+VQTM_COMPARE_FUNCTION(VqCaseIStringCompare)
+
 #undef VQTM_COMPARE_FUNCTION
 
 // The nullable scalars' VqNullSlots<>::Compare belongs to this family: null before every value and equal to null, then

@@ -8,6 +8,7 @@
 
 #include "_vqnulty.h"
 #include "cformat.h"
+#include "textscan.h"
 
 namespace vq {
 namespace {
@@ -260,23 +261,6 @@ void AssignPart(VqString& value, const VqString& text, const char* from, const c
     }
 }
 
-// What a conversion takes: up to the character that follows it in the format.
-void SkipText(vq::TextCursor& at, const char* restOfFormat) {
-    const auto terminator = static_cast<unsigned char>(*restOfFormat);
-    while (at.Code() != 0 && at.Code() != terminator) at.Skip();
-}
-
-void ScanText(vq::TextCursor& element, const VqString& text, const char* format, VqString& value) {
-    vq::MatchFormat(element, format, vq::StringLetters,
-                    [&](vq::TextCursor& in, const vq::Conversion& conversion, const char* rest) {
-                        vq::TextCursor field = in.Field(conversion.width);
-                        SkipText(field, rest);
-                        if (!conversion.suppressed) AssignPart(value, text, in.At(), field.At());
-                        in.MoveTo(field);
-                        return true;
-                    });
-}
-
 }  // namespace
 
 VqString& StringPrint(VqString& out, void* values, const char* format, unsigned long count) {
@@ -290,16 +274,8 @@ VqString& StringPrint(VqString& out, void* values, const char* format, unsigned 
 void* StringScan(void* values, VqString& text, const char* format, unsigned long count) {
     if (values == nullptr) return values;
     const VqString source(text);  // the text may be among the values
-    const unsigned charSize = vq::CharSizeOf(source.GetCodeSet());
-    const char* at = source.StrGet();
-    for (unsigned long i = 0; i < count; ++i) {
-        vq::TextCursor end(at, nullptr, charSize);
-        while (end.Code() != 0 && (i + 1 == count || end.Code() != ',')) end.Skip();
-        vq::TextCursor element(at, end.At(), charSize);
-        ScanText(element, source, format != nullptr ? format : "%s", static_cast<VqString*>(values)[i]);
-        if (end.Code() == 0) break;
-        end.Skip();
-        at = end.At();
-    }
+    vq::ScanTexts(source, format, count, [&](unsigned long i, const char* from, const char* to) {
+        AssignPart(static_cast<VqString*>(values)[i], source, from, to);
+    });
     return values;
 }

@@ -4,13 +4,11 @@
 #include <bit>
 #include <cstddef>
 #include <cstring>
-#include <memory>
-#include <new>
 #include <type_traits>
 
 #include "_vqnulty.h"
 #include "strcompare.h"
-#include "textunit.h"
+#include "stringarray.h"
 #include "vqbase.h"
 #include "vqstring.h"
 
@@ -200,130 +198,12 @@ int CompareNullables(unsigned char format, const Operands& operands, int& error)
 
 // --- Strings
 
-constexpr unsigned long NoLimit = ~0UL;
+using vq::StringArray;
+using vq::StringElement;
+using vq::TerminatedText;
 
-// One element of an array of strings.
-struct Text {
-    const char* text;
-    unsigned long bytes;  // of characters
-    unsigned char codeSet;
-    unsigned char language;
-    bool terminated;     // a zero character follows
-    bool cut;            // the array ends within the element
-    unsigned long step;  // bytes to the next element
-
-    // A header that no string has. Its language counts without the top bit.
-    bool Repair() {
-        const bool damaged = codeSet == VqNullMark && language >= 128;
-        if (damaged) language &= 127;
-        return damaged;
-    }
-};
-
-// An array of strings in one of its forms, and a place in it.
-class StringArray {
-  public:
-    // `lacking`: bytes by which a record may be shorter than its length says.
-    StringArray(unsigned char format, unsigned long length, const void* value, unsigned long lacking)
-        : at_(static_cast<const unsigned char*>(value)),
-          left_(length == 0 ? NoLimit : length),
-          format_(format),
-          lacking_(lacking) {
-        if (format == VqFormat_Memory) {
-            form_ = Form::Memory;
-        } else if (left_ >= 2 && LoadLength() + 2 <= left_ && at_[LoadLength() + 1] == 0) {
-            form_ = Form::Legacy;
-            left_ = LoadLength();
-            at_ += 2;
-        }
-    }
-
-    bool Ended() const {
-        constexpr unsigned long leastSize[] = {sizeof(VqString), 5, 1};
-        return left_ < leastSize[static_cast<int>(form_)];
-    }
-    Text Current() const {
-        return form_ == Form::Memory ? InMemory() : form_ == Form::Legacy ? InLegacyArea() : InRecord();
-    }
-    void Advance(const Text& text) {
-        at_ += text.step;
-        if (left_ != NoLimit) left_ -= text.step;
-    }
-
-  private:
-    enum class Form { Memory, Records, Legacy };
-
-    unsigned long LoadLength() const {
-        std::uint16_t length;
-        ShortStore(&length, at_, format_ & VqFormat_OrderMask, 1);
-        return length;
-    }
-
-    Text InMemory() const {
-        const VqString& string = *reinterpret_cast<const VqString*>(at_);
-        const unsigned long charSize = vq::CharSizeOf(string.GetCodeSet()), size = string.GetSize();
-        return {
-            string.StrGet(), size == 0 ? 0 : size - charSize, string.GetCodeSet(), string.GetLanguage(), true, false,
-            sizeof(VqString)};
-    }
-    Text InLegacyArea() const {
-        const char* const text = reinterpret_cast<const char*>(at_);
-        const void* const zero = std::memchr(text, 0, left_);
-        const unsigned long bytes = zero ? static_cast<unsigned long>(static_cast<const char*>(zero) - text) : left_;
-        return {text,
-                bytes,
-                VqString::GetDefault8CodeSet(),
-                VqString::GetDefaultLanguage(),
-                zero != nullptr,
-                false,
-                bytes + (zero != nullptr)};
-    }
-    // 16-bit length of what follows, code set, language, characters, 0x00, 0xFF.
-    Text InRecord() const {
-        const unsigned long length = LoadLength(), room = left_ - 2;
-        const bool cut = length > room && length - room > lacking_;
-        const unsigned long charSize = vq::CharSizeOf(at_[2]);
-        const unsigned long bytes = length < 4 || cut ? 0 : (length - 4) / charSize * charSize;
-        const bool terminated = length >= 4 && length - 1 <= room && charSize == 1 && at_[length] == 0;
-        return {
-            reinterpret_cast<const char*>(at_ + 4), bytes, at_[2], at_[3], terminated, cut, std::min(length, room) + 2};
-    }
-
-    const unsigned char* at_;
-    unsigned long left_;  // bytes that may be read, NoLimit when the elements alone tell
-    unsigned char format_;
-    unsigned long lacking_;
-    Form form_ = Form::Records;
-};
-
-// A text with a zero character behind it, copied only where it has none.
-class TerminatedText {
-  public:
-    explicit TerminatedText(const Text& text) : text_(text.terminated ? text.text : Room(text.bytes + 2)) {
-        if (text.terminated || text_ == nullptr) return;
-        char* const copy = heap_ ? heap_.get() : stack_;
-        std::memcpy(copy, text.text, text.bytes);
-        copy[text.bytes] = copy[text.bytes + 1] = 0;
-    }
-
-    // Null when memory ran out.
-    const char* Get() const { return text_; }
-
-  private:
-    const char* Room(unsigned long size) {
-        if (size <= sizeof stack_) return stack_;
-        do {
-            heap_.reset(new (std::nothrow) char[size]);
-        } while (!heap_ && VqCallMemoryHandler(size) != 0);
-        return heap_.get();
-    }
-
-    char stack_[256 + 2];
-    std::unique_ptr<char[]> heap_;
-    const char* text_;
-};
-
-int CompareTexts(const Text& a, const Text& b, unsigned char format, unsigned short flags, int& error) {
+int CompareTexts(const StringElement& a, const StringElement& b, unsigned char format, unsigned short flags,
+                 int& error) {
     const TerminatedText text1(a), text2(b);
     if (text1.Get() == nullptr || text2.Get() == nullptr) {
         error = VqStatus_NotSupported;
@@ -336,7 +216,7 @@ int CompareTexts(const Text& a, const Text& b, unsigned char format, unsigned sh
 // Compares the elements where both arrays stand and, with `more`, moves on.
 int CompareNext(StringArray& first, StringArray& second, bool more, unsigned char format, unsigned short flags,
                 int& error) {
-    Text a = first.Current(), b = second.Current();
+    StringElement a = first.Current(), b = second.Current();
     if (a.cut || b.cut) {
         error = VqStatus_BufferEnd;
         return 0;

@@ -11,6 +11,7 @@
 #include "boolean.h"
 #include "datetime.h"
 #include "defaultmanager.h"
+#include "istringslots.h"
 #include "ref.h"
 #include "scalar.h"
 #include "seal.h"
@@ -21,6 +22,7 @@
 #include "vqistring.h"
 #include "vqnull.h"
 #include "vqtypcmp.h"
+#include "vqtyphash.h"
 
 namespace {
 
@@ -158,6 +160,7 @@ constexpr VqTypeDescriptor StringFamily() {
     row.sizeGet = StringSizeGet;
     row.sizeGetFromMemFile = StringSizeGetFromMemFile;
     row.compare = StringCompare;
+    row.hash = StringHash;
     row.translate = vq::Translate<VqString, StringStore, StringLoad>;
     row.isNull = vq::StringSlots::IsNull;
     row.setNull = vq::StringSlots::SetNull;
@@ -166,6 +169,27 @@ constexpr VqTypeDescriptor StringFamily() {
     return row;
 }
 constexpr VqTypeDescriptor stringFamily = StringFamily();
+
+#define ISTRING_FAMILY(Value)                                                     \
+    [] {                                                                          \
+        VqTypeDescriptor row = LifeAndExchange<Value, vq::IStringSlots<Value>>(); \
+        row.store = Value##Store;                                                 \
+        row.load = Value##Load;                                                   \
+        row.nullSizeGet = Value##NullSizeGet;                                     \
+        row.sizeGet = Value##SizeGet;                                             \
+        row.sizeGetFromMemFile = Value##SizeGetFromMemFile;                       \
+        row.compare = Value##Compare;                                             \
+        row.hash = Value##Hash;                                                   \
+        row.translate = vq::Translate<Value, Value##Store, Value##Load>;          \
+        row.print = vq::IStringSlots<Value>::Print;                               \
+        row.scan = vq::IStringSlots<Value>::Scan;                                 \
+        return row;                                                               \
+    }()
+
+constexpr VqTypeDescriptor istringFamily = ISTRING_FAMILY(VqIString);
+constexpr VqTypeDescriptor caseIStringFamily = ISTRING_FAMILY(VqCaseIString);
+
+#undef ISTRING_FAMILY
 
 template <class Null>
 constexpr VqTypeDescriptor NullableFamily() {
@@ -236,8 +260,8 @@ constexpr IdentifiedRow rowsById[] = {
     ROW(VqRef,           20,                    1, "(%D:%H-%L#%B, %C)",          opaqueWithNull<VqRef>),
     ROW(VqBlob,          sizeof(VqBlob),        0, "[BLOB,len=%L]",              opaqueWithNull<VqBlob>),
     ROW(VqDateTime,      8,                     1, "%a %e.%b %Y %I:%M:%S %p",    opaqueWithNull<VqDateTime>),
-    ROW(VqIString,       sizeof(VqIString),     0, "%s",                         opaque<VqIString>),
-    ROW(VqCaseIString,   sizeof(VqCaseIString), 0, "%s",                         opaque<VqCaseIString>),
+    ROW(VqIString,       sizeof(VqIString),     0, "%s",                         istringFamily),
+    ROW(VqCaseIString,   sizeof(VqCaseIString), 0, "%s",                         caseIStringFamily),
     ROW(d_Date,          4,                     1, "%a %b %e",                   opaque<d_Date>),
     ROW(d_Time,          6,                     1, "%I:%M:%S %p",                opaque<d_Time>),
     ROW(d_Timestamp,     10,                    1, "%a %b %e %I:%M:%S %p",       opaque<d_Timestamp>),
@@ -271,6 +295,7 @@ constexpr VqTypeDescriptor LegacyStringRow() {
     row.sizeGet = LegacyStringSizeGet;
     row.sizeGetFromMemFile = LegacyStringSizeGetFromMemFile;
     row.compare = LegacyStringCompare;
+    row.hash = LegacyStringHash;
     row.translate = vq::Translate<VqString, LegacyStringStore, StringLoad>;
     row.isNull = nothing;
     row.setNull = nullptr;

@@ -1,0 +1,42 @@
+// Weights by which 8-bit strings are ordered, and texts compared by them.
+#ifndef VQ_ISTRINGWEIGHTS_H
+#define VQ_ISTRINGWEIGHTS_H
+
+#include <cstdint>
+
+namespace vq {
+
+// The weights of all bytes in one order. A byte that sorts as two letters has the weight of the second as well.
+struct WeightTable {
+    std::uint8_t weight[256];
+    std::uint8_t second[256];  // 0: none
+    std::uint8_t ready[256];   // the weight, or Expands
+
+    static constexpr std::uint8_t Expands = 255;  // no byte weighs as much
+};
+
+extern const WeightTable istringWeights;
+extern const WeightTable caseIStringWeights;
+extern const WeightTable accentIStringWeights;  // those of VqCaseIString where accents decide
+
+// The table of a VqCaseIString comparison whose first operand has these flags.
+const WeightTable& CaseWeights(unsigned char flags);
+
+// A text that ends at its first zero byte, or behind `length` bytes.
+struct ByteText {
+    const unsigned char* at;
+    unsigned long length;
+    unsigned char flags;
+
+    unsigned char First() const { return length != 0 ? *at : static_cast<unsigned char>(0); }
+};
+
+// The difference of the first two weights that differ among the first `n`, else 0.
+int CompareWeights(const WeightTable& table, ByteText a, ByteText b, unsigned long n);
+
+// The same for a pattern: '*' is any run of characters, '?' any one.
+int MatchWeights(const WeightTable& table, ByteText text, ByteText pattern);
+
+}  // namespace vq
+
+#endif

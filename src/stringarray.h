@@ -1,0 +1,145 @@
+// Arrays of strings in each of their forms, as keys: walked and read where they stand, without loading them.
+#ifndef VQ_STRINGARRAY_H
+#define VQ_STRINGARRAY_H
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <new>
+
+#include "textunit.h"
+#include "vqbase.h"
+#include "vqstring.h"
+
+namespace vq {
+
+// One element of an array of strings.
+struct StringElement {
+    const char* text;
+    unsigned long bytes;  // of characters; of a cut element, those that are there
+    unsigned char codeSet;
+    unsigned char language;
+    bool terminated;     // a zero character follows
+    bool cut;            // the array ends within the element
+    unsigned long step;  // bytes to the next element
+
+    // A header that no string has. Its language counts without the top bit.
+    bool Repair() {
+        const bool damaged = codeSet == VqNullMark && language >= 128;
+        if (damaged) language &= 127;
+        return damaged;
+    }
+};
+
+// An array of strings in one of its forms, and a place in it.
+class StringArray {
+  public:
+    static constexpr unsigned long Unlimited = ~0UL;
+
+    // `lacking`: bytes by which a record may be shorter than its length says.
+    StringArray(unsigned char format, unsigned long length, const void* value, unsigned long lacking)
+        : at_(static_cast<const unsigned char*>(value)),
+          left_(length == 0 ? Unlimited : length),
+          format_(format),
+          lacking_(lacking) {
+        if (format == VqFormat_Memory) {
+            form_ = Form::Memory;
+        } else if (left_ >= 2 && LoadLength() + 2 <= left_ && at_[LoadLength() + 1] == 0) {
+            form_ = Form::Legacy;
+            left_ = LoadLength();
+            at_ += 2;
+        }
+    }
+
+    // Bytes that may be read from the current element on.
+    unsigned long Left() const { return left_; }
+    bool Ended() const {
+        constexpr unsigned long leastSize[] = {sizeof(VqString), 5, 1};
+        return left_ < leastSize[static_cast<int>(form_)];
+    }
+    StringElement Current() const {
+        return form_ == Form::Memory ? InMemory() : form_ == Form::Legacy ? InLegacyArea() : InRecord();
+    }
+    void Advance(const StringElement& text) {
+        at_ += text.step;
+        if (left_ != Unlimited) left_ -= text.step;
+    }
+
+  private:
+    enum class Form { Memory, Records, Legacy };
+
+    unsigned long LoadLength() const {
+        std::uint16_t length;
+        ShortStore(&length, at_, format_ & VqFormat_OrderMask, 1);
+        return length;
+    }
+
+    StringElement InMemory() const {
+        const VqString& string = *reinterpret_cast<const VqString*>(at_);
+        const unsigned long charSize = CharSizeOf(string.GetCodeSet()), size = string.GetSize();
+        return {
+            string.StrGet(), size == 0 ? 0 : size - charSize, string.GetCodeSet(), string.GetLanguage(), true, false,
+            sizeof(VqString)};
+    }
+    StringElement InLegacyArea() const {
+        const char* const text = reinterpret_cast<const char*>(at_);
+        const void* const zero = std::memchr(text, 0, left_);
+        const unsigned long bytes = zero ? static_cast<unsigned long>(static_cast<const char*>(zero) - text) : left_;
+        return {text,
+                bytes,
+                VqString::GetDefault8CodeSet(),
+                VqString::GetDefaultLanguage(),
+                zero != nullptr,
+                false,
+                bytes + (zero != nullptr)};
+    }
+    // 16-bit length of what follows, code set, language, characters, 0x00, 0xFF.
+    StringElement InRecord() const {
+        const unsigned long length = LoadLength(), room = left_ - 2;
+        const bool cut = length > room && length - room > lacking_;
+        const unsigned long charSize = CharSizeOf(at_[2]);
+        const unsigned long counted = length < 4 ? 0 : cut ? std::min(room - 2, length - 4) : length - 4;
+        const unsigned long bytes = counted / charSize * charSize;
+        const bool terminated = length >= 4 && length - 1 <= room && charSize == 1 && at_[length] == 0;
+        return {
+            reinterpret_cast<const char*>(at_ + 4), bytes, at_[2], at_[3], terminated, cut, std::min(length, room) + 2};
+    }
+
+    const unsigned char* at_;
+    unsigned long left_;  // bytes that may be read, Unlimited when the elements alone tell
+    unsigned char format_;
+    unsigned long lacking_;
+    Form form_ = Form::Records;
+};
+
+// A text with a zero character behind it, copied only where it has none.
+class TerminatedText {
+  public:
+    explicit TerminatedText(const StringElement& text) : text_(text.terminated ? text.text : Room(text.bytes + 2)) {
+        if (text.terminated || text_ == nullptr) return;
+        char* const copy = heap_ ? heap_.get() : stack_;
+        std::memcpy(copy, text.text, text.bytes);
+        copy[text.bytes] = copy[text.bytes + 1] = 0;
+    }
+
+    // Null when memory ran out.
+    const char* Get() const { return text_; }
+
+  private:
+    const char* Room(unsigned long size) {
+        if (size <= sizeof stack_) return stack_;
+        do {
+            heap_.reset(new (std::nothrow) char[size]);
+        } while (!heap_ && VqCallMemoryHandler(size) != 0);
+        return heap_.get();
+    }
+
+    char stack_[256 + 2];
+    std::unique_ptr<char[]> heap_;
+    const char* text_;
+};
+
+}  // namespace vq
+
+#endif
