@@ -34,6 +34,9 @@ struct WildcardKeys {
     std::int32_t asterisk, question, escape;
 };
 
+// From this many places on, preparing a filter pays.
+constexpr std::size_t LongText = 512;
+
 bool IsNull(const VqString& s) { return s.GetLanguage() == VqNullMark || s.GetCodeSet() == VqNullMark; }
 
 }  // namespace
@@ -48,15 +51,36 @@ TextKeys::TextKeys(const VqString& text)
       collationClass_(set_.GetCollationClass(language_)),
       table_(set_.GetKeyTable(language_)) {}
 
-std::int32_t TextKeys::Resolve(std::size_t place) const {
+bool TextKeys::Contracts(std::size_t place) const {
+    if (!table_.contractions) return false;
     unsigned short codes[VqMaxContraction] = {}, orders[2];
     for (std::size_t i = 0; i < VqMaxContraction; ++i) {
         codes[i] = LoadChar(text_ + (place + i) * charSize_, charSize_);
         if (codes[i] == 0) break;
     }
-    if (codes[0] == 0) return 0;
-    if (table_.contractions && set_.GetContraction(codes, language_, orders) != 0) return -1;
-    return set_.GetOrders(codes[0], language_, orders) == 1 ? VqCollationKey(orders[0], collationClass_) : -1;
+    return set_.GetContraction(codes, language_, orders) != 0;
+}
+
+std::int32_t TextKeys::Resolve(std::size_t place) const {
+    const unsigned short code = LoadChar(text_ + place * charSize_, charSize_);
+    if (code == 0) return 0;
+    if (Contracts(place)) return -1;
+    unsigned short orders[2];
+    return set_.GetOrders(code, language_, orders) == 1 ? VqCollationKey(orders[0], collationClass_) : -1;
+}
+
+std::int32_t TextKeys::FirstAt(std::size_t place) const {
+    if (Contracts(place)) return -1;
+    unsigned short orders[2];
+    set_.GetOrders(LoadChar(text_ + place * charSize_, charSize_), language_, orders);
+    return VqCollationKey(orders[0], collationClass_);
+}
+
+std::int32_t TextKeys::FirstOf(unsigned short code) const {
+    if (table_.keys[code] >= 0) return table_.keys[code];
+    unsigned short orders[2];
+    set_.GetOrders(code, language_, orders);
+    return table_.contractions ? -1 : VqCollationKey(orders[0], collationClass_);
 }
 
 // --- What to do
@@ -64,13 +88,13 @@ std::int32_t TextKeys::Resolve(std::size_t place) const {
 TextSearch::TextSearch(const VqString& text, const VqString& pattern, unsigned short op)
     : text_(text),
       pattern_(pattern),
+      charSize_(CharSizeOf(text.GetCodeSet())),
       op_(op == VqCmp_Default ? VqString::GetDefaultCmpOp() : op),
       starsPattern_(!(op & VqCmp_Exact)),
       textLength_(text.Len()),
-      patternLength_(pattern.Len()),
-      textKeys_(text) {
-    const std::size_t textSize = CharSizeOf(text.GetCodeSet()), patternSize = CharSizeOf(pattern.GetCodeSet());
-    const std::size_t least = (patternLength_ * patternSize + textSize - 1) / textSize;
+      patternLength_(pattern.Len()) {
+    const std::size_t patternBytes = patternLength_ * CharSizeOf(pattern.GetCodeSet());
+    const std::size_t least = (patternBytes + charSize_ - 1) / charSize_;
     if (least <= textLength_) end_ = textLength_ - least + 1;
     method_ = Choose();
 }
@@ -91,6 +115,7 @@ bool TextSearch::BytesTell() const {
 
 // False where the keys of the pattern's first character tell nothing.
 bool TextSearch::PrepareKeys() {
+    textKeys_.emplace(text_);
     const TextKeys pattern(pattern_);
     const unsigned char collationClass = pattern.CollationClass();
     const WildcardKeys wildcards(collationClass);
@@ -130,30 +155,65 @@ std::size_t TextSearch::Find(std::size_t start) {
         default:
             return NotFound;
     }
-    budget_ = 4 * textLength_ + 1024;
-    return textKeys_.CharSize() == 1 ? FindByKeys<1>(start) : FindByKeys<2>(start);
+    budget_ = 4 * textLength_;
+    return charSize_ == 1 ? FindByKeys<1>(start) : FindByKeys<2>(start);
 }
 
 // Passes what cannot start the pattern by one key each. When comparing at the other places costs more than walking the
 // text, the rest takes linear time.
 template <unsigned charSize>
 std::size_t TextSearch::FindByKeys(std::size_t place) {
+    if (end_ - place >= LongText) return FindFiltered<charSize>(place);
     const std::int32_t first = first_, mask = mask_;
     for (; place < end_; ++place) {
-        if (((textKeys_.Ready<charSize>(place) ^ first) & mask) > 0) continue;
+        if (((textKeys_->Ready<charSize>(place) ^ first) & mask) > 0) continue;
+        if (FitsAt<charSize>(place)) return place;
+    }
+    return NotFound;
+}
+
+// Looks at two characters of each place, which leaves few places and hardly a branch that goes the other way.
+template <unsigned charSize>
+std::size_t TextSearch::FindFiltered(std::size_t place) {
+    if (filter_.empty()) PrepareFilter();
+    const char* const text = text_.StrGet();
+    const auto bitsAt = [text, filter = filter_.data(), count = filter_.size()](std::size_t at) -> unsigned {
+        const unsigned short code = LoadChar(text + at * charSize, charSize);
+        return charSize == 1 || code < count ? filter[code] : Anything;
+    };
+    unsigned here = bitsAt(place);
+    for (; place < end_; ++place) {
+        const unsigned next = bitsAt(place + 1), candidate = here & (next / Second | here / Several) & First;
+        here = next;
+        if (candidate == 0) continue;
         if (budget_ == 0 && !patternKeys_.empty()) return FindByKeysLinear(place);
         if (FitsAt<charSize>(place)) return place;
     }
     return NotFound;
 }
 
+void TextSearch::PrepareFilter() {
+    const VqKeyTable& table = textKeys_->Table();
+    const bool two = patternKeys_.size() > 1;
+    const std::int32_t second = two ? patternKeys_[1] : 0;
+    filter_.resize(table.count);
+    for (unsigned code = 0; code < table.count; ++code) {
+        const std::int32_t key = textKeys_->FirstOf(static_cast<unsigned short>(code));
+        unsigned fits = table.keys[code] < 0 ? Several : 0;
+        if (((key ^ first_) & mask_) <= 0) fits |= First;
+        if (!two || ((key ^ second) & mask_) <= 0) fits |= Second;
+        filter_[code] = static_cast<std::uint8_t>(fits);
+    }
+}
+
 template <unsigned charSize>
 bool TextSearch::FitsAt(std::size_t place) {
-    std::int32_t key = textKeys_.At<charSize>(place);
-    if (key >= 0 && ((key ^ first_) & mask_) != 0) return false;
+    std::int32_t key = textKeys_->At<charSize>(place);
+    if (key < 0) key = textKeys_->FirstAt(place);
+    if (((key ^ first_) & mask_) > 0) return false;
     const std::size_t known = patternKeys_.size();
     for (std::size_t i = 0; i < known; ++i) {
-        key = textKeys_.At<charSize>(place + i);
+        key = textKeys_->At<charSize>(place + i);
         if (key < 0) return Compare(place);
         if ((key & mask_) != patternKeys_[i]) {
             budget_ -= std::min(budget_, i);
@@ -165,7 +225,7 @@ bool TextSearch::FitsAt(std::size_t place) {
 
 std::size_t TextSearch::FindByKeysLinear(std::size_t place) {
     const auto unitAt = [this](std::size_t at) {
-        const std::int32_t key = textKeys_.At(at);
+        const std::int32_t key = textKeys_->At(at);
         return key < 0 ? key : key & mask_;
     };
     const auto accept = [this](std::size_t at, bool fits) { return at < end_ && ((fits && keysTell_) || Compare(at)); };
@@ -180,10 +240,10 @@ std::size_t TextSearch::FindOneByOne(std::size_t place) {
 }
 
 bool TextSearch::Compare(std::size_t place) {
-    if (starsPattern_ && starred_.GetSize() == 0) starred_ = pattern_ + VqString("*");
-    const VqString& pattern = starsPattern_ ? starred_ : pattern_;
+    if (starsPattern_ && !starred_) starred_ = pattern_ + VqString("*");
+    const VqString& pattern = starsPattern_ ? *starred_ : pattern_;
     const auto n = static_cast<short>(starsPattern_ ? VqString::All : patternLength_);
-    const char* const text = text_.StrGet() + place * textKeys_.CharSize();
+    const char* const text = text_.StrGet() + place * charSize_;
     return VqStrCmp(text_.GetCodeSet(), text_.GetLanguage(), text, pattern.GetCodeSet(), pattern.GetLanguage(),
                     pattern.StrGet(), op_, n, 1, nullptr) == 0;
 }

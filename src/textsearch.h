@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "linearsearch.h"
@@ -32,13 +33,19 @@ class TextKeys {
         const unsigned short code = LoadChar(text_ + place * charSize, charSize);
         return charSize == 1 || code < table_.count ? table_.keys[code] : -1;
     }
+    // The first key of what starts at `place`; negative when that may be one letter with those behind it.
+    std::int32_t FirstAt(std::size_t place) const;
+    // The first key of a code by itself; negative when it can be one letter with others.
+    std::int32_t FirstOf(unsigned short code) const;
     std::int32_t At(std::size_t place) const { return charSize_ == 1 ? At<1>(place) : At<2>(place); }
 
-    unsigned CharSize() const { return charSize_; }
     unsigned char CollationClass() const { return collationClass_; }
+    // All ready keys, by code.
+    const VqKeyTable& Table() const { return table_; }
 
   private:
     std::int32_t Resolve(std::size_t place) const;
+    bool Contracts(std::size_t place) const;
 
     const char* text_;
     unsigned charSize_;
@@ -59,6 +66,8 @@ class TextSearch {
     std::size_t Find(std::size_t start);
 
   private:
+    // What a character may be: the pattern's first letter, its second, or several letters.
+    static constexpr unsigned First = 1, Second = 2, Several = 4, Anything = 7;
     enum Method { Nowhere, ByBytes, ByKeys, OneByOne };
 
     Method Choose();
@@ -66,8 +75,11 @@ class TextSearch {
     bool PrepareKeys();
     bool Wildcards() const { return !(op_ & (VqCmp_Exact | VqCmp_KeyOnly)); }
 
+    void PrepareFilter();
     template <unsigned charSize>
     std::size_t FindByKeys(std::size_t place);
+    template <unsigned charSize>
+    std::size_t FindFiltered(std::size_t place);
     std::size_t FindByKeysLinear(std::size_t place);
     std::size_t FindOneByOne(std::size_t place);
     template <unsigned charSize>
@@ -76,7 +88,8 @@ class TextSearch {
 
     const VqString& text_;
     const VqString& pattern_;
-    VqString starred_;  // the pattern with '*' behind it, once it is asked for
+    const unsigned charSize_;          // of the text
+    std::optional<VqString> starred_;  // the pattern with '*' behind it, once it is asked for
     unsigned short op_;
     bool starsPattern_;
     Method method_ = Nowhere;
@@ -84,11 +97,12 @@ class TextSearch {
     std::size_t patternLength_;
     std::size_t end_ = 0;  // the first place with too little text behind it
 
-    TextKeys textKeys_;
+    std::optional<TextKeys> textKeys_;       // where keys are looked at
     std::vector<std::int32_t> patternKeys_;  // masked, up to the first character that needs a closer look
     std::int32_t first_ = 0;                 // of what the pattern starts with, also when that sorts as two
     std::int32_t mask_ = 0;
-    bool keysTell_ = false;   // fitting the pattern's keys is the whole answer
+    bool keysTell_ = false;             // fitting the pattern's keys is the whole answer
+    std::vector<std::uint8_t> filter_;  // these bits for each code that has a ready key
     std::size_t budget_ = 0;  // characters that may be compared behind the first before the search turns linear
 };
 

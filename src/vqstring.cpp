@@ -364,8 +364,6 @@ unsigned short VqString::Len() const {
 
 bool VqString::IsEmpty() const { return buffer_ == nullptr || vq::LoadChar(buffer_, CharSize()) == 0; }
 
-const char* VqString::StrGet() const { return buffer_ != nullptr ? buffer_ : vq::emptyText; }
-
 VqChar VqString::operator[](int i) {
     if (i < 0 || i > Len()) return VqChar(0, 255, 255);
     return VqChar(*this, i * static_cast<int>(CharSize()));
