@@ -201,8 +201,8 @@ class VQTM_API VqString {
     bool IsEmpty() const;
     /// IsEmpty.
     bool operator!() const { return IsEmpty(); }
-    /// The characters, never null: a string without a buffer gives a shared empty text.
-    const char* StrGet() const;
+    /// The characters, never null: a string without a buffer gives an empty text of either character size.
+    const char* StrGet() const { return buffer_ != nullptr ? buffer_ : "\0\0\0"; }
     /// The character at `i`, through which the string can be written; `i` up to Len(), which is the zero character. Any
     /// other `i` gives a zero character with code set and language 255.
     VqChar operator[](int i);
