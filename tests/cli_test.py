@@ -31,7 +31,7 @@ VALUES = {
     **{name: FLOATS for name in ("float", "double", "VqNull_float", "VqNull_double")},
     "VqNull_VqInt64": ["-9223372036854775808", "-1", "0", "4294967298", "9223372036854775807"],
     "BlockId": ["#0", "#7", "#4294967295"],
-    "VqString": TEXTS,
+    **{name: TEXTS for name in ("VqString", "VqIString", "VqCaseIString")},
 }
 
 

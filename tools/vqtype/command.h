@@ -12,6 +12,9 @@ void AddTypesCommand(CLI::App& program);
 void AddEncodeCommand(CLI::App& program);
 void AddDecodeCommand(CLI::App& program);
 void AddSortCommand(CLI::App& program);
+void AddCollateCommand(CLI::App& program);
+void AddCodeSetsCommand(CLI::App& program);
+void AddLanguagesCommand(CLI::App& program);
 void AddDemoCommand(CLI::App& program);
 
 /// The parser would take a value like [a,b] or {} for a list, and cannot go on with values behind `--`. A zero
@@ -32,10 +35,16 @@ inline void AddOrderOption(CLI::App& command, std::string& order) {
 inline void AddTextOptions(CLI::App& command, std::string& codeSet, std::string& language) {
     command
         .add_option("--code-set", codeSet,
-                    "Code set of strings: 1 is Windows-1252, 253 Unicode (default " + codeSet + ")")
-        ->type_name("N");
+                    "Code set of strings, by number or name: 1 is Windows-1252, 253 Unicode (default " + codeSet + ")")
+        ->type_name("N|NAME");
     command.add_option("--language", language, "Language of strings, by number or name (default " + language + ")")
         ->type_name("N|NAME");
+}
+
+/// Adds --ignore-case and --ignore-accents.
+inline void AddLevelOptions(CLI::App& command, bool& ignoreCase, bool& ignoreAccents) {
+    command.add_flag("--ignore-case", ignoreCase, "Differences of case do not count");
+    command.add_flag("--ignore-accents", ignoreAccents, "Differences of accents do not count");
 }
 
 #endif

@@ -9,8 +9,8 @@
 #include "csv.h"
 #include "error.h"
 #include "files.h"
-#include "order.h"
 #include "table.h"
+#include "valueorder.h"
 
 namespace {
 
@@ -176,7 +176,7 @@ void ShowLargest(const Columns& columns) {
     Table table{{"", true}, {"code"}, {"territory"}, {"population", true}, {"GDP in US$", true}, {"literacy", true}};
     OrderRule descending;
     descending.reverse = true;
-    const std::vector<unsigned long> order = SortedOrder(*columns[Population], descending);
+    const std::vector<std::uint32_t> order = SortedOrder(*columns[Population], descending);
     const std::size_t length = std::min(ListLength, order.size());
     for (std::size_t i = 0; i < length; ++i) {
         const unsigned long row = order[i];
@@ -190,7 +190,7 @@ void ShowLargest(const Columns& columns) {
 
 void ShowFirstNames(const Columns& columns) {
     Table table{{"English"}, {"German"}, {"French"}, {"Swedish"}};
-    std::vector<std::vector<unsigned long>> orders;
+    std::vector<std::vector<std::uint32_t>> orders;
     for (std::size_t c = English; c <= Swedish; ++c) orders.push_back(SortedOrder(*columns[c], OrderRule{}));
     const std::size_t length = std::min(ListLength, orders[0].size());
     for (std::size_t i = 0; i < length; ++i) {

@@ -56,6 +56,9 @@ void AddCommands(CLI::App& program) {
     AddEncodeCommand(program);
     AddDecodeCommand(program);
     AddSortCommand(program);
+    AddCollateCommand(program);
+    AddCodeSetsCommand(program);
+    AddLanguagesCommand(program);
     AddDemoCommand(program);
 }
 

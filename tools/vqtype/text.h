@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "vqcodeset.h"
 #include "vqstring.h"
 
 /// The code set and the language that new strings get.
@@ -35,14 +36,22 @@ std::string Shortened(std::string_view text, std::size_t most);
 /// What the user gave, for an error about it: quoted, and shortened to 60 bytes.
 std::string Echo(std::string_view text);
 
+/// True for texts that are the same when ASCII letters have no case.
+bool EqualIgnoringCase(std::string_view a, std::string_view b);
+
 /// True for the number of a code set; 0 is the native one.
 bool IsCodeSet(unsigned char codeSet);
+/// The usual name of a code set that there is; "native" for 0.
+const char* CodeSetName(unsigned char codeSet);
 /// "1 (Windows-1252)"; only the number for a code that stands for no set.
 std::string DescribeCodeSet(unsigned char codeSet);
 /// "2 (german)"; only the number for a code that stands for no language.
 std::string DescribeLanguage(unsigned char language);
 
-/// The code set of the number `text`. Throws CommandError when there is none.
+/// The code set of that number. Throws CommandError when there is none.
+const VqCodeSet& RequireCodeSet(unsigned char codeSet);
+
+/// The code set of the number or name `text` ("windows-1252", in any case). Throws CommandError when there is none.
 unsigned char ParseCodeSet(const std::string& text);
 /// The language of the number or English name `text`. Throws CommandError when there is none.
 unsigned char ParseLanguage(const std::string& text);

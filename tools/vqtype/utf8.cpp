@@ -1,7 +1,10 @@
 #include "utf8.h"
 
 #include <algorithm>
+#include <climits>
 #include <iterator>
+
+#include "multibyte.h"
 
 namespace {
 
@@ -28,44 +31,54 @@ bool IsSurrogate(char32_t code) { return code >= 0xD800 && code <= 0xDFFF; }
 bool IsHighSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xD800; }
 bool IsLowSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xDC00; }
 
-// Bytes that follow the lead byte, and the bits of the character that it carries; -1 for a byte that leads nothing.
-int SplitLead(unsigned char lead, char32_t& bits) {
-    if (lead < 0x80) return bits = lead, 0;
-    if (lead < 0xC2) return -1;
-    if (lead < 0xE0) return bits = lead & 0x1Fu, 1;
-    if (lead < 0xF0) return bits = lead & 0x0Fu, 2;
-    if (lead < 0xF5) return bits = lead & 0x07u, 3;
-    return -1;
-}
+// A character beyond U+FFFF, which the library's 16-bit values cannot hold, has four bytes.
+constexpr int PairLength = 4;
 
 void AppendUtf8(std::string& out, char32_t code) {
-    if (code < 0x80) {
-        out += static_cast<char>(code);
-        return;
+    char bytes[PairLength];
+    int length = PairLength;
+    if (code <= 0xFFFF) {
+        length = VqWChar2MultiByte(bytes, static_cast<wchar_t>(code));
+    } else {
+        bytes[0] = static_cast<char>(0xF0 | code >> 18);
+        for (int i = 1; i < PairLength; ++i) bytes[i] = static_cast<char>(0x80 | (code >> (18 - 6 * i) & 0x3F));
     }
-    const int tail = code < 0x800 ? 1 : code < 0x10000 ? 2 : 3;
-    constexpr unsigned Leads[] = {0, 0xC0, 0xE0, 0xF0};
-    out += static_cast<char>(Leads[tail] | (code >> (6 * tail)));
-    for (int i = tail - 1; i >= 0; --i) out += static_cast<char>(0x80 | ((code >> (6 * i)) & 0x3F));
+    out.append(bytes, static_cast<std::size_t>(length));
+}
+
+unsigned char ByteAt(std::string_view text, std::size_t at) { return static_cast<unsigned char>(text[at]); }
+
+// All units of a text whose characters have one to three bytes each, or none where there is more to look at.
+std::u16string DecodeWhole(std::string_view text) {
+    unsigned char highest = 0;
+    for (const char c : text) highest = std::max(highest, static_cast<unsigned char>(c));
+    if (highest >= 0xF0 || text.size() > INT_MAX) return {};
+    std::u16string units(text.size(), 0);
+    const int size = static_cast<int>(text.size());
+    const int count = VqMultiByteStr2WCharStr(reinterpret_cast<unsigned short*>(units.data()), size, text.data(),
+                                              static_cast<unsigned>(size));
+    if (count < 0) return {};
+    units.resize(static_cast<std::size_t>(count));
+    std::size_t surrogates = 0;
+    for (const char16_t unit : units) surrogates += IsSurrogate(unit);
+    return surrogates == 0 ? units : std::u16string();
 }
 
 }  // namespace
 
 std::size_t DecodeUtf8(std::string_view text, char32_t& code) {
-    constexpr char32_t Shortest[] = {0, 0x80, 0x800, 0x10000};
-    const int tail = SplitLead(static_cast<unsigned char>(text[0]), code);
-    if (tail < 0 || text.size() < static_cast<std::size_t>(tail) + 1) return 0;
-    for (int i = 1; i <= tail; ++i) {
-        const auto byte = static_cast<unsigned char>(text[static_cast<std::size_t>(i)]);
-        if ((byte & 0xC0) != 0x80) return 0;
-        code = code << 6 | (byte & 0x3Fu);
-    }
-    if (code < Shortest[tail] || code > 0x10FFFF || IsSurrogate(code)) return 0;
-    return static_cast<std::size_t>(tail) + 1;
+    unsigned short unit = 0;
+    const auto most = static_cast<unsigned>(std::min<std::size_t>(text.size(), PairLength));
+    const int length = VqMultiByte2WChar(&unit, text.data(), most);
+    if (length < 1 || (length < PairLength && IsSurrogate(unit))) return 0;
+    code = unit;
+    if (length == PairLength) code |= (ByteAt(text, 0) & 0x07u) << 18 | (ByteAt(text, 1) & 0x30u) << 12;
+    return code <= 0x10FFFF ? static_cast<std::size_t>(length) : 0;
 }
 
 std::u16string Utf8ToUtf16(std::string_view text) {
-    std::u16string units;
+    std::u16string units = DecodeWhole(text);
+    if (!units.empty()) return units;
     for (std::size_t at = 0; at < text.size();) {
         char32_t code = 0;
         const std::size_t length = DecodeUtf8(text.substr(at), code);

@@ -1,8 +1,9 @@
 /// \file
 /// Sorting typed values by the manager's comparison.
-#ifndef VQTYPE_ORDER_H
-#define VQTYPE_ORDER_H
+#ifndef VQTYPE_VALUEORDER_H
+#define VQTYPE_VALUEORDER_H
 
+#include <cstdint>
 #include <vector>
 
 #include "values.h"
@@ -15,6 +16,6 @@ struct OrderRule {
 
 /// The indices of the values in order; the sort is stable. A value that is not equal to itself (not a number) stands
 /// behind all that are.
-std::vector<unsigned long> SortedOrder(const ValueArray& values, const OrderRule& rule);
+std::vector<std::uint32_t> SortedOrder(const ValueArray& values, const OrderRule& rule);
 
 #endif

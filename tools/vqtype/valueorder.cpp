@@ -1,4 +1,4 @@
-#include "order.h"
+#include "valueorder.h"
 
 #include <algorithm>
 #include <numeric>
@@ -34,11 +34,11 @@ class Order {
 
 }  // namespace
 
-std::vector<unsigned long> SortedOrder(const ValueArray& values, const OrderRule& rule) {
+std::vector<std::uint32_t> SortedOrder(const ValueArray& values, const OrderRule& rule) {
     const Order order(values, rule);
     const auto before = [&](unsigned long a, unsigned long b) { return order.Before(a, b); };
-    std::vector<unsigned long> indices(values.GetCount());
-    std::iota(indices.begin(), indices.end(), 0ul);
+    std::vector<std::uint32_t> indices(values.GetCount());
+    std::iota(indices.begin(), indices.end(), 0u);
     std::stable_sort(indices.begin(), indices.end(), before);
     if (rule.unique) {
         const auto notBefore = [&](unsigned long a, unsigned long b) { return !before(a, b); };

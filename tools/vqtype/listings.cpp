@@ -1,0 +1,130 @@
+#include <fmt/format.h>
+
+#include <memory>
+
+#include "command.h"
+#include "files.h"
+#include "ownletters.h"
+#include "table.h"
+#include "text.h"
+#include "vqlanguagecontext.h"
+
+namespace {
+
+// --- Code sets
+
+struct CodeSetRow {
+    unsigned char number;
+    const VqCodeSet& set;
+    unsigned characters;
+};
+
+// Codes that stand for a character.
+unsigned CountCharacters(const VqCodeSet& set) {
+    const unsigned codes = set.GetCharSize() == 1 ? 0x100 : 0x10000;
+    unsigned count = 0;
+    for (unsigned code = 0; code < codes; ++code) {
+        count += set.ToUnicode(static_cast<unsigned short>(code)) != 0xFFFD;
+    }
+    return count;
+}
+
+std::vector<CodeSetRow> CodeSetRows() {
+    std::vector<CodeSetRow> rows;
+    for (unsigned number = 0; number < 256; ++number) {
+        const VqCodeSet* set = VqLanguageContext::QueryCodeSet(static_cast<unsigned char>(number));
+        if (set) rows.push_back({static_cast<unsigned char>(number), *set, CountCharacters(*set)});
+    }
+    return rows;
+}
+
+std::string TitleOf(const CodeSetRow& row) {
+    return row.number ? row.set.GetName() : fmt::format("native (stands for {})", row.set.GetCode());
+}
+
+void ListCodeSets() {
+    Table table{{"number", true}, {"name"}, {"bytes", true}, {"characters", true}};
+    for (const CodeSetRow& row : CodeSetRows()) {
+        table.AddRow({fmt::to_string(row.number), TitleOf(row), fmt::to_string(row.set.GetCharSize()),
+                      fmt::to_string(row.characters)});
+    }
+    Write(table.Format());
+}
+
+void ListCodeSetsAsJson() {
+    const char* separator = "[\n  ";
+    for (const CodeSetRow& row : CodeSetRows()) {
+        Write(fmt::format("{}{{\"number\": {}, \"name\": {}, \"bytes\": {}, \"characters\": {}}}", separator,
+                          row.number, Quoted(CodeSetName(row.number)), row.set.GetCharSize(), row.characters));
+        separator = ",\n  ";
+    }
+    Write("\n]\n");
+}
+
+// --- Languages
+
+struct LanguageRow {
+    unsigned char number;
+    const char* name;
+    unsigned char collationClass;
+    std::vector<std::string> letters;
+};
+
+std::vector<LanguageRow> LanguageRows() {
+    const VqCodeSet& unicode = RequireCodeSet(253);
+    std::vector<LanguageRow> rows;
+    for (unsigned code = 0; code < 256; ++code) {
+        const auto number = static_cast<unsigned char>(code);
+        const char* name = VqLanguageContext::GetLanguageName(number);
+        if (name) rows.push_back({number, name, unicode.GetCollationClass(number), OwnLetters(number)});
+    }
+    return rows;
+}
+
+void ListLanguages() {
+    Table table{{"number", true}, {"name"}, {"class", true}, {"letters of its own"}};
+    for (const LanguageRow& row : LanguageRows()) {
+        table.AddRow({fmt::to_string(row.number), row.name, fmt::to_string(row.collationClass),
+                      fmt::format("{}", fmt::join(row.letters, " "))});
+    }
+    Write(table.Format());
+}
+
+void ListLanguagesAsJson() {
+    const char* separator = "[\n  ";
+    for (const LanguageRow& row : LanguageRows()) {
+        std::string letters;
+        for (const std::string& letter : row.letters) letters += (letters.empty() ? "" : ", ") + Quoted(letter);
+        Write(fmt::format("{}{{\"number\": {}, \"name\": {}, \"class\": {}, \"letters\": [{}]}}", separator, row.number,
+                          Quoted(row.name), row.collationClass, letters));
+        separator = ",\n  ";
+    }
+    Write("\n]\n");
+}
+
+void AddListing(CLI::App& program, const char* name, const char* description, const char* footer, void (*list)(),
+                void (*listAsJson)()) {
+    const auto json = std::make_shared<bool>(false);
+    CLI::App* command = program.add_subcommand(name, description);
+    command->add_flag("--json", *json, "As JSON");
+    command->footer(footer);
+    command->callback([json, list, listAsJson] { *json ? listAsJson() : list(); });
+}
+
+}  // namespace
+
+void AddCodeSetsCommand(CLI::App& program) {
+    AddListing(program, "codesets", "List the code sets",
+               "bytes       of one character\n"
+               "characters  how many codes stand for one",
+               ListCodeSets, ListCodeSetsAsJson);
+}
+
+void AddLanguagesCommand(CLI::App& program) {
+    AddListing(
+        program, "languages", "List the languages and how they sort",
+        "class   languages of one class sort alike\n"
+        "letters of its own  letters, and groups of letters, that have a place in the alphabet here and none in the\n"
+        "        neutral order",
+        ListLanguages, ListLanguagesAsJson);
+}
