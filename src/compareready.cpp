@@ -1,12 +1,19 @@
 #include "compareready.h"
 
-#include <algorithm>
-
 #include "comparelevels.h"
 #include "equalrun.h"
 
 namespace vq {
 namespace {
+
+// What stays the same during a comparison.
+struct Ground {
+    const unsigned char* start;  // of the first text
+    std::size_t limit;           // in characters
+    const VqCodeSet* set;
+    unsigned char language;
+    unsigned short op;
+};
 
 // Codes beyond the table count as marked: nothing is known of them.
 inline bool Marked(const VqKeyTable& table, unsigned short code) { return code >= table.count || table.keys[code] < 0; }
@@ -14,60 +21,76 @@ inline bool Marked(const VqKeyTable& table, unsigned short code) { return code >
 // Goes on key by key where ready keys do not say enough, or before that place: equal characters may begin a
 // contraction.
 template <class Unit>
-[[gnu::noinline]] int GoOnByKeys(const ReadyTexts& texts, TextPair<Unit> pair, const Levels& levels, unsigned short op,
-                                 std::size_t limit) {
-    const KeySource source(*texts.set, texts.language);
-    const unsigned char* const start = reinterpret_cast<const unsigned char*>(texts.text1);
-    while (source.table.contractions && pair.text1 != start && Marked(source.table, pair.CodeBefore())) pair.Move(-1);
-    if (limit != NoLimit) limit -= static_cast<std::size_t>(pair.text1 - start) / sizeof(Unit);
+[[gnu::noinline]] int GoOnByKeys(TextPair<Unit> pair, Levels levels, Ground ground) {
+    const KeySource source(*ground.set, ground.language);
+    while (source.table.contractions && pair.text1 != ground.start && Marked(source.table, pair.CodeBefore()))
+        pair.Move(-1);
+    std::size_t limit = ground.limit;
+    if (limit != NoLimit) limit -= static_cast<std::size_t>(pair.text1 - ground.start) / sizeof(Unit);
     const KeyReader keys1(source, pair.text1, limit), keys2(source, pair.text2, limit);
-    return op & VqCmp_KeyOnly ? CompareKeys(keys1, keys2) : CompareLevels(keys1, keys2, levels, op, nullptr);
+    return ground.op & VqCmp_KeyOnly ? CompareKeys(keys1, keys2)
+                                     : CompareLevels(keys1, keys2, levels, ground.op, nullptr);
 }
 
+// Compares from the first difference on, where the pair stands.
 template <class Unit, class Run>
-[[gnu::noinline]] int CompareBy(Run run, const ReadyTexts& texts, const VqKeyTable& table, unsigned short op,
-                                std::size_t limit) {
-    const unsigned char* const start = reinterpret_cast<const unsigned char*>(texts.text1);
-    TextPair<Unit> pair = {start, reinterpret_cast<const unsigned char*>(texts.text2)};
-    const std::int32_t deciding = op & VqCmp_KeyOnly ? -1 : PrimaryMask;
-    for (Levels levels;; pair.Move(1), run.Took()) {
-        if (!run.Skip(pair)) return levels.Result(op);
+inline int CompareFrom(TextPair<Unit> pair, Run run, Ground ground) {
+    const VqKeyTable table = ground.set->GetKeyTable(ground.language);
+    const std::int32_t deciding = ground.op & VqCmp_KeyOnly ? -1 : PrimaryMask;
+    Levels levels;
+    do {
         const unsigned short code1 = pair.Code1(), code2 = pair.Code2();
-        if (sizeof(Unit) > 1 && (code1 >= table.count || code2 >= table.count)) {
-            return GoOnByKeys(texts, pair, levels, op, limit);
-        }
+        if (sizeof(Unit) > 1 && (code1 >= table.count || code2 >= table.count)) return GoOnByKeys(pair, levels, ground);
         const std::int32_t key1 = table.keys[code1], key2 = table.keys[code2];
-        if ((key1 | key2) < 0 || (table.contractions && pair.text1 != start && Marked(table, pair.CodeBefore()))) {
-            return GoOnByKeys(texts, pair, levels, op, limit);
+        if ((key1 | key2) < 0) return GoOnByKeys(pair, levels, ground);
+        if (table.contractions && pair.text1 != ground.start && Marked(table, pair.CodeBefore())) {
+            return GoOnByKeys(pair, levels, ground);
         }
         if (const std::int32_t difference = (key1 & deciding) - (key2 & deciding)) return difference;
         levels.Note(key1, key2);
-    }
+        pair.Move(1);
+        run.Took();
+    } while (run.Skip(pair));
+    return levels.Result(ground.op);
+}
+
+// Equal texts need no table.
+template <class Unit, class Run>
+inline int CompareUsual(Run run, const char* text1, const char* text2, unsigned char codeSet, unsigned char language,
+                        unsigned short op) {
+    const unsigned char* const start = reinterpret_cast<const unsigned char*>(text1);
+    TextPair<Unit> pair = {start, reinterpret_cast<const unsigned char*>(text2)};
+    if (!run.Skip(pair)) return 0;
+    return CompareFrom(pair, run, Ground{start, NoLimit, &CodeSetOf(codeSet), language, op});
 }
 
 template <class Unit>
-inline int CompareWhole(const ReadyTexts& texts, const VqKeyTable& table, unsigned short op) {
-    const std::size_t bytes = texts.readable & ~(sizeof(Unit) - 1);
-    return bytes != 0 ? CompareBy<Unit>(SizedRun<Unit>(bytes), texts, table, op, NoLimit)
-                      : CompareBy<Unit>(TerminatedRun<Unit>(), texts, table, op, NoLimit);
+int CompareLimited(const char* text1, const char* text2, std::size_t limit, const VqCodeSet& set,
+                   unsigned char language, unsigned short op) {
+    const unsigned char* const start = reinterpret_cast<const unsigned char*>(text1);
+    TextPair<Unit> pair = {start, reinterpret_cast<const unsigned char*>(text2)};
+    LimitedRun<Unit> run(limit);
+    return run.Skip(pair) ? CompareFrom(pair, run, Ground{start, limit, &set, language, op}) : 0;
 }
 
 }  // namespace
 
-int CompareReadyBytes(const ReadyTexts& texts, const VqKeyTable& table, unsigned short op) {
-    return CompareWhole<unsigned char>(texts, table, op);
+int CompareUsualBytes(const char* text1, const char* text2, std::size_t readable, unsigned char codeSet,
+                      unsigned char language, unsigned short op) {
+    return CompareUsual<unsigned char>(ByteRun(readable), text1, text2, codeSet, language, op);
 }
 
-int CompareReadyUnits(const ReadyTexts& texts, const VqKeyTable& table, unsigned short op) {
-    return CompareWhole<unsigned short>(texts, table, op);
+int CompareUsualUnits(const char* text1, const char* text2, std::size_t readable, unsigned char codeSet,
+                      unsigned char language, unsigned short op) {
+    using Unit = unsigned short;
+    if (readable < sizeof(Unit)) return CompareUsual<Unit>(TerminatedRun<Unit>(), text1, text2, codeSet, language, op);
+    return CompareUsual<Unit>(SizedRun<Unit>(readable & ~(sizeof(Unit) - 1)), text1, text2, codeSet, language, op);
 }
 
-int CompareReadyBytes(const ReadyTexts& texts, const VqKeyTable& table, unsigned short op, std::size_t limit) {
-    return CompareBy<unsigned char>(LimitedRun<unsigned char>(limit), texts, table, op, limit);
-}
-
-int CompareReadyUnits(const ReadyTexts& texts, const VqKeyTable& table, unsigned short op, std::size_t limit) {
-    return CompareBy<unsigned short>(LimitedRun<unsigned short>(limit), texts, table, op, limit);
+int CompareReady(const char* text1, const char* text2, std::size_t limit, const VqCodeSet& set, unsigned char language,
+                 unsigned short op) {
+    return set.GetCharSize() == 1 ? CompareLimited<unsigned char>(text1, text2, limit, set, language, op)
+                                  : CompareLimited<unsigned short>(text1, text2, limit, set, language, op);
 }
 
 }  // namespace vq

@@ -8,24 +8,17 @@
 
 namespace vq {
 
-// Two literal texts in the machine's byte order whose keys come from one table.
-struct ReadyTexts {
-    const char* text1;
-    const char* text2;
-    std::size_t
-        readable;  // bytes that may be read of both, zero characters included; 0: none behind the zero characters
-    const VqCodeSet* set;
-    unsigned char language;
-};
+// The usual case: whole texts that are not null, literal, in the machine's byte order, and nothing but levels to ignore
+// in `op`. `readable` bytes of both may be read, zero characters included; 0: none behind the zero characters. The
+// first is for sets of 1-byte characters, the second for the others. All arguments travel in registers.
+int CompareUsualBytes(const char* text1, const char* text2, std::size_t readable, unsigned char codeSet,
+                      unsigned char language, unsigned short op);
+int CompareUsualUnits(const char* text1, const char* text2, std::size_t readable, unsigned char codeSet,
+                      unsigned char language, unsigned short op);
 
-// Gives what CompareLevels, or with VqCmp_KeyOnly CompareKeys, gives for the whole texts. The first is for sets of
-// 1-byte characters, the second for the others.
-int CompareReadyBytes(const ReadyTexts& texts, const VqKeyTable& table, unsigned short op);
-int CompareReadyUnits(const ReadyTexts& texts, const VqKeyTable& table, unsigned short op);
-
-// The same for the first `limit` characters.
-int CompareReadyBytes(const ReadyTexts& texts, const VqKeyTable& table, unsigned short op, std::size_t limit);
-int CompareReadyUnits(const ReadyTexts& texts, const VqKeyTable& table, unsigned short op, std::size_t limit);
+// The same for the first `limit` characters, or with VqCmp_KeyOnly: what CompareLevels and CompareKeys give.
+int CompareReady(const char* text1, const char* text2, std::size_t limit, const VqCodeSet& set, unsigned char language,
+                 unsigned short op);
 
 }  // namespace vq
 

@@ -18,27 +18,28 @@ struct ComparedText {
     std::size_t size;  // bytes that may be read, the zero character included; 0: none behind the zero character
 };
 
-// As VqStrCmp.
-int CompareTextsAnyHow(const ComparedText& text1, const ComparedText& text2, unsigned short op, short n,
-                       unsigned char order, int* out);
+// As VqStrCmp. Takes its texts by value: with references they would be built in memory for every comparison.
+int CompareTextsAnyHow(ComparedText text1, ComparedText text2, unsigned short op, short n, unsigned char order,
+                       int* out);
 
-// True for whole literal texts of one known code set and language, which need no closer look.
-inline bool IsUsual(const ComparedText& text1, const ComparedText& text2, unsigned short op, short n,
-                    unsigned char order) {
-    return text1.codeSet == text2.codeSet && text1.language == text2.language && text1.language != VqNullMark &&
-           text1.codeSet != 0 && text1.codeSet != VqNullMark && text1.text != nullptr && text2.text != nullptr &&
+// True for whole literal texts of one known code set and language, which need no closer look. The bytes are compared by
+// XOR: as equal members of two structures they would be compared as one word, which waits for stores of single bytes.
+inline bool IsUsual(ComparedText text1, ComparedText text2, unsigned short op, short n, unsigned char order) {
+    const int apart = (text1.codeSet ^ text2.codeSet) | (text1.language ^ text2.language);
+    return apart == 0 && text1.language != VqNullMark && text1.codeSet != 0 && text1.codeSet != VqNullMark &&
+           text1.text != nullptr && text2.text != nullptr &&
            (op & ~(VqCmp_IgnoreCase | VqCmp_IgnoreAccents)) == VqCmp_Exact && n == -1 && order != OrderHighFirst;
 }
 
 // As VqStrCmp. Where both sizes are known, blocks of bytes are compared at once.
-inline int CompareTexts(const ComparedText& text1, const ComparedText& text2, unsigned short op, short n,
-                        unsigned char order, int* out) {
+inline int CompareTexts(ComparedText text1, ComparedText text2, unsigned short op, short n, unsigned char order,
+                        int* out) {
     if (!IsUsual(text1, text2, op, n, order)) return CompareTextsAnyHow(text1, text2, op, n, order, out);
-    const VqCodeSet& set = CodeSetOf(text1.codeSet);
-    const VqKeyTable table = set.GetKeyTable(text1.language);
-    const ReadyTexts texts = {text1.text, text2.text, std::min(text1.size, text2.size), &set, text1.language};
-    if (CharSizeOf(text1.codeSet) == 1) return CompareReadyBytes(texts, table, op);
-    return CompareReadyUnits(texts, table, op);
+    const std::size_t readable = std::min(text1.size, text2.size);
+    if (CharSizeOf(text1.codeSet) == 1) {
+        return CompareUsualBytes(text1.text, text2.text, readable, text1.codeSet, text1.language, op);
+    }
+    return CompareUsualUnits(text1.text, text2.text, readable, text1.codeSet, text1.language, op);
 }
 
 }  // namespace vq

@@ -2,12 +2,16 @@
 #ifndef VQ_EQUALRUN_H
 #define VQ_EQUALRUN_H
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 
-#ifdef __SSE2__
+#if defined(__x86_64__) && defined(__GNUC__)
+#define VQ_MASKED_LOADS
+#include <immintrin.h>
+#elif defined(__SSE2__)
 #include <emmintrin.h>
 #endif
 
@@ -55,7 +59,7 @@ inline __m128i LoadHalves(const unsigned char* low, const unsigned char* high) {
 
 // The byte of the first stop from `at` on, or `bytes`.
 template <class Unit>
-std::size_t StopByBlocks(const TextPair<Unit>& pair, std::size_t bytes) {
+std::size_t StopByBlocks(TextPair<Unit> pair, std::size_t bytes) {
     std::size_t at = 0;
     for (; at + 16 <= bytes; at += 16) {
         const unsigned mask = StopMask<Unit>(LoadBlock(pair.text1 + at), LoadBlock(pair.text2 + at));
@@ -69,7 +73,7 @@ std::size_t StopByBlocks(const TextPair<Unit>& pair, std::size_t bytes) {
 
 // The same for 8 to 15 bytes: their first and their last 8.
 template <class Unit>
-std::size_t StopByHalves(const TextPair<Unit>& pair, std::size_t bytes) {
+std::size_t StopByHalves(TextPair<Unit> pair, std::size_t bytes) {
     const std::size_t last = bytes - 8;
     const unsigned mask =
         StopMask<Unit>(LoadHalves(pair.text1, pair.text1 + last), LoadHalves(pair.text2, pair.text2 + last));
@@ -81,7 +85,7 @@ std::size_t StopByHalves(const TextPair<Unit>& pair, std::size_t bytes) {
 #endif
 
 template <class Unit>
-std::size_t StopByUnits(const TextPair<Unit>& pair, std::size_t bytes) {
+std::size_t StopByUnits(TextPair<Unit> pair, std::size_t bytes) {
     std::size_t at = 0;
     while (at < bytes) {
         const unsigned short code = pair.Load(pair.text1 + at);
@@ -91,9 +95,41 @@ std::size_t StopByUnits(const TextPair<Unit>& pair, std::size_t bytes) {
     return at;
 }
 
+#ifdef VQ_MASKED_LOADS
+
+inline bool HasMaskedLoads() { return __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl"); }
+
+// Up to 32 bytes at once without a branch on how many: what the mask leaves out is not read.
+template <class Unit>
+[[gnu::noinline, gnu::target("avx512f,avx512bw,avx512vl,bmi,bmi2")]] std::size_t StopByMasks(const unsigned char* text1,
+                                                                                             const unsigned char* text2,
+                                                                                             std::size_t bytes) {
+    std::size_t at = 0;
+    std::uint32_t stops = 0;
+    do {
+        const std::size_t count = bytes - at;
+        const __mmask32 here = _bzhi_u32(~0U, count < 32 ? static_cast<unsigned>(count) : 32U);
+        const __m256i block1 = _mm256_maskz_loadu_epi8(here, text1 + at);
+        const __m256i block2 = _mm256_maskz_loadu_epi8(here, text2 + at);
+        const __m256i same = sizeof(Unit) == 1 ? _mm256_cmpeq_epi8(block1, block2) : _mm256_cmpeq_epi16(block1, block2);
+        const __m256i units = _mm256_and_si256(block1, same);  // 0 at a difference and at the end
+        const __m256i none = _mm256_setzero_si256();
+        const __m256i stop = sizeof(Unit) == 1 ? _mm256_cmpeq_epi8(units, none) : _mm256_cmpeq_epi16(units, none);
+        stops = static_cast<std::uint32_t>(_mm256_movemask_epi8(stop));  // also behind what may be read
+        at += 32;
+    } while (stops == 0 && at < bytes);
+    const std::size_t stop = at - 32 + static_cast<unsigned>(std::countr_zero(stops));
+    return stop < bytes ? stop : bytes;
+}
+
+#endif
+
 // The byte of the first unit that differs or is the end of both, or `bytes`; `bytes` may be read of both texts.
 template <class Unit>
-std::size_t FirstStop(const TextPair<Unit>& pair, std::size_t bytes) {
+std::size_t FirstStop(TextPair<Unit> pair, std::size_t bytes) {
+#ifdef VQ_MASKED_LOADS
+    if (HasMaskedLoads()) return StopByMasks<Unit>(pair.text1, pair.text2, bytes);
+#endif
 #ifdef __SSE2__
     if (bytes >= 16) return StopByBlocks(pair, bytes);
     if (bytes >= 8) return StopByHalves(pair, bytes);
@@ -109,7 +145,7 @@ class SizedRun {
   public:
     explicit SizedRun(std::size_t bytes) : bytes_(bytes) {}
 
-    bool Skip(TextPair<Unit>& pair) {
+    [[gnu::always_inline]] bool Skip(TextPair<Unit>& pair) {
         const std::size_t at = FirstStop(pair, bytes_);
         bytes_ -= at;
         pair.text1 += at;
@@ -136,15 +172,37 @@ class TerminatedRun {
     void Took() const {}
 };
 
-// The C library knows how to see that short texts are equal without a branch for each byte.
-template <>
-inline bool TerminatedRun<unsigned char>::Skip(TextPair<unsigned char>& pair) const {
-    if (*pair.text1 != *pair.text2) return true;
-    if (std::strcmp(reinterpret_cast<const char*>(pair.text1), reinterpret_cast<const char*>(pair.text2)) == 0)
-        return false;
-    while (*pair.text1 == *pair.text2) pair.Move(1);
-    return true;
-}
+// Bytes, of which a known number may be read, or (0) only those up to the zero bytes. The C library sees that texts are
+// equal without a branch for each byte; blocks find where they are not.
+class ByteRun {
+  public:
+    explicit ByteRun(std::size_t readable) : readable_(readable) {}
+
+    [[gnu::always_inline]] bool Skip(TextPair<unsigned char>& pair) {
+        if (*pair.text1 != *pair.text2) return true;
+        const char* const text1 = reinterpret_cast<const char*>(pair.text1);
+        const char* const text2 = reinterpret_cast<const char*>(pair.text2);
+        if (std::strcmp(text1, text2) == 0) return false;
+        if (readable_ == 0) readable_ = std::min(ShortSize(text1), ShortSize(text2));
+        if (readable_ != 0) {
+            const std::size_t at = FirstStop(pair, readable_);
+            pair.Move(static_cast<std::ptrdiff_t>(at));
+            readable_ -= at;
+        }
+        while (*pair.text1 == *pair.text2) pair.Move(1);
+        return true;
+    }
+    void Took() { readable_ -= readable_ != 0; }
+
+  private:
+    // With the zero byte; 0 for a text that is not short.
+    static std::size_t ShortSize(const char* text) {
+        const void* const end = std::memchr(text, 0, 64);
+        return end != nullptr ? static_cast<std::size_t>(static_cast<const char*>(end) - text) + 1 : 0;
+    }
+
+    std::size_t readable_;
+};
 
 // Knows that both texts end, at the latest after a number of units.
 template <class Unit>

@@ -1,7 +1,5 @@
 #include "strcompare.h"
 
-#include <algorithm>
-
 #include "comparebytes.h"
 #include "comparelevels.h"
 #include "compareready.h"
@@ -40,29 +38,21 @@ ComparedText NotNull(const ComparedText& text) {
     return text.text != nullptr ? text : ComparedText{text.codeSet, text.language, emptyText, sizeof emptyText};
 }
 
-int CompareByTable(const ComparedText& text1, const ComparedText& text2, const VqCodeSet& set, const VqKeyTable& table,
-                   unsigned short op, std::size_t limit) {
-    const bool wide = CharSizeOf(text1.codeSet) != 1;
-    const ReadyTexts texts = {text1.text, text2.text, std::min(text1.size, text2.size), &set, text1.language};
-    if (limit == NoLimit) return wide ? CompareReadyUnits(texts, table, op) : CompareReadyBytes(texts, table, op);
-    return wide ? CompareReadyUnits(texts, table, op, limit) : CompareReadyBytes(texts, table, op, limit);
-}
-
 int CompareCharacters(const ComparedText& text1, const ComparedText& text2, unsigned short op, std::size_t limit,
                       unsigned char order, int* out) {
     if (ServedByReadyKeys(text1, text2, op, order, out)) {
         const VqCodeSet& set = CodeSetOf(text1.codeSet);
         const VqKeyTable table = set.GetKeyTable(text1.language);
         const bool sameKeys = text1.language == text2.language || table.keys == set.GetKeyTable(text2.language).keys;
-        if (sameKeys && table.count != 0) return CompareByTable(text1, text2, set, table, op, limit);
+        if (sameKeys && table.count != 0) return CompareReady(text1.text, text2.text, limit, set, text1.language, op);
     }
     return CompareByReaders(text1, text2, op, limit, order, out);
 }
 
 }  // namespace
 
-int CompareTextsAnyHow(const ComparedText& text1, const ComparedText& text2, unsigned short op, short n,
-                       unsigned char order, int* out) {
+int CompareTextsAnyHow(ComparedText text1, ComparedText text2, unsigned short op, short n, unsigned char order,
+                       int* out) {
     const bool literal = op & LiteralBits;
     const bool null1 = IsNullText(text1.codeSet, text1.language), null2 = IsNullText(text2.codeSet, text2.language);
     if (null2) return null1 ? 0 : 1;
