@@ -28,19 +28,14 @@ enum class HashUnit { SignedByte, Byte, LowBitsOfByte, Word, LowBitsOfWord };
 
 constexpr std::uint32_t Power(unsigned exponent) { return exponent == 0 ? 1 : 9 * Power(exponent - 1); }
 
-// What every one of `n` units adds to the hash when each is 1.
-constexpr std::uint32_t Ones(unsigned n) { return n == 0 ? 0 : 9 * Ones(n - 1) + 1; }
-
-template <std::uint32_t (*function)(unsigned)>
-inline constexpr auto FirstNine = [] {
-    std::array<std::uint32_t, 9> values = {};
-    for (unsigned n = 0; n < values.size(); ++n) values[n] = function(n);
-    return values;
+inline constexpr auto PowersOf9 = [] {
+    std::array<std::uint32_t, 8> powers = {};
+    for (unsigned n = 0; n < powers.size(); ++n) powers[n] = Power(n);
+    return powers;
 }();
 
 inline constexpr std::uint64_t EachByte = 0x0101010101010101, EachWord = 0x0001000100010001;
 
-// Values with a sign are taken as the unit with its top bit flipped, less a bias: nothing in a word is ever negative.
 template <HashUnit unit>
 struct HashTraits {
     static constexpr bool IsWide = unit == HashUnit::Word || unit == HashUnit::LowBitsOfWord;
@@ -49,15 +44,14 @@ struct HashTraits {
     static constexpr unsigned Size = IsWide ? 2 : 1;
     static constexpr unsigned UnitsPerWord = 8 / Size;
     static constexpr std::uint64_t Each = IsWide ? EachWord : EachByte;
-    static constexpr std::uint64_t Flip = IsSigned ? 0x80 * Each : 0;
+    static constexpr std::uint64_t Top = Each << (8 * Size - 1);
     static constexpr std::uint64_t Keep = IsLow ? 0x7F * Each : ~std::uint64_t{0};
-    static constexpr std::uint32_t Bias = IsSigned ? 0x80 : 0;
 };
 
 // Not 0 where the word has a zero unit; the lowest bit set is the top bit of the first one.
 template <class T>
 constexpr std::uint64_t ZeroUnits(std::uint64_t word) {
-    return (word - T::Each) & ~word & T::Each << (8 * T::Size - 1);
+    return (word - T::Each) & ~word & T::Top;
 }
 
 // The hash of a word's units from 0 on: neighbours are folded in lanes that become twice as wide.
@@ -71,9 +65,17 @@ constexpr std::uint32_t FoldWord(std::uint64_t word) {
     return static_cast<std::uint32_t>(lanes) * Power(2 * perLane) + static_cast<std::uint32_t>(lanes >> 32);
 }
 
+// True when no unit is zero or has its top bit set, as in most words of most texts: fewer steps than ZeroUnits.
 template <class T>
-constexpr std::uint64_t Values(std::uint64_t word) {
-    return (word ^ T::Flip) & T::Keep;
+constexpr bool IsPlainWord(std::uint64_t word) {
+    return (((word - T::Each) | word) & T::Top) == 0;
+}
+
+// The hash of a word's values from 0 on. A byte with sign is 256 less when its top bit is set.
+template <class T>
+constexpr std::uint32_t FoldValues(std::uint64_t word) {
+    if constexpr (!T::IsSigned) return FoldWord<T>(word & T::Keep);
+    return FoldWord<T>(word) - 256 * FoldWord<T>((word & T::Top) >> 7);
 }
 
 inline std::uint64_t LoadHashWord(const unsigned char* at) {
@@ -97,32 +99,72 @@ inline std::uint64_t LoadShortWord(const unsigned char* at, std::size_t size) {
 
 // Goes on over the units before the first zero one of a word that has one.
 template <class T>
-std::uint32_t HashEnd(std::uint64_t word, std::uint32_t h) {
-    const unsigned bits = static_cast<unsigned>(std::countr_zero(ZeroUnits<T>(word))) / (8 * T::Size) * (8 * T::Size);
-    const unsigned units = bits / (8 * T::Size);
+inline std::uint32_t HashEnd(std::uint64_t word, std::uint32_t h) {
+    const unsigned bits = static_cast<unsigned>(std::countr_zero(ZeroUnits<T>(word))) & ~(8 * T::Size - 1);
     // They move to the top: zeros below them are a beginning that adds nothing.
-    const std::uint64_t values = Values<T>(word) << 1 << (63 - bits);
-    return h * FirstNine<Power>[units] + FoldWord<T>(values) - T::Bias * FirstNine<Ones>[units];
+    return h * PowersOf9[bits / (8 * T::Size)] + FoldValues<T>(word << 1 << (63 - bits));
+}
+
+// Goes on over the last `size` bytes of a text, fewer than 8, which stand at the low end of `word` with zeros above.
+template <class T>
+inline std::uint32_t HashTail(std::uint64_t word, std::size_t size, std::uint32_t h) {
+    if (!IsPlainWord<T>(word | T::Each << 8 * size)) return HashEnd<T>(word, h);
+    return h * PowersOf9[size / T::Size] + FoldWord<T>(word << 1 << (63 - 8 * size) & T::Keep);
+}
+
+// Goes on word by word over `left` bytes; `before` tells that 8 or more stand before them.
+template <class T>
+[[gnu::noinline]] std::uint32_t HashWords(const unsigned char* at, std::size_t left, bool before, std::uint32_t h) {
+    before |= left >= 8;
+    for (; left >= 8; at += 8, left -= 8) {
+        const std::uint64_t word = LoadHashWord(at);
+        if (IsPlainWord<T>(word)) [[likely]] {
+            h = h * Power(T::UnitsPerWord) + FoldWord<T>(word & T::Keep);
+        } else if (ZeroUnits<T>(word) == 0) {
+            h = h * Power(T::UnitsPerWord) + FoldValues<T>(word);
+        } else {
+            return HashEnd<T>(word, h);
+        }
+    }
+    if (left == 0) return h;
+    // Where bytes stand before the last ones, one load takes them all.
+    return HashTail<T>(before ? LoadHashWord(at + left - 8) >> 8 * (8 - left) : LoadShortWord(at, left), left, h);
+}
+
+template <class T>
+std::uint32_t HashByWords(const unsigned char* text, std::size_t size) {
+    return HashWords<T>(text, size, false, 0);
 }
 
 #ifdef VQ_X86_HASH
 
-// The units of a vector in four steps: to 16-bit lanes, to 32-bit lanes, block by block, and the lanes at the end.
+// By blocks of 32 bytes, then one of 16 and one of 8, and the rest as words. A block with a zero unit is left to them.
 template <class T>
 struct Avx2Hash {
+    static constexpr unsigned UnitsPerLane = 4 / T::Size;  // of 32 bits
+    // Multiplication takes words as signed, so that they go in with 32768 less.
+    static constexpr bool IsBiased = T::IsWide && !T::IsLow;
+    static constexpr std::uint32_t Bias(unsigned units) { return IsBiased ? 32768 * Ones(units) : 0; }
+    // What n units add to the hash when each is 1.
+    static constexpr std::uint32_t Ones(unsigned n) { return n == 0 ? 0 : 9 * Ones(n - 1) + 1; }
+    static constexpr int Weight(unsigned lanesBehind) { return static_cast<int>(Power(lanesBehind * UnitsPerLane)); }
+
+    // The units of each 32-bit lane folded into it.
     VQ_HASH_KERNEL("avx2") static __m256i Fold(__m256i units) {
-        if constexpr (T::IsLow) {
-            units = _mm256_and_si256(units, _mm256_set1_epi64x(static_cast<long long>(T::Keep)));
-        }
-        if constexpr (T::IsWide) {
-            // Multiplication takes words as signed: 32768 less, which the end puts right.
-            const __m256i less = _mm256_xor_si256(units, _mm256_set1_epi16(T::IsLow ? 0 : -32768));
-            return _mm256_madd_epi16(less, _mm256_set1_epi32(0x00010009));
-        } else {
-            const __m256i nine = _mm256_set1_epi16(0x0109);
-            const __m256i pairs = T::IsSigned ? _mm256_maddubs_epi16(nine, units) : _mm256_maddubs_epi16(units, nine);
-            return _mm256_madd_epi16(pairs, _mm256_set1_epi32(0x00010051));
-        }
+        if (T::IsLow) units = _mm256_and_si256(units, _mm256_set1_epi64x(static_cast<long long>(T::Keep)));
+        if (IsBiased) units = _mm256_xor_si256(units, _mm256_set1_epi16(-32768));
+        if (T::IsWide) return _mm256_madd_epi16(units, _mm256_set1_epi32(0x00010009));
+        const __m256i nine = _mm256_set1_epi16(0x0109);
+        const __m256i pairs = T::IsSigned ? _mm256_maddubs_epi16(nine, units) : _mm256_maddubs_epi16(units, nine);
+        return _mm256_madd_epi16(pairs, _mm256_set1_epi32(0x00010051));
+    }
+    VQ_HASH_KERNEL("avx2") static __m128i Fold(__m128i units) {
+        if (T::IsLow) units = _mm_and_si128(units, _mm_set1_epi64x(static_cast<long long>(T::Keep)));
+        if (IsBiased) units = _mm_xor_si128(units, _mm_set1_epi16(-32768));
+        if (T::IsWide) return _mm_madd_epi16(units, _mm_set1_epi32(0x00010009));
+        const __m128i nine = _mm_set1_epi16(0x0109);
+        const __m128i pairs = T::IsSigned ? _mm_maddubs_epi16(nine, units) : _mm_maddubs_epi16(units, nine);
+        return _mm_madd_epi16(pairs, _mm_set1_epi32(0x00010051));
     }
 
     VQ_HASH_KERNEL("avx2") static bool HasZero(__m256i units) {
@@ -130,89 +172,95 @@ struct Avx2Hash {
         const __m256i equal = T::IsWide ? _mm256_cmpeq_epi16(units, zero) : _mm256_cmpeq_epi8(units, zero);
         return _mm256_movemask_epi8(equal) != 0;
     }
-
-    VQ_HASH_KERNEL("avx2")
-    static std::uint32_t Blocks(const unsigned char* text, std::size_t size, std::uint32_t h, std::size_t& done) {
-        constexpr unsigned perBlock = 32 / T::Size, perLane = 4 / T::Size;
-        constexpr auto weight = [](unsigned lane) { return static_cast<int>(Power((7 - lane) * perLane)); };
-        const __m256i step = _mm256_set1_epi32(static_cast<int>(Power(perBlock)));
-        __m256i sums = _mm256_setzero_si256();
-        std::uint32_t scale = 1, bias = 0;
-        std::size_t i = 0;
-        for (; i + 32 <= size; i += 32) {
-            const __m256i units = _mm256_loadu_si256(reinterpret_cast<const __m256i_u*>(text + i));
-            if (HasZero(units)) break;
-            sums = _mm256_add_epi32(_mm256_mullo_epi32(sums, step), Fold(units));
-            scale *= Power(perBlock);
-            if constexpr (IsBiased) bias = bias * Power(perBlock) + 32768 * Ones(perBlock);
-        }
-        const __m256i weights =
-            _mm256_setr_epi32(weight(0), weight(1), weight(2), weight(3), weight(4), weight(5), weight(6), weight(7));
-        sums = _mm256_mullo_epi32(sums, weights);
-        __m128i sum = _mm_add_epi32(_mm256_castsi256_si128(sums), _mm256_extracti128_si256(sums, 1));
-        sum = _mm_add_epi32(sum, _mm_shuffle_epi32(sum, 0x4E));
-        sum = _mm_add_epi32(sum, _mm_shuffle_epi32(sum, 0xB1));
-        done += i;
-        return h * scale + static_cast<std::uint32_t>(_mm_cvtsi128_si32(sum)) + bias;
+    // In the low `bytes` bytes.
+    VQ_HASH_KERNEL("avx2") static bool HasZero(__m128i units, int bytes) {
+        const __m128i zero = _mm_setzero_si128();
+        const __m128i equal = T::IsWide ? _mm_cmpeq_epi16(units, zero) : _mm_cmpeq_epi8(units, zero);
+        return (_mm_movemask_epi8(equal) & ((1 << bytes) - 1)) != 0;
     }
 
-    static constexpr bool IsBiased = T::IsWide && !T::IsLow;
+    VQ_HASH_KERNEL("avx2") static std::uint32_t Sum(__m128i lanes) {
+        lanes = _mm_add_epi32(lanes, _mm_shuffle_epi32(lanes, 0x4E));
+        lanes = _mm_add_epi32(lanes, _mm_shuffle_epi32(lanes, 0xB1));
+        return static_cast<std::uint32_t>(_mm_cvtsi128_si32(lanes));
+    }
+
+    // Goes on over the blocks before the first one with a zero unit. A function of its own: that leaves the upper
+    // halves of the registers clean for what follows, on every compiler.
+    VQ_HASH_KERNEL("avx2")
+    [[gnu::noinline]] static std::uint32_t AddBlocks(const unsigned char*& text, std::size_t& size) {
+        constexpr unsigned units = 32 / T::Size;
+        const __m256i step = _mm256_set1_epi32(static_cast<int>(Power(units)));
+        const unsigned char* at = text;
+        __m256i sums = _mm256_setzero_si256();
+        std::uint32_t biases = 0;
+        for (; size >= 32; at += 32, size -= 32) {
+            const __m256i block = _mm256_loadu_si256(reinterpret_cast<const __m256i_u*>(at));
+            if (HasZero(block)) break;
+            sums = _mm256_add_epi32(_mm256_mullo_epi32(sums, step), Fold(block));
+            if (IsBiased) biases = biases * Power(units) + Bias(units);
+        }
+        const __m256i weights =
+            _mm256_setr_epi32(Weight(7), Weight(6), Weight(5), Weight(4), Weight(3), Weight(2), Weight(1), Weight(0));
+        sums = _mm256_mullo_epi32(sums, weights);
+        text = at;
+        return biases + Sum(_mm_add_epi32(_mm256_castsi256_si128(sums), _mm256_extracti128_si256(sums, 1)));
+    }
+
+    // True, and h, at and left have gone on, when the 16 bytes have no zero unit.
+    VQ_HASH_KERNEL("avx2") static bool AddSixteen(const unsigned char*& at, std::size_t& left, std::uint32_t& h) {
+        constexpr unsigned units = 16 / T::Size;
+        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i_u*>(at));
+        if (HasZero(block, 16)) return false;
+        const __m128i weights = _mm_setr_epi32(Weight(3), Weight(2), Weight(1), Weight(0));
+        h = h * Power(units) + Sum(_mm_mullo_epi32(Fold(block), weights)) + Bias(units);
+        at += 16;
+        left -= 16;
+        return true;
+    }
+    VQ_HASH_KERNEL("avx2") static bool AddEight(const unsigned char*& at, std::size_t& left, std::uint32_t& h) {
+        constexpr unsigned units = 8 / T::Size;
+        const __m128i block = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(at));
+        if (HasZero(block, 8)) return false;
+        std::uint32_t lanes[2];
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(lanes), Fold(block));
+        h = h * Power(units) + lanes[0] * Power(UnitsPerLane) + lanes[1] + Bias(units);
+        at += 8;
+        left -= 8;
+        return true;
+    }
+
+    VQ_HASH_KERNEL("avx2") static std::uint32_t Hash(const unsigned char* text, std::size_t size) {
+        const bool before = size >= 8;
+        std::uint32_t h = 0;
+        if (size >= 32) h = AddBlocks(text, size);
+        if (size >= 16 && !AddSixteen(text, size, h)) return HashWords<T>(text, size, false, h);
+        if (size >= 8 && !AddEight(text, size, h)) return HashWords<T>(text, size, false, h);
+        return size == 0 ? h : HashWords<T>(text, size, before, h);
+    }
 };
 
+#undef VQ_HASH_KERNEL
 #endif
 
-inline std::uint32_t NoBlocks(const unsigned char*, std::size_t, std::uint32_t h, std::size_t&) { return h; }
-
-// One way to hash whole blocks of 32 bytes without a zero unit: continues `h` over as many as there are among the
-// `size` bytes at `text`, and adds their bytes to `done`.
-using HashBlocks = std::uint32_t (*)(const unsigned char* text, std::size_t size, std::uint32_t h, std::size_t& done);
+// The hash of the units in the `size` bytes at `text`, up to the first zero unit. Reads nothing behind them, and no
+// alignment is asked for.
+using HashFunction = std::uint32_t (*)(const unsigned char* text, std::size_t size);
 
 struct HashKernel {
     const char* name;
     bool (*supported)();  // by this processor
-    HashBlocks blocks;
+    HashFunction hash;
 };
 
-// The fastest first; the last leaves all to words and runs everywhere. Each gives the same results.
+// The fastest first; the last runs everywhere. Each gives the same results.
 template <HashUnit unit>
 inline constexpr HashKernel hashKernels[] = {
 #ifdef VQ_X86_HASH
-    {"avx2", [] { return __builtin_cpu_supports("avx2") != 0; }, Avx2Hash<HashTraits<unit>>::Blocks},
+    {"avx2", [] { return __builtin_cpu_supports("avx2") != 0; }, Avx2Hash<HashTraits<unit>>::Hash},
 #endif
-    {"words", [] { return true; }, NoBlocks},
+    {"words", [] { return true; }, HashByWords<HashTraits<unit>>},
 };
-
-// Shorter texts gain nothing by blocks.
-constexpr std::size_t LeastHashBlocks = 32;
-
-// The hash of the units at `text` up to the first zero unit, at most `n` units. Reads nothing behind the n units, and
-// no alignment is asked for. `blocks` gives the blocks' function when there are enough bytes for it.
-template <HashUnit unit, class Blocks>
-std::uint32_t Hash9(const void* text, std::size_t n, Blocks blocks) {
-    using T = HashTraits<unit>;
-    const unsigned char* at = static_cast<const unsigned char*>(text);
-    std::size_t left = n * T::Size;
-    const bool hasWord = left >= 8;
-    std::uint32_t h = 0;
-    if (left >= LeastHashBlocks) {
-        std::size_t done = 0;
-        h = blocks()(at, left, h, done);
-        at += done;
-        left -= done;
-    }
-    for (; left >= 8; at += 8, left -= 8) {
-        const std::uint64_t word = LoadHashWord(at);
-        if (ZeroUnits<T>(word) != 0) return HashEnd<T>(word, h);
-        h = h * Power(T::UnitsPerWord) + FoldWord<T>(Values<T>(word)) - T::Bias * Ones(T::UnitsPerWord);
-    }
-    if (left == 0) return h;
-    // Where bytes stand before the last ones, one load takes them all.
-    return HashEnd<T>(hasWord ? LoadHashWord(at + left - 8) >> 8 * (8 - left) : LoadShortWord(at, left), h);
-}
-
-#ifdef VQ_X86_HASH
-#undef VQ_HASH_KERNEL
-#endif
 
 }  // namespace vq
 

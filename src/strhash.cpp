@@ -15,26 +15,26 @@ constexpr unsigned char Unicode = 253;
 constexpr std::uint32_t NullHash = 0xFEFE7575;
 
 template <vq::HashUnit unit>
-std::uint32_t ChooseBlocks(const unsigned char* text, std::size_t size, std::uint32_t h, std::size_t& done);
+std::uint32_t ChooseHash(const unsigned char* text, std::size_t size);
 
 // Constant-initialised, so that other libraries' start-up code may hash already.
 template <vq::HashUnit unit>
-constinit std::atomic<vq::HashBlocks> hashBlocks{ChooseBlocks<unit>};
+constinit std::atomic<vq::HashFunction> hashFunction{ChooseHash<unit>};
 
 template <vq::HashUnit unit>
-std::uint32_t ChooseBlocks(const unsigned char* text, std::size_t size, std::uint32_t h, std::size_t& done) {
+std::uint32_t ChooseHash(const unsigned char* text, std::size_t size) {
 #ifdef VQ_X86_HASH
     __builtin_cpu_init();
 #endif
     const vq::HashKernel* kernel = vq::hashKernels<unit>;
     while (!kernel->supported()) ++kernel;
-    hashBlocks<unit>.store(kernel->blocks, std::memory_order_relaxed);
-    return kernel->blocks(text, size, h, done);
+    hashFunction<unit>.store(kernel->hash, std::memory_order_relaxed);
+    return kernel->hash(text, size);
 }
 
 template <vq::HashUnit unit>
-std::uint32_t HashUnits(const void* text, std::size_t n) {
-    return vq::Hash9<unit>(text, n, [] { return hashBlocks<unit>.load(std::memory_order_relaxed); });
+std::uint32_t HashUnits(const void* text, std::size_t size) {
+    return hashFunction<unit>.load(std::memory_order_relaxed)(static_cast<const unsigned char*>(text), size);
 }
 
 // The buffer's last unit is the zero character, so that the units before it are the most there can be.
@@ -42,8 +42,7 @@ template <vq::HashUnit byte, vq::HashUnit word>
 std::uint32_t HashStored(const VqString& s) {
     const std::size_t size = s.GetSize();
     if (size == 0) return 0;
-    return s.GetCodeSet() == Unicode ? HashUnits<word>(s.StrGet(), size / 2 - 1)
-                                     : HashUnits<byte>(s.StrGet(), size - 1);
+    return s.GetCodeSet() == Unicode ? HashUnits<word>(s.StrGet(), size - 2) : HashUnits<byte>(s.StrGet(), size - 1);
 }
 
 std::size_t Distance(const char* from, const void* to) {

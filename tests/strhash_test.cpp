@@ -55,7 +55,7 @@ void CompareKernels() {
             const std::uint32_t expected = Slow<unit>(text.get(), n);
             for (const vq::HashKernel& kernel : vq::hashKernels<unit>) {
                 if (!kernel.supported()) continue;
-                ASSERT_EQ(vq::Hash9<unit>(text.get(), n, [&] { return kernel.blocks; }), expected)
+                ASSERT_EQ(kernel.hash(text.get(), size), expected)
                     << kernel.name << " " << n << " units, " << zeros << " zeros";
             }
         }
