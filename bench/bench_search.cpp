@@ -216,7 +216,7 @@ const std::vector<ByteCase>& ByteCases() {
         std::vector<ByteCase> made;
         const std::string field = MakeText(64).substr(0, 58) + "Ablage";
         made.push_back({"Field/64", field, "Ablage"});
-        for (const std::size_t bytes : {1024, 4096, 60000}) {
+        for (const unsigned bytes : {1024U, 4096U, 60000U}) {
             made.push_back({bytes == 1024   ? "Text/1024"
                             : bytes == 4096 ? "Text/4096"
                                             : "Text/60000",

@@ -108,7 +108,7 @@ TEST(StringEdit, ReplacingGoesOnBehindWhatWasPutIn) {
 }
 
 TEST(StringEdit, ReplacingTooMuchReportsAndCutsEachTime) {
-    for (const std::size_t toLength : {10, 30000, 65532}) {
+    for (const unsigned toLength : {10U, 30000U, 65532U}) {
         const std::string units = "a" + std::string(30000, 'x') + "a" + std::string(30000, 'y') + "aaaa";
         const VqString to(std::string(toLength, 'a').c_str());
         VqString text(units.c_str()), slow(units.c_str());

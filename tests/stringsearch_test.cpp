@@ -140,7 +140,7 @@ class SearchMaker {
     }
     void Settings() {
         VqString::SetDefaultCmpOp(random_() % 2 ? unsigned{VqCmp_Exact} : Pick(operations, random_));
-        const auto maybe = [this](char other) { return VqChar(random_() % 4 ? 0 : other, 1, 0); };
+        const auto maybe = [this](char other) { return VqChar(random_() % 4 ? '\0' : other); };
         VqString::SetAsterisk(maybe(Pick("*?%ab", random_)));
         VqString::SetQuestion(maybe(Pick("*?%ab", random_)));
         VqString::SetEscape(maybe('\\'));
