@@ -11,8 +11,7 @@
 #define MULTIBYTE_H
 
 #include "vqdefs.h"
-
-class VqString;
+#include "vqstring.h"
 
 // --- Single characters and plain buffers
 

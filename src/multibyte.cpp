@@ -21,6 +21,10 @@ constexpr unsigned char UnicodeSet = 253;
 // Code sets below are ASCII in their lower half.
 constexpr unsigned char FirstOtherSet = 6;
 
+// Up to so many bytes of UTF-8, or units, are converted on the stack and then copied, which takes less time than
+// counting the room that they need.
+constexpr std::size_t ShortText = 64, ShortUnits = 1024;
+
 // --- Kernels
 
 constinit std::atomic<const Utf8Kernel*> chosenKernel{nullptr};
@@ -188,24 +192,29 @@ int VqWChar2MultiByte(char* out, wchar_t c) {
 long VqMBS2VqString(const char* text, VqString& out, long n) {
     const std::size_t size = text == nullptr || n < 0 ? 0 : static_cast<std::size_t>(n);
     const unsigned char* const start = BytesOf(text);
-    // Right text has as many characters as bytes that begin one, so this is mostly the string's own buffer.
-    const std::size_t most =
-        size == 0 ? 0 : Kernel().countStarts(start, start + std::min<std::size_t>(size, VqMultiByteLimit));
-    std::unique_ptr<char[]> units(most != 0 ? new char[2 * (most + 1)] : nullptr);
-    Utf8Cursor at{start, BytesOf(units.get())};
-    const long result = text == nullptr ? 0 : n < 0 ? -1 : DecodeText(at, size, at.out + 2 * most);
+    unsigned char few[2 * ShortText];
+    std::unique_ptr<char[]> units;
+    std::size_t most = size;
+    if (size > ShortText) {
+        // Right text has as many characters as bytes that begin one, so this becomes the string's own buffer.
+        most = Kernel().countStarts(start, start + std::min<std::size_t>(size, VqMultiByteLimit));
+        units.reset(new char[2 * (most + 1)]);
+    }
+    unsigned char* const room = units != nullptr ? BytesOf(units.get()) : few;
+    Utf8Cursor at{start, room};
+    const long result = text == nullptr ? 0 : n < 0 ? -1 : DecodeText(at, size, room + 2 * most);
 
-    const std::size_t bytes = static_cast<std::size_t>(at.out - BytesOf(units.get()));
+    const std::size_t bytes = static_cast<std::size_t>(at.out - room);
     const unsigned char language = out.GetLanguage();
     out.Destroy();
     out.codeSet_ = UnicodeSet;
     out.language_ = language;
-    if (bytes != 0 && bytes == 2 * most && bytes + 2 <= VqString::MaxSize) {
+    if (units != nullptr && bytes != 0 && bytes == 2 * most && bytes + 2 <= VqString::MaxSize) {
         vq::StoreUnit(at.out, 0);
         out.buffer_ = units.release();
         out.size_ = static_cast<std::uint16_t>(bytes + 2);
     } else {
-        out.AssignChars(units.get(), UnicodeSet, static_cast<unsigned short>(bytes / 2));
+        out.AssignChars(room, UnicodeSet, static_cast<unsigned short>(bytes / 2));
     }
     return result;
 }
@@ -248,6 +257,13 @@ long VqString2MultiByteString(const VqString& text, char*& out, long& length) {
         return length = plain;
     }
     const UnicodeText units(text);
+    if (units.End() - units.Start() <= std::ptrdiff_t{2 * ShortUnits}) {
+        char few[3 * ShortUnits + 1];
+        length = EncodeText(units, few, sizeof few);
+        out = new char[static_cast<std::size_t>(length) + 1];
+        std::memcpy(out, few, static_cast<std::size_t>(length) + 1);
+        return length;
+    }
     length = static_cast<long>(Kernel().countBytes(units.Start(), units.End()));
     out = new char[static_cast<std::size_t>(length) + 1];
     return EncodeText(units, out, length + 1);

@@ -471,7 +471,7 @@ VQ_AVX512 VQ_ALIGN_STACK inline Utf8Cursor EncodeAvx512(Utf8Cursor at, const uns
                                                         unsigned char* outEnd) {
     while (at.in != inEnd) {
         const std::size_t left = static_cast<std::size_t>(inEnd - at.in) / 2;
-        std::size_t room = static_cast<std::size_t>(outEnd - at.out);
+        const std::size_t room = static_cast<std::size_t>(outEnd - at.out);
         const __m512i loaded = _mm512_maskz_loadu_epi16(LowBits<std::uint32_t>(left), at.in);
         const std::uint32_t zeros = _mm512_testn_epi16_mask(loaded, loaded);
         const std::size_t taken = static_cast<std::size_t>(std::countr_zero(zeros));
@@ -487,9 +487,11 @@ VQ_AVX512 VQ_ALIGN_STACK inline Utf8Cursor EncodeAvx512(Utf8Cursor at, const uns
             size = StoreNonZero(at.out, TwoBytesAvx512(units), room);
         } else {
             const __m512i lower = ThreeBytesAvx512(_mm512_cvtepu16_epi32(_mm512_castsi512_si256(units)));
-            const __m512i upper = ThreeBytesAvx512(_mm512_cvtepu16_epi32(_mm512_extracti64x4_epi64(units, 1)));
             size = StoreNonZero(at.out, lower, room);
-            if (size <= room) size += StoreNonZero(at.out + size, upper, room - size);
+            if (size <= room && taken > 16) {
+                const __m512i upper = ThreeBytesAvx512(_mm512_cvtepu16_epi32(_mm512_extracti64x4_epi64(units, 1)));
+                size += StoreNonZero(at.out + size, upper, room - size);
+            }
         }
         if (size == 0 || size > room) break;
         at = {at.in + 2 * taken, at.out + size};
