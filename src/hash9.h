@@ -185,17 +185,17 @@ struct Avx2Hash {
         return static_cast<std::uint32_t>(_mm_cvtsi128_si32(lanes));
     }
 
-    // Goes on over the blocks before the first one with a zero unit. A function of its own: that leaves the upper
-    // halves of the registers clean for what follows, on every compiler.
+    // The hash of the blocks before the first one with a zero unit, and their bytes. A function of its own: that leaves
+    // the upper halves of the registers clean for what follows, on every compiler.
     VQ_HASH_KERNEL("avx2")
-    [[gnu::noinline]] static std::uint32_t AddBlocks(const unsigned char*& text, std::size_t& size) {
+    [[gnu::noinline]] static std::uint32_t HashBlocks(const unsigned char* text, std::size_t size, std::size_t& done) {
         constexpr unsigned units = 32 / T::Size;
         const __m256i step = _mm256_set1_epi32(static_cast<int>(Power(units)));
-        const unsigned char* at = text;
+        std::size_t i = 0;
         __m256i sums = _mm256_setzero_si256();
         std::uint32_t biases = 0;
-        for (; size >= 32; at += 32, size -= 32) {
-            const __m256i block = _mm256_loadu_si256(reinterpret_cast<const __m256i_u*>(at));
+        for (; i + 32 <= size; i += 32) {
+            const __m256i block = _mm256_loadu_si256(reinterpret_cast<const __m256i_u*>(text + i));
             if (HasZero(block)) break;
             sums = _mm256_add_epi32(_mm256_mullo_epi32(sums, step), Fold(block));
             if (IsBiased) biases = biases * Power(units) + Bias(units);
@@ -203,8 +203,15 @@ struct Avx2Hash {
         const __m256i weights =
             _mm256_setr_epi32(Weight(7), Weight(6), Weight(5), Weight(4), Weight(3), Weight(2), Weight(1), Weight(0));
         sums = _mm256_mullo_epi32(sums, weights);
-        text = at;
+        done = i;
         return biases + Sum(_mm_add_epi32(_mm256_castsi256_si128(sums), _mm256_extracti128_si256(sums, 1)));
+    }
+
+    VQ_HASH_KERNEL("avx2") static std::uint32_t FoldEight(__m128i units) {
+        const __m128i lanes = Fold(units);
+        const auto first = static_cast<std::uint32_t>(_mm_cvtsi128_si32(lanes));
+        const auto second = static_cast<std::uint32_t>(_mm_extract_epi32(lanes, 1));
+        return first * Power(UnitsPerLane) + second + Bias(8 / T::Size);
     }
 
     // True, and h, at and left have gone on, when the 16 bytes have no zero unit.
@@ -219,24 +226,43 @@ struct Avx2Hash {
         return true;
     }
     VQ_HASH_KERNEL("avx2") static bool AddEight(const unsigned char*& at, std::size_t& left, std::uint32_t& h) {
-        constexpr unsigned units = 8 / T::Size;
         const __m128i block = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(at));
         if (HasZero(block, 8)) return false;
-        std::uint32_t lanes[2];
-        _mm_storel_epi64(reinterpret_cast<__m128i*>(lanes), Fold(block));
-        h = h * Power(units) + lanes[0] * Power(UnitsPerLane) + lanes[1] + Bias(units);
+        h = h * Power(8 / T::Size) + FoldEight(block);
         at += 8;
         left -= 8;
         return true;
     }
 
-    VQ_HASH_KERNEL("avx2") static std::uint32_t Hash(const unsigned char* text, std::size_t size) {
-        const bool before = size >= 8;
-        std::uint32_t h = 0;
-        if (size >= 32) h = AddBlocks(text, size);
+    // The same for fewer than 8 bytes that have 8 or more before them: these go in as zeros, which add nothing.
+    VQ_HASH_KERNEL("avx2") static bool AddTail(const unsigned char* at, std::size_t size, std::uint32_t& h) {
+        const __m128i shift = _mm_cvtsi32_si128(static_cast<int>(64 - 8 * size));
+        const __m128i tail = _mm_srl_epi64(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(at + size - 8)), shift);
+        if (HasZero(tail, static_cast<int>(size))) return false;
+        h = h * PowersOf9[size / T::Size] + FoldEight(_mm_sll_epi64(tail, shift));
+        return true;
+    }
+
+    // Fewer than 32 bytes; `before` tells that 8 or more stand before them.
+    VQ_HASH_KERNEL("avx2")
+    [[gnu::always_inline]] static inline std::uint32_t HashShort(const unsigned char* text, std::size_t size,
+                                                                 bool before, std::uint32_t h) {
+        before |= size >= 8;
         if (size >= 16 && !AddSixteen(text, size, h)) return HashWords<T>(text, size, false, h);
         if (size >= 8 && !AddEight(text, size, h)) return HashWords<T>(text, size, false, h);
-        return size == 0 ? h : HashWords<T>(text, size, before, h);
+        if (size == 0 || (before && AddTail(text, size, h))) return h;
+        return HashWords<T>(text, size, before, h);
+    }
+    VQ_HASH_KERNEL("avx2")
+    [[gnu::noinline]] static std::uint32_t HashLong(const unsigned char* text, std::size_t size) {
+        std::size_t done;
+        const std::uint32_t h = HashBlocks(text, size, done);
+        // What is left of a block with a zero unit may be longer than short.
+        return size - done < 32 ? HashShort(text + done, size - done, true, h)
+                                : HashWords<T>(text + done, size - done, true, h);
+    }
+    VQ_HASH_KERNEL("avx2") static std::uint32_t Hash(const unsigned char* text, std::size_t size) {
+        return size >= 32 ? HashLong(text, size) : HashShort(text, size, false, 0);
     }
 };
 
