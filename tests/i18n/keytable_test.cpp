@@ -1,11 +1,25 @@
-// Ready keys and letters of several characters beside the orders of single ones.
+// Ready keys, and letters of several characters, beside the orders of single characters.
 #include <gtest/gtest.h>
+
+#include <set>
+#include <string_view>
 
 #include "i18nsupport.h"
 #include "vqcollation.h"
 
 namespace vqtest {
 namespace {
+
+TEST(CollationKey, LeadsBackToTheOrder) {
+    for (const char collationClass : {char{1}, char{19}, char{20}}) {
+        for (unsigned order = 0; order < 65536; ++order) {
+            const auto o = static_cast<unsigned short>(order);
+            const std::int32_t key = VqCollationKey(o, static_cast<unsigned char>(collationClass));
+            ASSERT_EQ(VqCollationOrder(key), order);
+            ASSERT_GE(key, 0);
+        }
+    }
+}
 
 TEST(KeyTable, AgreesWithTheOrders) {
     for (const VqCodeSet* set : AllSets()) {
@@ -17,10 +31,108 @@ TEST(KeyTable, AgreesWithTheOrders) {
                 const std::int32_t key = VqCollationKey(orders.order[0], set->GetCollationClass(language));
                 if (orders.count == 2) {
                     ASSERT_LT(table.keys[code], 0) << Label(*set, code);
-                } else if (table.keys[code] >= 0 || !table.contractions) {
-                    ASSERT_EQ(table.keys[code], key) << Label(*set, code);
+                    ASSERT_LT(table.keys[code] & 0x7FFFFFFF, 0x01000000) << Label(*set, code);
+                } else {
+                    ASSERT_EQ(table.keys[code] & 0x7FFFFFFF, key) << Label(*set, code);
+                    ASSERT_TRUE(table.keys[code] >= 0 || table.contractions) << Label(*set, code);
                 }
             }
+        }
+    }
+}
+
+TEST(Contraction, SortsWhereTheAlphabetHasTheLetter) {
+    struct Case {
+        const char* language;
+        std::string_view text;
+        char16_t before, after;  // letters on both sides, or one that it equals at the primary level
+        int orders;
+    };
+    static const Case cases[] = {
+        {"czech", "ch", u'h', u'i', 1},
+        {"slovak", "Ch", u'h', u'i', 1},
+        {"danish", "aa", u'\u00E5', u'\u00E5', 1},
+        {"norwegian", "AA", u'\u00C5', u'\u00C5', 1},
+        {"hungarian", "cs", u'c', u'd', 1},
+        {"hungarian", "dz", u'd', u'e', 1},
+        {"hungarian", "dzs", u'd', u'e', 1},
+        {"hungarian", "zs", u'z', u'\u4E00', 1},
+        {"hungarian", "ccs", u'c', u'd', 2},
+        {"hungarian", "SSZ", u's', u't', 2},
+    };
+    for (const Case& c : cases) {
+        const auto language = static_cast<unsigned char>(VqLanguageContext::FindLanguage(c.language));
+        const Contraction found = ContractionOf(Unicode(), c.text, language);
+        ASSERT_EQ(found.count, static_cast<int>(c.text.size())) << c.text;
+        ASSERT_EQ(found.orders.count, c.orders) << c.text;
+        const unsigned primary = Primary(found.orders.order[0]);
+        const unsigned before = Primary(OrdersOf(Unicode(), c.before, language).order[0]);
+        const unsigned after = Primary(OrdersOf(Unicode(), c.after, language).order[0]);
+        if (before == after) {
+            EXPECT_EQ(primary, before) << c.text;
+        } else {
+            EXPECT_TRUE(before < primary && primary < after) << c.text;
+        }
+    }
+}
+
+TEST(Contraction, DoubledLettersEqualTwoSingleOnes) {
+    const auto hungarian = static_cast<unsigned char>(VqLanguageContext::FindLanguage("hungarian"));
+    for (const std::string_view single : {"cs", "dz", "gy", "ly", "ny", "sz", "ty", "zs"}) {
+        const std::string text = std::string(1, single[0]) + std::string(single);
+        const Orders doubled = ContractionOf(Unicode(), text, hungarian).orders;
+        const unsigned one = ContractionOf(Unicode(), single, hungarian).orders.order[0];
+        for (const unsigned order : doubled.order) EXPECT_EQ(Primary(order), Primary(one)) << text;
+    }
+}
+
+TEST(Contraction, IsNoneWhereTheTextEndsOrGoesOnOtherwise) {
+    for (const auto& [language, text] : {std::pair{"czech", "c"},
+                                         {"czech", "hc"},
+                                         {"neutral", "ch"},
+                                         {"danish", "ab"},
+                                         {"hungarian", "cz"},
+                                         {"swedish", "aa"},
+                                         {"japanese", "ch"},
+                                         {"czech", "\u010Dh"}}) {
+        const auto number = static_cast<unsigned char>(VqLanguageContext::FindLanguage(language));
+        EXPECT_EQ(ContractionOf(Unicode(), text, number).count, 0) << language << ' ' << text;
+    }
+}
+
+// No spelling has the orders of another, or of the same letters one by one.
+TEST(Contraction, IsDistinctInEverySpelling) {
+    unsigned spellings = 0;
+    for (const unsigned char language : ClassLanguages()) {
+        std::set<unsigned> single;
+        for (unsigned unit = 0; unit < 65536; ++unit) {
+            const Orders orders = OrdersOf(Unicode(), unit, language);
+            if (orders.count == 1) single.insert(orders.order[0]);
+        }
+        std::set<Orders> doubled;
+        ForEachContraction(Unicode(), language, [&](const unsigned short*, const Orders& orders) {
+            ++spellings;
+            ASSERT_TRUE(orders.count == 2 ? doubled.insert(orders).second : single.insert(orders.order[0]).second);
+        });
+        for (const Orders& orders : doubled) ASSERT_FALSE(single.contains(orders.order[1]));
+    }
+    EXPECT_EQ(spellings, 2 * 4 + 2 * 4 + (8 * 4 + 8) + 8 * 8);  // ch, aa, digraphs with dzs, doubled ones
+}
+
+TEST(Contraction, IsTheSameInAllSetsAndMarkedInTheirTables) {
+    for (const unsigned char language : ClassLanguages()) {
+        for (const VqCodeSet* set : AllSets()) {
+            const VqKeyTable table = set->GetKeyTable(language);
+            unsigned found = 0;
+            ForEachContraction(Unicode(), language, [&](const unsigned short* codes, const Orders& orders) {
+                ++found;
+                unsigned short here[2];
+                const int count = codes[2] != 0 ? 3 : 2;
+                ASSERT_EQ(set->GetContraction(codes, language, here), count) << set->GetName();
+                ASSERT_TRUE(here[0] == orders.order[0] && here[1] == orders.order[1]) << set->GetName();
+                for (int i = 0; i < count - 1 && table.count != 0; ++i) ASSERT_LT(table.keys[codes[i]], 0);
+            });
+            ASSERT_EQ(table.contractions, found > 0) << set->GetName();
         }
     }
 }

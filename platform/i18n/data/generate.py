@@ -26,7 +26,6 @@ LAYOUT = HERE.parent / 'src' / 'orderlayout.h'
 UNICODE_VERSION = '15.0.0'
 UCD_SOURCE = f'the Unicode Character Database {UNICODE_VERSION}'
 CODEC_SOURCE = "Python's codecs and " + UCD_SOURCE
-MOST_PAIRS = 8
 
 
 class Generator:
@@ -40,7 +39,7 @@ class Generator:
             self.classes[number] = collation.Collation(self.db, self.layout, tailoring, self.classes.get(1))
 
     def files(self):
-        return [self.byte_characters(), self.byte_units(), self.byte_orders(), self.unicode_characters(),
+        return [self.byte_characters(), self.byte_units(), self.unicode_characters(),
                 self.unicode_orders(), self.languages(), *map(self.wide_set, self.wide_sets), self.casing()]
 
     @staticmethod
@@ -78,56 +77,16 @@ class Generator:
         for byte_set, index in rows:
             file.array(f'std::uint8_t codePagesOf{self.identifier(byte_set)}[256]', index, 2, 16,
                        lambda at: f'  // {at:02X}00')
-        return file
-
-    def byte_orders(self):
-        file = emit.File('byteorders.inc', CODEC_SOURCE)
-        file.add('// First orders by code; below them the pairs that stand behind the marks from PairOrder up.', '')
-        names = {}
-        for byte_set in self.sets:
-            of_classes = []
-            for number, order in self.classes.items():
-                key = self.order_table(byte_set, order)
-                if key not in names:
-                    names[key] = f'orders{self.identifier(byte_set)}{number}'
-                    self.add_order_table(file, names[key], byte_set, number, key)
-                of_classes.append('&' + names[key])
-            file.add(f'constexpr const ByteOrders* ordersOf{self.identifier(byte_set)}[] = {{{", ".join(of_classes)}}};', '')
         file.add('constexpr ByteSetData byteSetData[] = {')
         for byte_set in self.sets:
             name = self.identifier(byte_set)
-            file.add(f'    {{{byte_set.code}, "{byte_set.name}", characters{name}, codePagesOf{name}, ordersOf{name}}},')
+            file.add(f'    {{{byte_set.code}, "{byte_set.name}", characters{name}, codePagesOf{name}}},')
         file.add('};')
         return file
 
     def byte_code_orders(self, byte_set, order, byte):
         unit = byte_set.units[byte]
         return order.of(unit) if unit != codesets.NO_CHARACTER else (self.layout['UndefinedOrder'],)
-
-    def order_table(self, byte_set, order):
-        """(first orders with marks, pairs)"""
-        first, pairs = [], []
-        for byte in range(256):
-            orders = self.byte_code_orders(byte_set, order, byte)
-            if len(orders) == 2:
-                first.append(self.layout['PairOrder'] + len(pairs))
-                pairs.append(orders)
-            else:
-                first.append(orders[0])
-        assert len(pairs) <= MOST_PAIRS
-        return tuple(first), tuple(pairs)
-
-    def add_order_table(self, file, name, byte_set, number, table):
-        first, pairs = table
-        file.add(f'// {byte_set.name}, class {number}', f'constexpr ByteOrders {name} = {{', '    {')
-        file.numbers(first, 4, 8, '        ', lambda at: f'  // {at:02X}')
-        file.add('    },', '    {')
-        coded = [byte for byte in range(256)
-                 if len(self.byte_code_orders(byte_set, self.classes[number], byte)) == 2]
-        for byte, (one, two) in zip(coded, pairs):
-            file.add(f'        {{0x{one:04X}, 0x{two:04X}}},  // {byte:02X} {self.db.title(byte_set.units[byte])}')
-        file.add('    },', '};', '')
-        file.bytes += 512 + 4 * MOST_PAIRS
 
     # ---- 2-byte sets
 
@@ -183,12 +142,25 @@ class Generator:
                 file.add(f'    {{0x{unit:04X}, {{0x{one:04X}, 0x{two:04X}}}}},  // {self.db.title(unit)}')
             file.add('};', '')
             file.bytes += 6 * len(pairs)
+            self.contractions(file, number, order)
         file.add('constexpr WideOrders wideOrders[] = {')
-        file.add(*(f'    {{orderIndex{number}, orderPairs{number}, std::size(orderPairs{number})}},'
-                   for number in self.classes), '};', '')
+        file.add(*(f'    {{orderIndex{number}, orderPairs{number}, std::size(orderPairs{number}), '
+                   + (f'contractions{number}, std::size(contractions{number})' if order.contractions else 'nullptr, 0')
+                   + '},' for number, order in self.classes.items()), '};', '')
         file.add("// The CRC-32 of all orders of all languages in all sets.",
                  f'constexpr std::uint32_t orderVersion = 0x{self.version():08X};')
         return file
+
+    @staticmethod
+    def contractions(file, number, order):
+        if not order.contractions:
+            return
+        file.add(f'constexpr Contraction contractions{number}[] = {{')
+        for text, orders in order.contractions.items():
+            one, two = (*orders, 0)[:2]
+            file.add(f'    {{"{text}", {{0x{one:04X}, 0x{two:04X}}}}},')
+        file.add('};', '')
+        file.bytes += 8 * len(order.contractions)
 
     def wide_order(self, order, unit):
         at = self.layout
@@ -199,13 +171,15 @@ class Generator:
         return orders[0] if len(orders) == 1 else at['WidePairOrder']
 
     def version(self):
-        """For each language, the sets by code and their codes upwards: both orders, the second 0 where there is one."""
+        """For each language, the sets by code and their codes upwards: both orders, the second 0 where there is one. Then
+        the contractions of Unicode by their three codes, the third 0 where there are two."""
         of_class = {}
         for number, order in self.classes.items():
             orders = [self.byte_code_orders(byte_set, order, byte) for byte_set in self.sets for byte in range(256)]
             orders += [order.of(wide_set.units[code]) if code in wide_set.units else (self.layout['UndefinedOrder'],)
                        for wide_set in self.wide_sets for code in range(0x10000)]
             orders += [order.of(unit) for unit in range(0x10000)]
+            orders += [pair for _, pair in sorted(order.spellings())]
             of_class[number] = b''.join(struct.pack('<HH', *(*pair, 0)[:2]) for pair in orders)
         crc = 0
         for _, number in languages.LANGUAGES:

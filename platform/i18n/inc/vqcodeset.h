@@ -32,7 +32,8 @@ constexpr int VqMaxContraction = 3;
 /// Ready comparison keys of a collation class in a set, by code (VqCollationKey of the order). Belongs to the library.
 struct VqKeyTable {
     /// keys[0] is 0. A negative key says to look closer: the character sorts as two (GetOrders), or can begin letters
-    /// that are written with several characters (GetContraction). Null when there are no entries.
+    /// that are written with several characters (GetContraction). In the second case its key by itself is what remains
+    /// without the sign bit, which is then 0x01000000 at least. Null when there are no entries.
     const std::int32_t* keys;
     /// Codes below this have an entry: 256 in sets of 1-byte characters, the Latin blocks (0x250) in Unicode, 0 in
     /// other sets of 2-byte characters.
@@ -86,8 +87,8 @@ class VQI18N_API VqCodeSet {
     virtual int GetContraction(const unsigned short codes[VqMaxContraction], unsigned char language,
                                unsigned short orders[2]) const = 0;
 
-    /// ToUnicode for a whole text: the units of the `n` characters at `text`. Characters of 2 bytes and units lie in the
-    /// machine's order at any address; the two areas do not overlap.
+    /// ToUnicode for a whole text: the units of the `n` characters at `text`. Characters of 2 bytes and units lie in
+    /// the machine's order at any address; the two areas do not overlap.
     virtual void MapToUnicode(const void* text, std::size_t n, void* units) const = 0;
     /// FromUnicode for a whole text: the codes of the `n` units at `units`, in the set's character size.
     virtual void MapFromUnicode(const void* units, std::size_t n, void* text) const = 0;

@@ -24,4 +24,11 @@ constexpr std::int32_t VqCollationKey(unsigned short order, unsigned char collat
     return top | (o & 0x407F) << 8 | (o & 0x3000) >> 7 | (o & 0x0F80) >> 7;
 }
 
+/// The order that has that key: the inverse of VqCollationKey. The key must be one that an order has.
+constexpr unsigned short VqCollationOrder(std::int32_t key) {
+    const std::int32_t o = key >> 8 & 0xFFFF;
+    const bool letter = (o & 0xC000) == 0x4000 && key >> 24 != VqIdeographicClass;
+    return static_cast<unsigned short>(letter ? o | (key & 0x60) << 7 | (key & 0x1F) << 7 : o);
+}
+
 #endif

@@ -1,10 +1,8 @@
 #include "byteset.h"
 
 #include <algorithm>
-#include <iterator>
 
 #include "keytable.h"
-#include "languages.h"
 #include "unittext.h"
 
 namespace vq {
@@ -12,8 +10,6 @@ namespace {
 
 #include "../data/generated/bytecharacters.inc"
 #include "../data/generated/byteunits.inc"
-// Lists the sets with their tables, so it stands behind these.
-#include "../data/generated/byteorders.inc"
 
 constexpr unsigned short NoCharacter = 0xFFFD;
 constexpr std::size_t SetCount = std::size(byteSetData);
@@ -37,18 +33,29 @@ constexpr bool AreAsciiBelow128() {
 }
 static_assert(AreAsciiBelow128());
 
-constexpr std::array<std::int32_t, 256> KeysOf(const ByteOrders& orders, unsigned char collationClass) {
-    std::array<std::int32_t, 256> keys{};
-    for (std::size_t code = 0; code < 256; ++code) keys[code] = ReadyKey(orders.first[code], collationClass);
-    return keys;
+constexpr ByteKeys KeysOf(const ByteSetData& set, std::size_t place) {
+    ByteKeys table{};
+    int pairs = 0;
+    for (std::size_t code = 0; code < 256; ++code) {
+        const unsigned short unit = set.characters[code].unit;
+        unsigned short orders[2] = {UndefinedOrder, 0};
+        if (unit == NoCharacter || OrdersOfUnit(unit, place, orders) == 1) {
+            table.keys[code] = ReadyKey(unit, orders[0], place);
+        } else {
+            table.pairs[pairs][0] = orders[0];
+            table.pairs[pairs][1] = orders[1];
+            table.keys[code] = CloserLook | pairs++;
+        }
+    }
+    return table;
 }
 
 template <std::size_t Set, std::size_t Place>
-constexpr std::array<std::int32_t, 256> keysOf = KeysOf(*byteSetData[Set].orders[Place], collationClasses[Place]);
+constexpr ByteKeys keysOf = KeysOf(byteSetData[Set], Place);
 
 template <std::size_t Set>
 constexpr auto keysOfSet = []<std::size_t... Place>(std::index_sequence<Place...>) {
-    return std::array<const std::int32_t*, ClassCount>{keysOf<Set, Place>.data()...};
+    return std::array<const ByteKeys*, ClassCount>{&keysOf<Set, Place>...};
 }
 (std::make_index_sequence<ClassCount>());
 
@@ -122,24 +129,26 @@ unsigned short ByteCodeSet::ToLower(unsigned short code) const {
 }
 
 int ByteCodeSet::GetOrders(unsigned short code, unsigned char language, unsigned short orders[2]) const {
-    const ByteOrders& table = *data_.orders[CollationPlace(language)];
-    const unsigned short order = code < 256 ? table.first[code] : UndefinedOrder;
-    if (!IsMark(order)) {
-        orders[0] = order;
+    const ByteKeys& table = *keys_[CollationPlace(language)];
+    const std::int32_t entry = code < 256 ? table.keys[code] : UndefinedOrder << 8, key = entry & ~CloserLook;
+    if (entry >= 0 || key >= MostPairs) {
+        orders[0] = VqCollationOrder(key);
         return 1;
     }
-    const std::uint16_t(&pair)[2] = table.pairs[order - PairOrder];
+    const std::uint16_t(&pair)[2] = table.pairs[key];
     orders[0] = pair[0];
     orders[1] = pair[1];
     return 2;
 }
 
 VqKeyTable ByteCodeSet::GetKeyTable(unsigned char language) const {
-    return {keys_[CollationPlace(language)], 256, false};
+    const std::size_t place = CollationPlace(language);
+    return {keys_[place]->keys, 256, wideOrders[place].contractionCount != 0};
 }
 
-int ByteCodeSet::GetContraction(const unsigned short[VqMaxContraction], unsigned char, unsigned short[2]) const {
-    return 0;
+int ByteCodeSet::GetContraction(const unsigned short codes[VqMaxContraction], unsigned char language,
+                                unsigned short orders[2]) const {
+    return FindContraction(wideOrders[CollationPlace(language)], codes, orders);
 }
 
 const VqCodeSet* FindByteCodeSet(unsigned char codeSet) {

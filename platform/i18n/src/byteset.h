@@ -6,10 +6,18 @@
 
 namespace vq {
 
+constexpr std::int32_t MostPairs = 8;
+
+// The keys of one set in one collation class, and the orders of the characters that sort as two.
+struct ByteKeys {
+    std::int32_t keys[256];
+    std::uint16_t pairs[MostPairs][2];
+};
+
 class ByteCodeSet final : public VqCodeSet {
   public:
-    // `keys`: 256 keys for each place of a collation class.
-    constexpr ByteCodeSet(const ByteSetData& data, const std::int32_t* const* keys) : data_(data), keys_(keys) {}
+    // `keys`: one table for each place of a collation class.
+    constexpr ByteCodeSet(const ByteSetData& data, const ByteKeys* const* keys) : data_(data), keys_(keys) {}
 
     unsigned char GetCollationClass(unsigned char language) const override;
     unsigned char GetCode() const override { return data_.code; }
@@ -32,7 +40,7 @@ class ByteCodeSet final : public VqCodeSet {
     std::uint8_t CodeOf(unsigned short unit) const;
 
     ByteSetData data_;
-    const std::int32_t* const* keys_;
+    const ByteKeys* const* keys_;
 };
 
 // The set of that number, or null.

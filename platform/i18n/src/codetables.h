@@ -20,22 +20,22 @@ struct ByteCharacter {
     std::uint8_t properties;
 };
 
-struct ByteOrders {
-    std::uint16_t first[256];
-    std::uint16_t pairs[8][2];
-};
-
-// One 1-byte set. The tables of orders stand in the order of the collation classes.
+// One 1-byte set.
 struct ByteSetData {
     std::uint8_t code;
     const char* name;
     const ByteCharacter* characters;
     const std::uint8_t* codePages;  // page of codes for each 256 units
-    const ByteOrders* const* orders;
 };
 
 struct OrderPair {
     std::uint16_t unit;
+    std::uint16_t orders[2];
+};
+
+// A letter that is written with several characters: their lower-case text, and the orders of its upper case.
+struct Contraction {
+    char letters[VqMaxContraction + 1];
     std::uint16_t orders[2];
 };
 
@@ -44,9 +44,11 @@ struct WideOrders {
     const std::uint8_t* index;  // page of orders for each 256 units
     const OrderPair* pairs;     // by unit, ascending
     std::size_t pairCount;
+    const Contraction* contractions;  // the longest first
+    std::size_t contractionCount;
 };
 
-constexpr bool IsMark(unsigned short order) { return order >= PairOrder && order < MarkEnd; }
+constexpr bool IsMark(unsigned short order) { return order >= WidePairOrder && order < MarkEnd; }
 
 // A class value from the neutral order and the properties.
 constexpr unsigned short ClassOf(unsigned short order, std::uint8_t properties) {

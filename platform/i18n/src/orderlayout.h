@@ -15,12 +15,12 @@ constexpr unsigned short SymbolBase = 80;
 constexpr unsigned short DigitBase = 0x3F00;
 constexpr unsigned short LetterBase = 0x4000;
 constexpr unsigned short LowerCase = 0x1000;
+constexpr unsigned short ContractionAccent = 0x0F80;  // of several characters that sort like a single one
 constexpr unsigned short IdeographBase = 0x8000;
 
 // Orders that no character has stand in the tables for what takes more than one look.
-constexpr unsigned short PairOrder = 16;      // of a 1-byte set: 16 + i is the table's pair i
-constexpr unsigned short WidePairOrder = 16;  // of Unicode: two orders, in the list of pairs
-constexpr unsigned short RuleOrder = 17;      // of Unicode: the orders follow from the code, as below
+constexpr unsigned short WidePairOrder = 16;  // two orders, in the list of pairs
+constexpr unsigned short RuleOrder = 17;      // the orders follow from the code, as below
 constexpr unsigned short MarkEnd = 32;        // what lies from 16 up to here is such a mark
 
 // Ideographs keep the order of their codes, block after block.

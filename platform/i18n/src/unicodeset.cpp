@@ -1,72 +1,32 @@
 #include "unicodeset.h"
 
-#include <algorithm>
 #include <cstring>
-#include <iterator>
 
 #include "keytable.h"
-#include "languages.h"
 
 namespace vq {
 namespace {
 
 #include "../data/generated/unicodecharacters.inc"
-#include "../data/generated/unicodeorders.inc"
 
 std::uint8_t PropertiesOf(unsigned short unit) { return propertyPages[propertyIndex[unit >> 8]][unit & 255]; }
 
-int SyllableOrders(unsigned short unit, unsigned short orders[2]) {
-    const int place = unit - HangulFirst, final = place % HangulFinals;
-    orders[0] = static_cast<unsigned short>(HangulOrder + place / HangulFinals);
-    orders[1] = static_cast<unsigned short>(HangulFinalOrder + final);
-    return final != 0 ? 2 : 1;
-}
-
-int PrivateOrders(unsigned short unit, unsigned short orders[2]) {
-    const int place = unit - PrivateFirst;
-    orders[0] = static_cast<unsigned short>(PrivateOrder + place / 256);
-    orders[1] = static_cast<unsigned short>(PrivateTrailOrder + place % 256);
-    return 2;
-}
-
-int BlockOrder(int place, unsigned short blockOrder, unsigned short orders[2]) {
-    orders[0] = static_cast<unsigned short>(blockOrder + place);
-    return 1;
-}
-
-int OrdersByRule(unsigned short unit, unsigned short orders[2]) {
-    if (unit < ExtensionAEnd) return BlockOrder(unit - ExtensionAFirst, ExtensionAOrder, orders);
-    if (unit < UnifiedEnd) return BlockOrder(unit - UnifiedFirst, UnifiedOrder, orders);
-    if (unit < HangulEnd) return SyllableOrders(unit, orders);
-    if (unit < SurrogateEnd) return BlockOrder(unit - SurrogateFirst, SurrogateOrder, orders);
-    if (unit < PrivateEnd) return PrivateOrders(unit, orders);
-    return BlockOrder(unit - CompatibilityFirst, CompatibilityOrder, orders);
-}
-
-int OrdersOfPair(const WideOrders& table, unsigned short unit, unsigned short orders[2]) {
-    const OrderPair* const pair =
-        std::lower_bound(table.pairs, table.pairs + table.pairCount, unit,
-                         [](const OrderPair& entry, unsigned short wanted) { return entry.unit < wanted; });
-    orders[0] = pair->orders[0];
-    orders[1] = pair->orders[1];
-    return 2;
-}
-
 // Latin and its extensions; most texts that are not of another script stay within.
-constexpr std::size_t LatinEnd = 0x250;
+constexpr unsigned short LatinEnd = 0x250;
 
 using LatinKeys = std::array<std::int32_t, LatinEnd>;
 
-constexpr LatinKeys KeysOf(const WideOrders& orders, unsigned char collationClass) {
+constexpr LatinKeys KeysOf(std::size_t place) {
     LatinKeys keys{};
-    for (std::size_t unit = 0; unit < LatinEnd; ++unit) {
-        keys[unit] = ReadyKey(orderPages[orders.index[unit >> 8]][unit & 255], collationClass);
+    for (unsigned short unit = 0; unit < LatinEnd; ++unit) {
+        unsigned short orders[2] = {};
+        keys[unit] = OrdersOfUnit(unit, place, orders) == 1 ? ReadyKey(unit, orders[0], place) : CloserLook;
     }
     return keys;
 }
 
 template <std::size_t Place>
-constexpr LatinKeys latinKeysOf = KeysOf(wideOrders[Place], collationClasses[Place]);
+constexpr LatinKeys latinKeysOf = KeysOf(Place);
 
 constexpr auto latinKeys = []<std::size_t... Place>(std::index_sequence<Place...>) {
     return std::array<const std::int32_t*, ClassCount>{latinKeysOf<Place>.data()...};
@@ -106,21 +66,17 @@ unsigned short UnicodeCodeSet::ToLower(unsigned short code) const {
 }
 
 int UnicodeCodeSet::GetOrders(unsigned short code, unsigned char language, unsigned short orders[2]) const {
-    const WideOrders& table = wideOrders[CollationPlace(language)];
-    const unsigned short order = orderPages[table.index[code >> 8]][code & 255];
-    if (!IsMark(order)) {
-        orders[0] = order;
-        return 1;
-    }
-    return order == RuleOrder ? OrdersByRule(code, orders) : OrdersOfPair(table, code, orders);
+    return OrdersOfUnit(code, CollationPlace(language), orders);
 }
 
 VqKeyTable UnicodeCodeSet::GetKeyTable(unsigned char language) const {
-    return {latinKeys[CollationPlace(language)], LatinEnd, false};
+    const std::size_t place = CollationPlace(language);
+    return {latinKeys[place], LatinEnd, wideOrders[place].contractionCount != 0};
 }
 
-int UnicodeCodeSet::GetContraction(const unsigned short[VqMaxContraction], unsigned char, unsigned short[2]) const {
-    return 0;
+int UnicodeCodeSet::GetContraction(const unsigned short codes[VqMaxContraction], unsigned char language,
+                                   unsigned short orders[2]) const {
+    return FindContraction(wideOrders[CollationPlace(language)], codes, orders);
 }
 
 std::uint32_t OrderVersion() { return orderVersion; }

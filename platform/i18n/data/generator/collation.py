@@ -1,4 +1,5 @@
 """Collation orders: which of the ranges in src/orderlayout.h each character gets, and where in it."""
+import itertools
 import re
 from dataclasses import dataclass
 from fractions import Fraction
@@ -29,6 +30,8 @@ ACCENTS = {
     'CARON': 9, 'MACRON': 10, 'BREVE': 11, 'DOT ABOVE': 12, 'OGONEK': 13, 'DOUBLE ACUTE': 14,
 }
 FREE_ACCENTS = range(15, 32)
+# Marks that do not stand between a letter and a mark above it, like those below.
+MARKS_APART = ('CEDILLA', 'OGONEK', 'HORN', 'YPOGEGRAMMENI')
 
 UPPER_CASE, LOWER_CASE, VARIANT, UPPER_VARIANT = 0, 1, 2, 3
 
@@ -63,6 +66,10 @@ class Collation:
         self.placed = set()
         for place in (self._spaces, self._digits, self._by_rule, self._letters, self._pairs, self._symbols):
             place()
+        self.contractions = dict(sorted(((text, self._contraction(text)) for text in tailoring.contractions),
+                                        key=lambda item: (-len(item[0]), item)))
+        if tailoring.plain:
+            self._rank_letters()
 
     def of(self, code):
         return self.orders[code]
@@ -152,7 +159,7 @@ class Collation:
     def _letters(self):
         groups = {}
         for code in self.db:
-            if code in self.placed or code in SYMBOLS.values() or self.db[code].category not in ('Lu', 'Ll', 'Lm', 'Lo'):
+            if code in self.placed or code in SYMBOLS.values() or not self._may_be_letter(code):
                 continue
             if form := self._form(code):
                 letter, marks = self._settle(form)
@@ -160,10 +167,18 @@ class Collation:
         for letter in sorted(groups):
             self._place_group(letter, groups[letter])
 
+    def _may_be_letter(self, code):
+        """Title-case letters are capitals with an adscript, or pairs, which are not placed here."""
+        category = self.db[code].category
+        return category in ('Lu', 'Ll', 'Lm', 'Lo') or category == 'Lt' and len(self.db.decompose(code)) > 1
+
+    def _small(self, code):
+        return ord(self.tailoring.small.get(chr(code)) or chr(self.db.small_partner(code)))
+
     def _form(self, code):
         """The letter's form, or None for one that no base letter of this class leads to."""
-        small = self.db.small_partner(code)
-        case = UPPER_CASE if self.db[code].category == 'Lu' else LOWER_CASE
+        small = self._small(code)
+        case = UPPER_CASE if self.db[code].category in ('Lu', 'Lt') else LOWER_CASE
         if chr(code) in self.tailoring.pairs or chr(small) in self.tailoring.pairs:
             return None
         base, marks, variant = self._take_apart(small)
@@ -180,10 +195,13 @@ class Collation:
             base, inner, variant = self._take_apart(first)
             return base, (*inner, *marks), variant
         char = self.db[code]
-        if chr(code) in self.tailoring.alphabet or self.db.small_partner(code) != code:
-            base, inner, variant = (chr(code), (), False) if chr(code) in self.tailoring.alphabet else \
-                self._take_apart(self.db.small_partner(code))
-            return base, inner, variant
+        if chr(code) in self.tailoring.alphabet:
+            return chr(code), (), False
+        if self._small(code) != code:
+            return self._take_apart(self._small(code))
+        usual = chr(self.db.lower(self.db.upper(code)))
+        if usual in self.tailoring.alphabet and self.db.upper(code) != code:
+            return usual, (), True
         if len(char.parts) == 1 and char.tag in ('super', 'sub', 'compat', 'wide'):
             base, inner, variant = self._take_apart(char.parts[0])
             wide = char.tag == 'wide'
@@ -191,7 +209,7 @@ class Collation:
         if m := re.fullmatch(r'(LATIN (?:SMALL|CAPITAL) LETTER .+?) (?:WITH|PRECEDED BY) (.+)', char.name):
             if m[1] in self.db.by_name:
                 base, inner, variant = self._take_apart(self.db.by_name[m[1]].code)
-                base = chr(self.db.small_partner(ord(base)))
+                base = chr(self._small(ord(base)))
                 return base, inner + tuple(m[2].split(' AND ')), variant
         if m := re.fullmatch(r'LATIN LETTER SMALL CAPITAL ([A-Z])', char.name):
             return m[1].lower(), (), True
@@ -204,8 +222,12 @@ class Collation:
         """The letter of the class that the form belongs to, and the marks that are then left."""
         for i, mark in enumerate(form.marks):
             if (form.base, mark) in self.tailoring.own:
-                return self.tailoring.own[form.base, mark], form.marks[:i] + form.marks[i + 1:]
-        return self.tailoring.alphabet[form.base], form.marks
+                index, extension, *own = self.tailoring.own[form.base, mark]
+                return (index, extension), (*own, *form.marks[:i], *form.marks[i + 1:])
+            if 'BELOW' not in mark and mark not in MARKS_APART:
+                break
+        index, extension, *own = self.tailoring.alphabet[form.base]
+        return (index, extension), (*own, *form.marks)
 
     def _place_group(self, letter, members):
         """Gives each member of one letter its case and accent.
@@ -300,3 +322,41 @@ class Collation:
             letter = (order >> 2 & 31, order & 3)
             return order & ~0x0F80 | self.ligature[letter] << 7
         return order & ~0x3000 | (UPPER_VARIANT if upper else VARIANT) << 12
+
+    # ---- letters that are written with several characters
+
+    def _contraction(self, text):
+        """The orders of its upper-case form: one, or two for a doubled letter."""
+        place = self.tailoring.contractions[text]
+        if isinstance(place, str):
+            order, = self._contraction(place)
+            return order, order | self.layout['ContractionAccent']
+        letter, shared = place[:2], len(place) > 2
+        return (self._letter_order(letter, UPPER_CASE, 0) | shared * self.layout['ContractionAccent'],)
+
+    def spellings(self):
+        """Each contraction in all its case forms with its orders, by the codes of its characters."""
+        for text, orders in self.contractions.items():
+            for upper in itertools.product((False, True), repeat=len(text)):
+                spelling = ''.join(char.upper() if up else char for char, up in zip(text, upper))
+                yield spelling, self._spelled(orders, *upper)
+
+    def _spelled(self, orders, *upper):
+        """The orders with the case of the spelling: lower before mixed before upper, as case sorts in reverse."""
+        first, middle, last = upper[0], upper[-2], upper[-1]
+        case = lambda *capitals: sum((not capital) << i for i, capital in enumerate(reversed(capitals))) << 12
+        if len(orders) == 2:
+            return orders[0] | case(first, first), orders[1] | case(middle, last)
+        mixed = len(upper) == 3 and middle != last
+        return (orders[0] | case(first, last) | mixed * self.layout['ContractionAccent'],)
+
+    # ---- orders as plain numbers
+
+    def _rank_letters(self):
+        """Gives the letters numbers that ascend by letter, accent and case."""
+        base = self.layout['LetterBase']
+        is_letter = lambda order: base <= order < self.layout['IdeographBase']
+        letters = {order for orders in self.orders.values() for order in orders if is_letter(order)}
+        by_level = sorted(letters, key=lambda order: (order & 0x407F, order & 0x0F80, -(order & 0x3000)))
+        ranks = {order: base + rank for rank, order in enumerate(by_level)}
+        self.orders = {code: tuple(ranks.get(order, order) for order in orders) for code, orders in self.orders.items()}

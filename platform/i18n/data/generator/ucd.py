@@ -1,6 +1,6 @@
 """The Unicode Character Database, first plane, as far as the tables need it."""
 import re
-from functools import cached_property
+from functools import cache, cached_property
 
 SPACE, DIGIT, UPPER, LOWER, LETTER, CONTROL, PUNCT, FOREIGN = (1 << i for i in range(8))
 
@@ -75,7 +75,11 @@ class Database:
         return self.chars[code]
 
     def __iter__(self):
-        return iter(sorted(self.chars))
+        return iter(self.codes)
+
+    @cached_property
+    def codes(self):
+        return sorted(self.chars)
 
     def title(self, code):
         """What a comment calls the code."""
@@ -88,6 +92,7 @@ class Database:
             return f'control {code:02X}'
         return self.chars[code].name
 
+    @cache
     def decompose(self, code):
         """The full canonical decomposition, without those that only name another character."""
         if code not in self.chars:
