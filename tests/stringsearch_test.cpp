@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <random>
 
@@ -196,6 +197,26 @@ TEST_F(StringSearch, ReplacesWhatTheSlowWayReplaces) {
         replaced += Describe(text) != Describe(before);
     }
     EXPECT_GT(replaced, 4000);
+}
+
+// Texts long enough for a filter, in letters that come one by one, as two and in pairs.
+TEST_F(StringSearch, FiltersNothingThatFits) {
+    std::mt19937 random(512);
+    for (int round = 0; round < 1500; ++round) {
+        std::u16string units(600 + random() % 100, u'x'), wanted(1 + random() % 4, u's');
+        for (std::size_t i = 200; i < units.size(); ++i) units[i] = Pick(u"sS\u00DFa\u00E6\u00E4echx", random);
+        for (char16_t& unit : wanted) unit = Pick(u"ssaech", random);
+        std::replace(units.begin(), units.end(), u'\0', u'\u4E00');
+        std::replace(wanted.begin(), wanted.end(), u'\0', u'\u00DF');
+        VqString text = Wide(units), pattern = Wide(wanted);
+        const unsigned char codeSet = Pick(codeSets, random), language = Pick(languages, random);
+        Relabel(text, codeSet, language);
+        Relabel(pattern, codeSet, language);
+        const unsigned short op = Pick(operations, random);
+        ASSERT_EQ(text.Find(pattern, 0, op), FindSlowly(text, pattern, 0, op)) << Describe(text) << "\n"
+                                                                               << Describe(pattern) << " op " << op;
+    }
+    EXPECT_EQ(Wide(u"ab").Find(In(1, "*"), 2, 0), -1);  // no byte left for the one of the pattern
 }
 
 // Texts in which many places fit for long.
