@@ -1,6 +1,8 @@
 #include "istringweights.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
 
 #include "vqistring.h"
 
@@ -131,6 +133,39 @@ int CompareSteps(const WeightTable& table, WeightReader a, WeightReader b, unsig
     return difference;
 }
 
+std::uint64_t LoadWord(const unsigned char* at) {
+    std::uint64_t word;
+    std::memcpy(&word, at, sizeof word);
+    return word;
+}
+
+// True for eight ASCII characters.
+constexpr bool IsAscii(std::uint64_t word) {
+    constexpr std::uint64_t each = 0x0101010101010101, top = each << 7;
+    return (((word - each) | word) & top) == 0;
+}
+
+// The bytes of a word before the first one in which two words differ.
+unsigned EqualBytes(std::uint64_t difference) {
+    return static_cast<unsigned>(std::endian::native == std::endian::little ? std::countr_zero(difference)
+                                                                            : std::countl_zero(difference)) /
+           8;
+}
+
+// A place from `i` on up to which both texts have the same characters, none of which ends them or sorts as two.
+unsigned long SkipEqual(const unsigned char* a, const unsigned char* b, unsigned long i, unsigned long most) {
+    for (; most - i >= 8; i += 8) {
+        const std::uint64_t word = LoadWord(a + i), difference = word ^ LoadWord(b + i);
+        if (!IsAscii(word)) return i;
+        if (difference != 0) return i + EqualBytes(difference);
+    }
+    if (most < 8 || i == most) return i;
+    // The last word of the texts, some of which has been looked at.
+    const std::uint64_t word = LoadWord(a + most - 8), difference = word ^ LoadWord(b + most - 8);
+    if (!IsAscii(word)) return i;
+    return difference == 0 ? most : std::max(i, most - 8 + EqualBytes(difference));
+}
+
 ByteText From(ByteText text, unsigned long offset) { return {text.at + offset, text.length - offset, text.flags}; }
 
 }  // namespace
@@ -146,15 +181,15 @@ const WeightTable& CaseWeights(unsigned char flags) {
 int CompareWeights(const WeightTable& table, ByteText a, ByteText b, unsigned long n) {
     if (a.First() == 0 || b.First() == 0) return a.First() - b.First();
     const bool raw = ((a.flags | b.flags) & VqIStringFlag_Raw) != 0;
-    const unsigned long most = raw ? 0 : std::min({n, a.length, b.length});
+    const unsigned long most = std::min({n, a.length, b.length});
     unsigned long i = 0;
     // As long as no byte sorts as two, the texts go in step.
-    for (; i != most; ++i) {
-        const unsigned x = table.ready[a.at[i]], y = table.ready[b.at[i]];
-        const bool goesOn = x != 0 && x != WeightTable::Expands;
-        if (x == y && goesOn) continue;
+    for (; !raw; ++i) {
+        i = SkipEqual(a.at, b.at, i, most);
+        if (i == n) return 0;
+        const unsigned x = i < a.length ? table.ready[a.at[i]] : 0, y = i < b.length ? table.ready[b.at[i]] : 0;
         if (x == WeightTable::Expands || y == WeightTable::Expands) break;
-        return static_cast<int>(x) - static_cast<int>(y);
+        if (x != y || x == 0) return static_cast<int>(x) - static_cast<int>(y);
     }
     return CompareSteps(table, WeightReader(From(a, i)), WeightReader(From(b, i)), n - i);
 }
