@@ -44,7 +44,7 @@ class Array {
     Element InMemory() const {
         const Value& value = *reinterpret_cast<const Value*>(at_);
         const auto* const text = reinterpret_cast<const unsigned char*>(value.StrGet());
-        return {{text, value.Len(), value.GetFlags()}, false, sizeof(Value)};
+        return {{text, ULONG_MAX, value.GetFlags()}, false, sizeof(Value)};
     }
     Element Stored() const {
         std::uint16_t length;

@@ -1,10 +1,6 @@
 #include "istringweights.h"
 
 #include <algorithm>
-#include <bit>
-#include <cstring>
-
-#include "vqistring.h"
 
 namespace vq {
 namespace {
@@ -83,7 +79,7 @@ constexpr WeightTable MakeTable(const WeightSource& source, bool accentsDecide) 
 // A walk through one text that gives weight after weight.
 class WeightReader {
   public:
-    explicit WeightReader(ByteText text) : text_(text) {}
+    explicit WeightReader(const ByteText& text) : text_(text) {}
 
     bool AtEnd() const { return text_.First() == 0; }
     bool IsDone() const { return AtEnd() && pending_ == 0; }
@@ -124,7 +120,7 @@ class WeightReader {
 };
 
 // Step by step, with bytes that sort as two letters and with raw sides.
-int CompareSteps(const WeightTable& table, WeightReader a, WeightReader b, unsigned long n) {
+[[gnu::noinline]] int CompareSteps(const WeightTable& table, WeightReader a, WeightReader b, unsigned long n) {
     int difference = 0;
     for (bool ended = false; difference == 0 && !ended && n != 0; --n) {
         ended = a.AtEnd() || b.AtEnd();
@@ -133,40 +129,16 @@ int CompareSteps(const WeightTable& table, WeightReader a, WeightReader b, unsig
     return difference;
 }
 
-std::uint64_t LoadWord(const unsigned char* at) {
-    std::uint64_t word;
-    std::memcpy(&word, at, sizeof word);
-    return word;
+// A place from `i` on up to which both texts have the same characters, all ASCII ones: none of them ends the texts or
+// sorts as two.
+inline unsigned long SkipEqual(const unsigned char* a, const unsigned char* b, unsigned long i, unsigned long most) {
+    while (i != most && a[i] == b[i] && static_cast<unsigned char>(a[i] - 1) < 127) ++i;
+    return i;
 }
 
-// True for eight ASCII characters.
-constexpr bool IsAscii(std::uint64_t word) {
-    constexpr std::uint64_t each = 0x0101010101010101, top = each << 7;
-    return (((word - each) | word) & top) == 0;
+ByteText From(const ByteText& text, unsigned long offset) {
+    return {text.at + offset, text.length - offset, text.flags};
 }
-
-// The bytes of a word before the first one in which two words differ.
-unsigned EqualBytes(std::uint64_t difference) {
-    return static_cast<unsigned>(std::endian::native == std::endian::little ? std::countr_zero(difference)
-                                                                            : std::countl_zero(difference)) /
-           8;
-}
-
-// A place from `i` on up to which both texts have the same characters, none of which ends them or sorts as two.
-unsigned long SkipEqual(const unsigned char* a, const unsigned char* b, unsigned long i, unsigned long most) {
-    for (; most - i >= 8; i += 8) {
-        const std::uint64_t word = LoadWord(a + i), difference = word ^ LoadWord(b + i);
-        if (!IsAscii(word)) return i;
-        if (difference != 0) return i + EqualBytes(difference);
-    }
-    if (most < 8 || i == most) return i;
-    // The last word of the texts, some of which has been looked at.
-    const std::uint64_t word = LoadWord(a + most - 8), difference = word ^ LoadWord(b + most - 8);
-    if (!IsAscii(word)) return i;
-    return difference == 0 ? most : std::max(i, most - 8 + EqualBytes(difference));
-}
-
-ByteText From(ByteText text, unsigned long offset) { return {text.at + offset, text.length - offset, text.flags}; }
 
 }  // namespace
 
@@ -174,11 +146,7 @@ constexpr WeightTable istringWeights = MakeTable(cased, false);
 constexpr WeightTable caseIStringWeights = MakeTable(caseless, false);
 constexpr WeightTable accentIStringWeights = MakeTable(caseless, true);
 
-const WeightTable& CaseWeights(unsigned char flags) {
-    return flags & VqIStringFlag_Accents ? accentIStringWeights : caseIStringWeights;
-}
-
-int CompareWeights(const WeightTable& table, ByteText a, ByteText b, unsigned long n) {
+int CompareWeights(const WeightTable& table, const ByteText& a, const ByteText& b, unsigned long n) {
     if (a.First() == 0 || b.First() == 0) return a.First() - b.First();
     const bool raw = ((a.flags | b.flags) & VqIStringFlag_Raw) != 0;
     const unsigned long most = std::min({n, a.length, b.length});
@@ -194,7 +162,7 @@ int CompareWeights(const WeightTable& table, ByteText a, ByteText b, unsigned lo
     return CompareSteps(table, WeightReader(From(a, i)), WeightReader(From(b, i)), n - i);
 }
 
-int MatchWeights(const WeightTable& table, ByteText text, ByteText pattern) {
+int MatchWeights(const WeightTable& table, const ByteText& text, const ByteText& pattern) {
     WeightReader at(text), wanted(pattern);
     WeightReader restartText = at, restartPattern = wanted;  // where the last '*' may take one character more
     bool restarts = false;

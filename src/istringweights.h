@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+#include "vqistring.h"
+
 namespace vq {
 
 // The weights of all bytes in one order. A byte that sorts as two letters has the weight of the second as well.
@@ -20,7 +22,9 @@ extern const WeightTable caseIStringWeights;
 extern const WeightTable accentIStringWeights;  // those of VqCaseIString where accents decide
 
 // The table of a VqCaseIString comparison whose first operand has these flags.
-const WeightTable& CaseWeights(unsigned char flags);
+inline const WeightTable& CaseWeights(unsigned char flags) {
+    return flags & VqIStringFlag_Accents ? accentIStringWeights : caseIStringWeights;
+}
 
 // A text that ends at its first zero byte, or behind `length` bytes.
 struct ByteText {
@@ -32,10 +36,10 @@ struct ByteText {
 };
 
 // The difference of the first two weights that differ among the first `n`, else 0.
-int CompareWeights(const WeightTable& table, ByteText a, ByteText b, unsigned long n);
+int CompareWeights(const WeightTable& table, const ByteText& a, const ByteText& b, unsigned long n);
 
 // The same for a pattern: '*' is any run of characters, '?' any one.
-int MatchWeights(const WeightTable& table, ByteText text, ByteText pattern);
+int MatchWeights(const WeightTable& table, const ByteText& text, const ByteText& pattern);
 
 }  // namespace vq
 

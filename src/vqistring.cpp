@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <climits>
 #include <cstring>
 #include <initializer_list>
 #include <string_view>
@@ -220,12 +221,8 @@ namespace {
 int CompareTerminated(const WeightTable& table, const char* a, const char* b, unsigned short n, unsigned char flagsA,
                       unsigned char flagsB) {
     if (a == nullptr || b == nullptr) return (a != nullptr) - (b != nullptr);
-    const auto text = [n](const char* s, unsigned char flags) {
-        // No more than n bytes may be looked at where n is given.
-        const std::size_t length = n == 0 ? std::strlen(s) : Bounded(s, n).size();
-        return ByteText{reinterpret_cast<const unsigned char*>(s), static_cast<unsigned long>(length), flags};
-    };
-    return CompareWeights(table, text(a, flagsA), text(b, flagsB), n != 0 ? n : MaxLength);
+    return CompareWeights(table, {reinterpret_cast<const unsigned char*>(a), ULONG_MAX, flagsA},
+                          {reinterpret_cast<const unsigned char*>(b), ULONG_MAX, flagsB}, n != 0 ? n : MaxLength);
 }
 
 }  // namespace
