@@ -21,6 +21,12 @@ bool SameText(const VqString& a, const VqString& b) {
            std::memcmp(a.StrGet(), b.StrGet(), a.GetSize()) == 0;
 }
 
+// The zero character ends the buffer, and no other stands before it.
+bool IsWhole(const VqString& s) {
+    const unsigned charSize = s.GetCodeSet() < VqFirstWideCodeSet ? 1 : 2;
+    return s.GetSize() == 0 || s.GetSize() == (s.Len() + 1U) * charSize;
+}
+
 int Sign(int value) { return (value > 0) - (value < 0); }
 
 }  // namespace
@@ -51,8 +57,13 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
         Require(Sign(strings[i].Compare(next, -1, VqCmp_Exact)) == -Sign(next.Compare(strings[i], -1, VqCmp_Exact)));
         strings[i].Compare(next, -1, VqCmp_IgnoreCase);
         VqString mapped(strings[i]);
-        mapped.MapToCodeSet(253);
-        mapped.MapToCodeSet(1);
+        for (const int codeSet : {253, 225, 226, 227, 228, 253, 1}) {
+            mapped.MapToCodeSet(static_cast<unsigned char>(codeSet));
+            Require(mapped.Len() == strings[i].Len());
+        }
+        VqString cased(strings[i]);
+        Require(IsWhole(cased.ToUpper()));
+        Require(IsWhole(cased.ToLower()));
     }
     return 0;
 }
