@@ -202,13 +202,13 @@ TURKISH = NEUTRAL.behind('c', ('c', 'CEDILLA')).behind('g', ('g', 'BREVE')).behi
 
 # Letters of the alphabets that are written today, in the common order of the script; a letter behind another in one word differs
 # from it by accent. The last word of each row has the base letter only; its marked forms go with it.
-CYRILLIC = """а ә ӕ б в гґ ғ ӻ ҕ ӷ д ђ ҙ е є ж җ з ѕ ӡ и й- ҋ і ј к қ ӄ ҡ ҟ ҝ л ӆ љ м ӎ н ӊ ң ӈ ҥ њ о ө п ҧ р ҏ с ҫ т ҭ ћ у ү ұ ф х ӽ ӿ ҳ һ
+CYRILLIC = """а ә ӕ б в гґ ғ ӻ ҕ ӷ д ђ ҙ е є ж җ з ѕ ӡ и ҋ і й- ј к қ ӄ ҡ ҟ ҝ л ӆ љ м ӎ н ӊ ң ӈ ҥ њ о ө п ҧ р ҏ с ҫ т ҭ ћ у ү ұ ф х ӽ ӿ ҳ һ
     ц ҵ ч ҷ ӌ ҹ ҽ ҿ џ ш щ ъ ы ь ҍ ѣ э ю я ѧ ѫ ѳ ѵ ҩ ӏ"""
 GREEK = 'α β γ δ ε ϝ ͷ ϛ ζ ͱ η θ ι ϳ κ ϗ λ μ ν ξ ο π ϻ ϟ ϙ ρ ϼ σ ͼ ͻ ͽ τ υ φ χ ψ ω ϡ ͳ ϸ ϣ ϥ ϧ ϩ ϫ ϭ ϯ'
 
 
 def script(text):
-    """The letters of a script as lists of keys; й is и with a breve."""
+    """The letters of a script as lists of keys; й, which stands here as й-, is и with a breve."""
     return [[('и', 'BREVE')] if word == 'й-' else list(word) for word in text.split()]
 
 
