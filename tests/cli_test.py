@@ -146,6 +146,11 @@ class Sort(unittest.TestCase):
             ("nulls first", b"5\n{NULL}\n-5\n", ["VqNull_int"], b"{NULL}\n-5\n5\n"),
             ("nulls last", b"{NULL}\n5\n-5\n", ["VqNull_int", "--null-last"], b"-5\n5\n{NULL}\n"),
             ("not a number", b"nan\n2\nnan\n1\n", ["double"], b"1\n2\nnan\nnan\n"),
+            ("equal strings keep their sequence", b"Abc\nabd\nabc\n", ["VqString", "--ignore-case"], b"Abc\nabc\nabd\n"),
+            ("also in reverse", b"Abc\nabd\nabc\n", ["VqString", "--ignore-case", "--reverse"], b"abd\nAbc\nabc\n"),
+            ("one of each", "á\na\nb\n{NULL}\n{NULL}\n".encode(), ["VqString", "--ignore-accents", "--unique"],
+             "{NULL}\ná\nb\n".encode()),
+            ("characters of four bytes", "😀\na\n".encode(), ["VqString"], "a\n😀\n".encode()),
             ("no line is a pattern", b"b\n*\na\n", ["VqString", "--unique"], b"*\na\nb\n"),
         ]
         for name, stdin, arguments, expected in cases:

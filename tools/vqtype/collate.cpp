@@ -43,6 +43,7 @@ struct Explanation {
 };
 
 Explanation Explain(const CollateOptions& options) {
+    if (options.isExact && options.isPattern) throw CommandError("--exact and --pattern exclude each other");
     const TextOptions text{ParseCodeSet(options.codeSet), ParseLanguage(options.language)};
     Explanation all{options,
                     {MakeString(options.texts[0], text, "A"), MakeString(options.texts[1], text, "B")},
@@ -226,9 +227,8 @@ void AddCollateCommand(CLI::App& program) {
         ->required();
     AddTextOptions(*command, options->codeSet, options->language);
     AddLevelOptions(*command, options->ignoreCase, options->ignoreAccents);
-    CLI::Option* exact = command->add_flag("--exact", options->isExact, "B is a text as it stands (default)");
-    command->add_flag("--pattern", options->isPattern, "In B '*' is any run of characters and '?' any one")
-        ->excludes(exact);
+    command->add_flag("--exact", options->isExact, "B is a text as it stands (default)");
+    command->add_flag("--pattern", options->isPattern, "In B '*' is any run of characters and '?' any one");
     command->add_flag("--json", options->json, "As JSON");
     command->footer(
         "Each row is one position: the characters, their collation order and its name. A character that sorts as two\n"

@@ -19,13 +19,10 @@ struct CodeSetRow {
     unsigned characters;
 };
 
-// Codes that stand for a character.
+// Of the 16-bit Unicode characters.
 unsigned CountCharacters(const VqCodeSet& set) {
-    const unsigned codes = set.GetCharSize() == 1 ? 0x100 : 0x10000;
     unsigned count = 0;
-    for (unsigned code = 0; code < codes; ++code) {
-        count += set.ToUnicode(static_cast<unsigned short>(code)) != 0xFFFD;
-    }
+    for (unsigned unit = 0; unit < 0x10000; ++unit) count += set.HasUnicode(static_cast<unsigned short>(unit));
     return count;
 }
 
@@ -82,7 +79,7 @@ std::vector<LanguageRow> LanguageRows() {
 }
 
 void ListLanguages() {
-    Table table{{"number", true}, {"name"}, {"class", true}, {"letters of its own"}};
+    Table table{{"number", true}, {"name"}, {"class", true}, {"letters"}};
     for (const LanguageRow& row : LanguageRows()) {
         table.AddRow({fmt::to_string(row.number), row.name, fmt::to_string(row.collationClass),
                       fmt::format("{}", fmt::join(row.letters, " "))});
@@ -116,15 +113,15 @@ void AddListing(CLI::App& program, const char* name, const char* description, co
 void AddCodeSetsCommand(CLI::App& program) {
     AddListing(program, "codesets", "List the code sets",
                "bytes       of one character\n"
-               "characters  how many codes stand for one",
+               "characters  of the 65536 16-bit ones of Unicode, how many the set has",
                ListCodeSets, ListCodeSetsAsJson);
 }
 
 void AddLanguagesCommand(CLI::App& program) {
     AddListing(
         program, "languages", "List the languages and how they sort",
-        "class   languages of one class sort alike\n"
-        "letters of its own  letters, and groups of letters, that have a place in the alphabet here and none in the\n"
-        "        neutral order",
+        "class    languages of one class sort alike\n"
+        "letters  that have a place of their own in the alphabet, but none in the neutral order; of several letters\n"
+        "         in one place the first",
         ListLanguages, ListLanguagesAsJson);
 }

@@ -55,12 +55,21 @@ class Alphabet {
 // Letters by key; of those in one place of the alphabet the first.
 using Letters = std::map<std::int32_t, std::u16string>;
 
+struct Range {
+    char16_t first, last;
+};
+
+// Latin letters beyond ASCII, and the modern letters of the two other alphabets.
+constexpr Range Candidates[] = {{0x00DF, 0x024F}, {0x03AC, 0x03CE}, {0x0430, 0x045F}};
+
 void AddSingleLetters(Letters& letters, const Alphabet& alphabet) {
     const Alphabet neutral(0);
-    for (char16_t letter = 0xDF; letter < 0x530; ++letter) {
-        const std::int32_t key = alphabet.KeyOf(letter);
-        if (alphabet.IsOwn(key) && !neutral.IsOwn(neutral.KeyOf(letter)))
-            letters.emplace(key, std::u16string(1, letter));
+    for (const Range range : Candidates) {
+        for (char16_t letter = range.first; letter <= range.last; ++letter) {
+            const std::int32_t key = alphabet.KeyOf(letter);
+            const bool isOwn = alphabet.IsOwn(key) && !neutral.IsOwn(neutral.KeyOf(letter));
+            if (isOwn) letters.emplace(key, std::u16string(1, letter));
+        }
     }
 }
 
