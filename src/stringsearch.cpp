@@ -12,7 +12,28 @@
 
 // --- Search
 
+namespace {
+
+// True where the whole answer is the first place of the pattern's one byte.
+bool OneByteTells(const VqString& text, const VqString& pattern, unsigned short op) {
+    const unsigned short effective = op == VqCmp_Default ? VqString::GetDefaultCmpOp() : op;
+    const char* const wanted = pattern.StrGet();
+    return text.GetCodeSet() == 0 && pattern.GetCodeSet() == 0 && !text.IsNullValue() && !pattern.IsNullValue() &&
+           (op & VqCmp_Exact) && (effective & (VqCmp_Exact | VqCmp_KeyOnly)) && wanted[0] != 0 && wanted[1] == 0;
+}
+
+// One pass, which ends at the zero character: the text's length would take one more.
+std::size_t FindByte(const VqString& text, char wanted, std::size_t start) {
+    const char* const bytes = text.StrGet();
+    if (start >= text.GetSize() || std::memchr(bytes, 0, start) != nullptr) return vq::NotFound;
+    const char* const found = std::strchr(bytes + start, wanted);
+    return found != nullptr ? static_cast<std::size_t>(found - bytes) : vq::NotFound;
+}
+
+}  // namespace
+
 short VqString::Find(const VqString& pattern, unsigned short start, unsigned short op) const {
+    if (OneByteTells(*this, pattern, op)) return static_cast<short>(FindByte(*this, pattern.buffer_[0], start));
     return static_cast<short>(vq::TextSearch(*this, pattern, op).Find(start));
 }
 
