@@ -99,26 +99,24 @@ std::size_t StopByUnits(TextPair<Unit> pair, std::size_t bytes) {
 
 inline bool HasMaskedLoads() { return __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl"); }
 
-// Up to 32 bytes at once without a branch on how many: what the mask leaves out is not read.
+// Up to 64 bytes at once without a branch on how many: what the mask leaves out is not read.
 template <class Unit>
 [[gnu::noinline, gnu::target("avx512f,avx512bw,avx512vl,bmi,bmi2")]] std::size_t StopByMasks(const unsigned char* text1,
                                                                                              const unsigned char* text2,
                                                                                              std::size_t bytes) {
     std::size_t at = 0;
-    std::uint32_t stops = 0;
+    std::uint64_t stops = 0;
     do {
         const std::size_t count = bytes - at;
-        const __mmask32 here = _bzhi_u32(~0U, count < 32 ? static_cast<unsigned>(count) : 32U);
-        const __m256i block1 = _mm256_maskz_loadu_epi8(here, text1 + at);
-        const __m256i block2 = _mm256_maskz_loadu_epi8(here, text2 + at);
-        const __m256i same = sizeof(Unit) == 1 ? _mm256_cmpeq_epi8(block1, block2) : _mm256_cmpeq_epi16(block1, block2);
-        const __m256i units = _mm256_and_si256(block1, same);  // 0 at a difference and at the end
-        const __m256i none = _mm256_setzero_si256();
-        const __m256i stop = sizeof(Unit) == 1 ? _mm256_cmpeq_epi8(units, none) : _mm256_cmpeq_epi16(units, none);
-        stops = static_cast<std::uint32_t>(_mm256_movemask_epi8(stop));  // also behind what may be read
-        at += 32;
+        const __mmask64 here = _bzhi_u64(~std::uint64_t{0}, count < 64 ? static_cast<unsigned>(count) : 64U);
+        const __m512i block1 = _mm512_maskz_loadu_epi8(here, text1 + at);
+        const __m512i block2 = _mm512_maskz_loadu_epi8(here, text2 + at);
+        // A bit for each unit that differs or is 0, also behind what may be read.
+        stops = sizeof(Unit) == 1 ? _mm512_cmpneq_epi8_mask(block1, block2) | _mm512_testn_epi8_mask(block1, block1)
+                                  : _mm512_cmpneq_epi16_mask(block1, block2) | _mm512_testn_epi16_mask(block1, block1);
+        at += 64;
     } while (stops == 0 && at < bytes);
-    const std::size_t stop = at - 32 + static_cast<unsigned>(std::countr_zero(stops));
+    const std::size_t stop = at - 64 + sizeof(Unit) * static_cast<unsigned>(std::countr_zero(stops));
     return stop < bytes ? stop : bytes;
 }
 
