@@ -44,7 +44,7 @@ class Array {
     Element InMemory() const {
         const Value& value = *reinterpret_cast<const Value*>(at_);
         const auto* const text = reinterpret_cast<const unsigned char*>(value.StrGet());
-        return {{text, ULONG_MAX, value.GetFlags()}, false, sizeof(Value)};
+        return {{text, vq::Terminated, value.GetFlags()}, false, sizeof(Value)};
     }
     Element Stored() const {
         std::uint16_t length;
@@ -84,7 +84,7 @@ int CompareElements(const vq::WeightTable& table, const Element& a, const Elemen
     const unsigned long wildcard = isPattern ? FindWildcard(b.text) : NoWildcard;
     if (a.cut || b.cut) return CompareCut(table, a, b, wildcard);
     if (wildcard != NoWildcard) return vq::MatchWeights(table, a.text, b.text);
-    return vq::CompareWeights(table, a.text, b.text, 65535);
+    return vq::CompareWeights(table, a.text, b.text, vq::MaxWeights);
 }
 
 const vq::WeightTable& WeightsOf(const VqIString*, unsigned char) { return vq::istringWeights; }

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "equalrun.h"
+
 namespace vq {
 namespace {
 
@@ -140,6 +142,31 @@ ByteText From(const ByteText& text, unsigned long offset) {
     return {text.at + offset, text.length - offset, text.flags};
 }
 
+// Texts of so many weights end before a comparison of MaxWeights does.
+constexpr unsigned long ShortText = MaxWeights / 4;
+
+// Compares bytes in step, or goes back to a byte that sorts as two just before a difference. False, with nothing told,
+// in texts so long that the number of weights may end the comparison.
+bool CompareTerminated(const WeightTable& table, const ByteText& a, const ByteText& b, int& result) {
+    TextPair<unsigned char> pair = {a.at, b.at};
+    const auto expands = [&table](unsigned char byte) { return table.ready[byte] == WeightTable::Expands; };
+    result = 0;
+    for (ByteRun run(0); run.Skip(pair); pair.Move(1), run.Took()) {
+        const unsigned long i = static_cast<unsigned long>(pair.text1 - a.at);
+        if (i >= ShortText) return false;
+        const unsigned char x = *pair.text1, y = *pair.text2;
+        const bool expandsBefore = i != 0 && expands(pair.text1[-1]);
+        if (expandsBefore || expands(x) || expands(y)) {
+            const unsigned long from = expandsBefore ? i - 1 : i;
+            result = CompareSteps(table, WeightReader(From(a, from)), WeightReader(From(b, from)), ShortText);
+            return result != 0;
+        }
+        result = table.ready[x] - table.ready[y];
+        if (result != 0) break;
+    }
+    return true;
+}
+
 }  // namespace
 
 constexpr WeightTable istringWeights = MakeTable(cased, false);
@@ -149,6 +176,9 @@ constexpr WeightTable accentIStringWeights = MakeTable(caseless, true);
 int CompareWeights(const WeightTable& table, const ByteText& a, const ByteText& b, unsigned long n) {
     if (a.First() == 0 || b.First() == 0) return a.First() - b.First();
     const bool raw = ((a.flags | b.flags) & VqIStringFlag_Raw) != 0;
+    const bool terminated = a.length == Terminated && b.length == Terminated;
+    int result = 0;
+    if (!raw && terminated && n == MaxWeights && CompareTerminated(table, a, b, result)) return result;
     const unsigned long most = std::min({n, a.length, b.length});
     unsigned long i = 0;
     // As long as no byte sorts as two, the texts go in step.

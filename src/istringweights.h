@@ -2,6 +2,7 @@
 #ifndef VQ_ISTRINGWEIGHTS_H
 #define VQ_ISTRINGWEIGHTS_H
 
+#include <climits>
 #include <cstdint>
 
 #include "vqistring.h"
@@ -25,6 +26,12 @@ extern const WeightTable accentIStringWeights;  // those of VqCaseIString where 
 inline const WeightTable& CaseWeights(unsigned char flags) {
     return flags & VqIStringFlag_Accents ? accentIStringWeights : caseIStringWeights;
 }
+
+// The length of a text of which only its zero byte tells the end.
+constexpr unsigned long Terminated = ULONG_MAX;
+
+// A comparison takes in no more.
+constexpr unsigned long MaxWeights = 65535;
 
 // A text that ends at its first zero byte, or behind `length` bytes.
 struct ByteText {

@@ -221,8 +221,8 @@ namespace {
 int CompareTerminated(const WeightTable& table, const char* a, const char* b, unsigned short n, unsigned char flagsA,
                       unsigned char flagsB) {
     if (a == nullptr || b == nullptr) return (a != nullptr) - (b != nullptr);
-    return CompareWeights(table, {reinterpret_cast<const unsigned char*>(a), ULONG_MAX, flagsA},
-                          {reinterpret_cast<const unsigned char*>(b), ULONG_MAX, flagsB}, n != 0 ? n : MaxLength);
+    return CompareWeights(table, {reinterpret_cast<const unsigned char*>(a), Terminated, flagsA},
+                          {reinterpret_cast<const unsigned char*>(b), Terminated, flagsB}, n != 0 ? n : MaxWeights);
 }
 
 }  // namespace
