@@ -9,8 +9,9 @@
 ///     16384 .. 32767    letters   Bits 13..12: case    Bits 11..7: accent    Bits 6..2: letter    Bits 1..0: extension
 ///     32768 ..          ideographs
 ///
-/// The case is 0 for upper case; letter 3 is A, and so on through the alphabet. All functions may be called from
-/// several threads at once.
+/// The case is 0 for upper case; letter 3 is A, and so on through the alphabet. In the classes of Russian and Greek the
+/// own script takes the first letters and the Latin ones follow, so that letters there have other letters' names. All
+/// functions may be called from several threads at once.
 #ifndef ORDER_H
 #define ORDER_H
 
@@ -27,7 +28,8 @@ VQTM_API short VqExtractSymbolFromOrder(unsigned short order, unsigned short& sy
 VQTM_API short VqExtractDigitFromOrder(unsigned short order, unsigned short& digit, unsigned short& expand);
 
 /// Names an order in English: "lower letter a with accent acute", "digit 7", "symbol !", "space". `collationClass` is
-/// that of the text (VqStringIterator::GetCollationClass); in class 20 every order is named as an ideograph. Returns 0.
+/// that of the text (VqStringIterator::GetCollationClass), its bit 7 without meaning; in class 20 every order is named
+/// as an ideograph. A symbol without a name is "symbol ", an accent without one leaves " with ". Returns 0.
 VQTM_API short VqConvertOrderToString(unsigned short order, unsigned char collationClass, VqString& text);
 
 /// Finds the character of code set 1 that an order of `collationClass` stands for: the one that has this order alone.

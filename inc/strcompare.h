@@ -25,7 +25,8 @@
 ///
 /// `n` limits the comparison to the first n characters of each text, as if both ended there; a letter written with
 /// several characters that the limit cuts is single characters. 0 makes all texts equal, -1 takes the whole texts, and
-/// any other negative value is a count above 32767 (n + 65536). `order` is the byte order of 2-byte characters (2: high
+/// any other negative value is a count above 32767 (n + 65536). With VqCmp_KeyOnly n counts pairs of orders, of which a
+/// character that sorts as two takes two. `order` is the byte order of 2-byte characters (2: high
 /// byte first, any other: the machine's own).
 ///
 /// `op` is a set of VqCmp bits:
@@ -41,7 +42,8 @@
 ///   looking at beginnings: it is no order to sort by.
 /// - VqCmp_Report: `*out` (when not null) receives the difference at the letter level of each pair of orders that lies
 ///   within n characters of both texts, so in the end that of the last such pair: 0 says that the texts agree as far as
-///   they were compared. Nothing is written for native bytes, nulls, n = 0 and VqCmp_KeyOnly.
+///   they were compared. With a pattern it tells of the place at which the part behind the last '*' was laid last.
+///   Nothing is written for native bytes, nulls, n = 0 and VqCmp_KeyOnly.
 ///
 /// Reentrant, and allocates nothing. A comparison takes time in proportion to the texts, a pattern at most to the
 /// product of both lengths, however many '*' it has.

@@ -21,11 +21,12 @@ VQTM_API std::uint32_t HashVqString(const VqString& s);
 VQTM_API std::uint32_t HashVqString7(const VqString& s);
 
 /// The code of a text in a code set and language, over the comparison keys of its collation orders (VqCollationKey):
-/// texts that compare equal under the whole comparison have equal codes. In code set 0 over the bytes, without sign.
+/// texts that compare equal under the whole comparison have equal codes. In code set 0 over the bytes, without sign:
+/// equal codes there and in other sets have nothing to do with each other.
 ///
-/// `text` is zero-terminated; null is an empty text. At most `n` characters count; -1 is all. `order` is the byte order
-/// of 2-byte characters (2: high byte first, any other the machine's own). A null string (language 254, or code set 254
-/// with language 0) has the code 0xFEFE7575 whatever its text.
+/// `text` is zero-terminated; null is an empty text. At most `n` characters count, as if the text ended there; -1 is
+/// all. `order` is the byte order of 2-byte characters (2: high byte first, any other the machine's own). A null string
+/// (language 254, or code set 254 with language 0) has the code 0xFEFE7575 whatever its text.
 VQTM_API std::uint32_t HashString(unsigned char codeSet, unsigned char language, const char* text, short n,
                                   unsigned char order);
 

@@ -23,6 +23,7 @@
 #define VQISTRING_H
 
 #include <cstdint>
+#include <utility>
 
 #include "vqdefs.h"
 
@@ -80,6 +81,7 @@ class VQTM_API IStringText {
     explicit IStringText(long value);
     explicit IStringText(unsigned long value);
     explicit IStringText(double value);
+    IStringText(IStringText&& other) noexcept : text_(std::exchange(other.text_, nullptr)) {}
     ~IStringText() { delete[] text_; }
 
     int FindText(const IStringText& s) const;
@@ -119,6 +121,8 @@ class IStringMembers : public IStringText {
     IStringMembers() = default;
     /// A copy of the other's text; of a null text an empty one.
     IStringMembers(const IStringMembers& other) : IStringText(other) {}
+    /// Takes over the other's text, which becomes null.
+    IStringMembers(IStringMembers&& other) noexcept : IStringText(std::move(other)) {}
     /// The one byte `c`; the null text when it is 0.
     IStringMembers(char c) : IStringText(c) {}
     /// A copy of `s`; null and empty give the null text.
@@ -186,10 +190,9 @@ class IStringMembers : public IStringText {
 
     // --- Concatenation
 
-    /// The texts one after the other, with flags 0.
+    /// The texts one after the other, with flags 0; of two null texts an empty one.
     friend Own operator+(const Own& a, const Own& b) {
-        Own sum;
-        sum += a;
+        Own sum(a);
         sum += b;
         return sum;
     }

@@ -175,6 +175,9 @@ class VQTM_API VqString {
     /// as if it ended in '*': the text has to begin with what matches it, wildcards included. VqCmp_Default is the
     /// class-wide operation, whose own bits do not change how the pattern is taken. Nothing is found in or by a string
     /// without a buffer, nor where fewer bytes are left than the pattern has.
+    ///
+    /// Takes time in proportion to the text, but where VqStrCmp has to decide at many positions: with a pattern that
+    /// has a '*' inside, or a letter that sorts as two behind a beginning that fits often, at most its time for each.
     short Find(const VqString& pattern, unsigned short start = 0, unsigned short op = VqCmp_Default) const;
     /// The same with one character of the default 8-bit code set; a zero character is found nowhere.
     short Find(char c, unsigned short start = 0, unsigned short op = VqCmp_Default) const;

@@ -180,8 +180,8 @@ int MatchLevels(const KeyReader& text, const KeyReader& pattern, unsigned char p
     return PatternMatch(text, PatternReader(pattern, wildcards), op, out).Run();
 }
 
-int CompareKeys(KeyReader text1, KeyReader text2) {
-    for (; text1.Key() == text2.Key() && text1.Key() != 0; text1.Step()) text2.Step();
+int CompareKeys(KeyReader text1, KeyReader text2, std::size_t pairs) {
+    for (; text1.Key() == text2.Key() && text1.Key() != 0 && --pairs != 0; text1.Step()) text2.Step();
     return text1.Key() - text2.Key();
 }
 

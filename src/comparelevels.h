@@ -41,8 +41,8 @@ int CompareLevels(KeyReader text1, KeyReader text2, Levels before, unsigned shor
 int MatchLevels(const KeyReader& text, const KeyReader& pattern, unsigned char patternClass, unsigned short op,
                 int* out);
 
-// The difference of the first keys that differ.
-int CompareKeys(KeyReader text1, KeyReader text2);
+// The difference of the first keys that differ among so many pairs.
+int CompareKeys(KeyReader text1, KeyReader text2, std::size_t pairs);
 
 }  // namespace vq
 

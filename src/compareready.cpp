@@ -28,7 +28,7 @@ template <class Unit>
     std::size_t limit = ground.limit;
     if (limit != NoLimit) limit -= static_cast<std::size_t>(pair.text1 - ground.start) / sizeof(Unit);
     const KeyReader keys1(source, pair.text1, limit), keys2(source, pair.text2, limit);
-    return ground.op & VqCmp_KeyOnly ? CompareKeys(keys1, keys2)
+    return ground.op & VqCmp_KeyOnly ? CompareKeys(keys1, keys2, NoLimit)
                                      : CompareLevels(keys1, keys2, levels, ground.op, nullptr);
 }
 

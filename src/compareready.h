@@ -16,7 +16,8 @@ int CompareUsualBytes(const char* text1, const char* text2, std::size_t readable
 int CompareUsualUnits(const char* text1, const char* text2, std::size_t readable, unsigned char codeSet,
                       unsigned char language, unsigned short op);
 
-// The same for the first `limit` characters, or with VqCmp_KeyOnly: what CompareLevels and CompareKeys give.
+// The same for the first `limit` characters, or for whole texts with VqCmp_KeyOnly: what CompareLevels and CompareKeys
+// give.
 int CompareReady(const char* text1, const char* text2, std::size_t limit, const VqCodeSet& set, unsigned char language,
                  unsigned short op);
 

@@ -97,7 +97,9 @@ std::size_t StopByUnits(TextPair<Unit> pair, std::size_t bytes) {
 
 #ifdef VQ_MASKED_LOADS
 
-inline bool HasMaskedLoads() { return __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl"); }
+inline bool HasMaskedLoads() {
+    return __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("bmi2");
+}
 
 // Up to 64 bytes at once without a branch on how many: what the mask leaves out is not read.
 template <class Unit>

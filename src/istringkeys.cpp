@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "istringweights.h"
+#include "stringarray.h"
 #include "vqbase.h"
 #include "vqistring.h"
 #include "vqstring.h"
@@ -12,9 +13,6 @@
 namespace {
 
 constexpr unsigned long HeaderSize = 3;
-
-// Index keys are clipped to less; a longer array that ends within its element is damaged.
-constexpr unsigned long LongestClippedKey = 253;
 
 struct Element {
     vq::ByteText text;
@@ -94,7 +92,7 @@ const vq::WeightTable& WeightsOf(const VqCaseIString*, unsigned char flags) { re
 template <class Value>
 int CompareNext(Array<Value>& first, Array<Value>& second, bool more, bool isPattern, int& error) {
     const Element a = first.Current(), b = second.Current();
-    if ((a.cut && first.Left() > LongestClippedKey) || (b.cut && second.Left() > LongestClippedKey)) {
+    if ((a.cut && first.Left() > vq::LongestClippedKey) || (b.cut && second.Left() > vq::LongestClippedKey)) {
         error = VqStatus_NotSupported;
         return -1;
     }

@@ -147,7 +147,7 @@ constexpr unsigned long ShortText = MaxWeights / 4;
 
 // Compares bytes in step, or goes back to a byte that sorts as two just before a difference. False, with nothing told,
 // in texts so long that the number of weights may end the comparison.
-bool CompareTerminated(const WeightTable& table, const ByteText& a, const ByteText& b, int& result) {
+bool CompareInStep(const WeightTable& table, const ByteText& a, const ByteText& b, int& result) {
     TextPair<unsigned char> pair = {a.at, b.at};
     const auto expands = [&table](unsigned char byte) { return table.ready[byte] == WeightTable::Expands; };
     result = 0;
@@ -178,7 +178,7 @@ int CompareWeights(const WeightTable& table, const ByteText& a, const ByteText& 
     const bool raw = ((a.flags | b.flags) & VqIStringFlag_Raw) != 0;
     const bool terminated = a.length == Terminated && b.length == Terminated;
     int result = 0;
-    if (!raw && terminated && n == MaxWeights && CompareTerminated(table, a, b, result)) return result;
+    if (!raw && terminated && n == MaxWeights && CompareInStep(table, a, b, result)) return result;
     const unsigned long most = std::min({n, a.length, b.length});
     unsigned long i = 0;
     // As long as no byte sorts as two, the texts go in step.

@@ -94,8 +94,9 @@ int EncodeOne(unsigned char* out, std::uint32_t value) {
 long DecodeText(Utf8Cursor& at, std::size_t n, unsigned char* outEnd) {
     const unsigned char* const start = at.in;
     const std::size_t limit = VqMultiByteLimit;
+    const unsigned char* const end = start + std::min(n, limit);
     for (;;) {
-        at = Decode(at, start + std::min(n, limit), outEnd);
+        if (at.in < end) at = Decode(at, end, outEnd);  // a character may have led past the limit
         const std::size_t used = static_cast<std::size_t>(at.in - start);
         if (used >= limit) return -2;
         if (used == n) return static_cast<long>(n);

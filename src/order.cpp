@@ -117,7 +117,10 @@ std::string DescribeLetter(unsigned short order) {
     const bool lower = (order & CaseBits) != 0;
     std::string text = lower ? "lower letter " : "upper letter ";
     text += static_cast<char>((order >> 2 & 31) + FirstLetter + (lower ? 'a' - 'A' : 0));
-    if (const char* const name = NameOfAccent(AccentOf(order))) text += std::string(" with ") + name;
+    if (const unsigned accent = AccentOf(order); accent != 0) {
+        const char* const name = NameOfAccent(accent);
+        text += std::string(" with ") + (name != nullptr ? name : "");
+    }
     if (order & ExtensionBits) text += " with extension";
     return text;
 }
@@ -152,7 +155,7 @@ const char* NameOf(unsigned short order, Kind kind) {
 // The first language whose texts in `set` have the class; -1 when there is none.
 int LanguageOfClass(const VqCodeSet& set, unsigned char collationClass) {
     for (unsigned language = 0; language < 256; ++language) {
-        if (set.GetCollationClass(static_cast<unsigned char>(language)) == collationClass) {
+        if (set.GetCollationClass(static_cast<unsigned char>(language)) == (collationClass & 0x7F)) {
             return static_cast<int>(language);
         }
     }

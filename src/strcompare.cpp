@@ -16,10 +16,10 @@ constexpr unsigned short LiteralBits = VqCmp_Exact | VqCmp_KeyOnly;
 std::size_t LimitFrom(short n) { return n == -1 ? NoLimit : static_cast<unsigned short>(n); }
 
 // True when the ready keys of a code set can serve both texts under the operation.
-bool ServedByReadyKeys(const ComparedText& text1, const ComparedText& text2, unsigned short op, unsigned char order,
-                       const int* out) {
+bool ServedByReadyKeys(const ComparedText& text1, const ComparedText& text2, unsigned short op, std::size_t limit,
+                       unsigned char order, const int* out) {
     if (text1.codeSet != text2.codeSet || order == OrderHighFirst) return false;
-    if (op & VqCmp_KeyOnly) return true;
+    if (op & VqCmp_KeyOnly) return limit == NoLimit;
     return (op & (VqCmp_Exact | VqCmp_EndLast)) == VqCmp_Exact && (out == nullptr || !(op & VqCmp_Report));
 }
 
@@ -27,8 +27,10 @@ int CompareByReaders(const ComparedText& text1, const ComparedText& text2, unsig
                      unsigned char order, int* out) {
     const KeySource source1(CodeSetOf(text1.codeSet), text1.language, order);
     const KeySource source2(CodeSetOf(text2.codeSet), text2.language, order);
+    if (op & VqCmp_KeyOnly) {
+        return CompareKeys(KeyReader(source1, text1.text, NoLimit), KeyReader(source2, text2.text, NoLimit), limit);
+    }
     const KeyReader keys1(source1, text1.text, limit), keys2(source2, text2.text, limit);
-    if (op & VqCmp_KeyOnly) return CompareKeys(keys1, keys2);
     if (op & VqCmp_Exact) return CompareLevels(keys1, keys2, {}, op, out);
     return MatchLevels(keys1, keys2, source2.collationClass, op, out);
 }
@@ -40,7 +42,7 @@ ComparedText NotNull(const ComparedText& text) {
 
 int CompareCharacters(const ComparedText& text1, const ComparedText& text2, unsigned short op, std::size_t limit,
                       unsigned char order, int* out) {
-    if (ServedByReadyKeys(text1, text2, op, order, out)) {
+    if (ServedByReadyKeys(text1, text2, op, limit, order, out)) {
         const VqCodeSet& set = CodeSetOf(text1.codeSet);
         const VqKeyTable table = set.GetKeyTable(text1.language);
         const bool sameKeys = text1.language == text2.language || table.keys == set.GetKeyTable(text2.language).keys;

@@ -13,6 +13,7 @@ namespace {
 
 constexpr unsigned char Unicode = 253;
 constexpr std::uint32_t NullHash = 0xFEFE7575;
+constexpr std::size_t All = ~std::size_t{0};
 
 template <vq::HashUnit unit>
 std::uint32_t ChooseHash(const unsigned char* text, std::size_t size);
@@ -85,6 +86,7 @@ class OrderHash {
     // At least one character, up to the next one whose key stands ready.
     void HashOthers() {
         VqStringIterator at(codeSet_, language_, text_ + done_ * charSize_, order_);
+        if (most_ != All) at.SetLimit(static_cast<unsigned long>(most_ - done_));
         unsigned long last = 0;
         do {
             for (last = at.GetPosition(); at.GetPosition() == last;) {
@@ -117,7 +119,7 @@ std::uint32_t HashString(unsigned char codeSet, unsigned char language, const ch
                          unsigned char order) {
     if (vq::IsNullText(codeSet, language)) return NullHash;
     if (n == 0 || text == nullptr) return 0;
-    const std::size_t most = n > 0 ? static_cast<std::size_t>(n) : ~std::size_t{0};
+    const std::size_t most = n > 0 ? static_cast<std::size_t>(n) : All;
     if (codeSet != 0) return OrderHash(codeSet, language, text, most, order).Get();
     const void* const end = n > 0 ? std::memchr(text, 0, most) : text + std::strlen(text);
     return HashUnits<vq::HashUnit::Byte>(text, end != nullptr ? Distance(text, end) : most);

@@ -14,6 +14,9 @@
 
 namespace vq {
 
+// Index keys are clipped to less; a longer array that ends within its element is damaged.
+constexpr unsigned long LongestClippedKey = 253;
+
 // One element of an array of strings.
 struct StringElement {
     const char* text;

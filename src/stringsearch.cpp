@@ -79,14 +79,13 @@ bool VqString::ReplaceAt(const std::uint16_t* places, std::size_t count, std::si
         std::memcpy(out, bytes, n);
         out += n;
     };
-    const char* from = buffer_;
+    std::size_t from = 0;  // characters
     for (std::size_t i = 0; i < count; ++i) {
-        const char* const place = buffer_ + places[i] * z;
-        append(from, static_cast<std::size_t>(place - from));
+        append(buffer_ + from * z, (places[i] - from) * z);
         append(inserted.StrGet(), insertedBytes);
-        from = place + fromLength * z;
+        from = std::min(places[i] + fromLength, length);
     }
-    if (const char* const end = buffer_ + length * z; from < end) append(from, static_cast<std::size_t>(end - from));
+    append(buffer_ + from * z, (length - from) * z);
     std::memset(out, 0, z);
 
     delete[] buffer_;

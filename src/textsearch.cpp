@@ -159,8 +159,8 @@ std::size_t TextSearch::Find(std::size_t start) {
     return charSize_ == 1 ? FindByKeys<1>(start) : FindByKeys<2>(start);
 }
 
-// Passes what cannot start the pattern by one key each. When comparing at the other places costs more than walking the
-// text, the rest takes linear time.
+// Passes what cannot start the pattern by one key each. When keys that fit at first and differ later cost more than
+// walking the text, the rest takes linear time; places at which VqStrCmp has to decide take what it takes.
 template <unsigned charSize>
 std::size_t TextSearch::FindByKeys(std::size_t place) {
     if (end_ - place >= LongText) return FindFiltered<charSize>(place);

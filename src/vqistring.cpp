@@ -183,7 +183,7 @@ void IStringText::CutText(unsigned short pos, unsigned short n) {
     const std::string_view own = ViewOf(*this);
     if (n == 0 || pos > own.size()) return;
     const std::string_view front = own.substr(0, pos), rest = own.substr(std::min<std::size_t>(own.size(), pos + n));
-    if (front.size() + rest.size() == own.size()) return;
+    if (front.size() + rest.size() == own.size() && !own.empty()) return;
     Take(front.empty() && rest.empty() ? nullptr : Join({front, rest}));
 }
 

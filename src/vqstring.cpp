@@ -136,7 +136,8 @@ void VqString::SpliceChars(const Splice& splice) {
     if ((splice.codeSet != 0 && splice.codeSet != codeSet_) || CharSizeOf(splice.codeSet) != z) {
         const unsigned sourceSize = CharSizeOf(splice.codeSet);
         source += start * sourceSize;
-        count = vq::BoundedLength(source, sourceSize, count);
+        // A character to repeat may be the zero character.
+        if (splice.repeat == 1) count = vq::BoundedLength(source, sourceSize, count);
         mapped = MapCodeSet(source, splice.codeSet, codeSet_, count, order);
         source = mapped.get();
         start = 0;

@@ -7,12 +7,9 @@ namespace {
 
 constexpr std::uint32_t Multiplier = 1103515245;
 
-// Index keys are clipped to less; a longer array that ends within its element is damaged.
-constexpr unsigned long LongestClippedKey = 253;
-
 // The code of one string, with the status of what it was read from.
 std::uint32_t HashElement(vq::StringElement element, unsigned long left, unsigned char format, int& error) {
-    const bool damaged = element.cut && left > LongestClippedKey;
+    const bool damaged = element.cut && left > vq::LongestClippedKey;
     element.Repair();
     const vq::TerminatedText text(element);
     if (damaged || text.Get() == nullptr) {

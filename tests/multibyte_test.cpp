@@ -331,6 +331,10 @@ TEST(Multibyte, StopsAtTheLimit) {
             const std::string shifted = std::string(skip, 'a') + text;
             ExpectString(shifted, 32900);
             for (const long n : {32766L, 32767L, 32768L}) ExpectString(shifted, n);
+            // Texts that end just behind the limit, with a character that leads past it.
+            for (std::size_t size = 32768; size < 32774; ++size) {
+                ExpectString(shifted.substr(0, size), static_cast<long>(size));
+            }
         }
     }
 }

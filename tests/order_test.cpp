@@ -44,7 +44,7 @@ TEST(Orders, AreNamedInEnglish) {
         {Letter(3, 0, 0), 1, "upper letter A"},
         {Letter(3, 1, 2), 1, "lower letter a with accent acute"},
         {Letter(28, 3, 14, 3), 1, "lower letter z with accent double acute with extension"},
-        {Letter(4, 0, 15), 1, "upper letter B"},
+        {Letter(4, 0, 15), 1, "upper letter B with "},
         {40000, 1, "HAN character 0x9c40\n"},
         {Letter(3, 0, 0), 20, "HAN character 0x400c\n"},
         {16, 20 | 128, "HAN character 0x0010\n"},

@@ -87,6 +87,14 @@ TEST(VqStrCmp, CountsCharactersOfEachText) {
     EXPECT_EQ(Cmp(In(1, "abcx"), In(1, "abcy"), VqCmp_KeyOnly, 3), 0);
 }
 
+TEST(VqStrCmp, KeyOnlyCountsPairsOfOrders) {
+    EXPECT_EQ(Cmp(In(1, "\xDF"), In(1, "s"), VqCmp_Exact, 1), 1);
+    EXPECT_EQ(Cmp(In(1, "\xDF"), In(1, "s"), VqCmp_KeyOnly, 1), 0);
+    EXPECT_EQ(Cmp(In(1, "\xDF"), In(1, "s"), VqCmp_KeyOnly, 2), 1);
+    EXPECT_EQ(Cmp(In(1, "x\xDFy"), In(1, "x\xDFz"), VqCmp_KeyOnly, 3), 0);
+    EXPECT_EQ(Cmp(In(1, "x\xDFy"), In(1, "x\xDFz"), VqCmp_KeyOnly, 4), -1);
+}
+
 // A slow matcher by recursion, on the letters a, b and both wildcards.
 bool Matches(const char* text, const char* pattern) {
     if (*pattern == '*') return Matches(text, pattern + 1) || (*text != 0 && Matches(text + 1, pattern));

@@ -1,5 +1,8 @@
 // Comparison of texts step by step through iterators: slow, with a list of candidate alignments for patterns, and
 // sharing nothing with the library's own walk but the iterator. Tests hold the library equal to it.
+//
+// A candidate begins with the differences that stood at its '*': behind a '*' the main alignment has no others on a
+// level that counts. A pattern's next '*' settles what stands before it, so that candidates end there.
 #ifndef VQ_STRCOMPAREREFERENCE_H
 #define VQ_STRCOMPAREREFERENCE_H
 
@@ -73,9 +76,10 @@ class StrCmpReference {
 
     unsigned long Limit() const { return n_ == -1 ? ~0UL : static_cast<unsigned short>(n_); }
 
-    Side SideOf(const ReferenceText& text) const {
-        Side side = {VqStringIterator(text.codeSet, text.language, text.text, order_), Limit()};
-        side.iterator.SetLimit(Limit());
+    Side SideOf(const ReferenceText& text) const { return SideOf(text, Limit()); }
+    Side SideOf(const ReferenceText& text, unsigned long limit) const {
+        Side side = {VqStringIterator(text.codeSet, text.language, text.text, order_), limit};
+        side.iterator.SetLimit(limit);
         return side;
     }
 
@@ -127,11 +131,12 @@ class StrCmpReference {
 
     // --- Keys
 
+    // n counts pairs here.
     int Keys() const {
-        Side side1 = SideOf(text1_), side2 = SideOf(text2_);
-        for (;;) {
+        Side side1 = SideOf(text1_, ~0UL), side2 = SideOf(text2_, ~0UL);
+        for (long pairs = n_ == -1 ? -1L : static_cast<unsigned short>(n_);;) {
             const int key1 = side1.Key(), key2 = side2.Key();
-            if (key1 != key2 || key1 == 0) return key1 - key2;
+            if (key1 != key2 || key1 == 0 || --pairs == 0) return key1 - key2;
             side1.Next();
             side2.Next();
         }

@@ -106,6 +106,8 @@ TEST(HashString, NullAndBounds) {
     EXPECT_EQ(HashString(0, 0, "ab", 5, 255), 971u);
     EXPECT_EQ(HashString(0, 0, "\xC8", -1, 255), 200u);
     EXPECT_EQ(HashString(1, 0, nullptr, -1, 255), 0u);
+    EXPECT_EQ(HashString(1, 14, "ch", 1, 255), HashString(1, 14, "c", -1, 255)) << "Czech ch, cut";
+    EXPECT_EQ(HashString(1, 16, "adzs", 3, 255), HashString(1, 16, "adz", -1, 255)) << "Hungarian dzs, cut";
     EXPECT_EQ(HashOf("abc", 2), HashOf("ab"));
     EXPECT_EQ(HashOf("ab", 7), HashOf("ab"));
 }

@@ -31,6 +31,8 @@ TEST(StringEdit, TrimmingRemovesWhiteSpaceAtTheEnds) {
     VqString spaces((std::string(40000, ' ') + "x").c_str());
     EXPECT_EQ(Bytes(spaces.Trim()), "x");
     EXPECT_EQ(VqString().Trim().GetSize(), 0);
+    EXPECT_EQ(Bytes(VqString("a \0d", 4).RightTrim()), "a") << "the text ends at its first zero character";
+    EXPECT_EQ(Bytes(VqString("ab\0\0", 4).RightTrim()), "ab");
 }
 
 TEST(StringEdit, PartsKeepCodeSetAndLanguageUpToTheEnd) {

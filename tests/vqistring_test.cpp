@@ -15,7 +15,7 @@ using namespace vqtest;
 
 namespace {
 
-// --- The slow comparison: byte by byte by the tables as they are written down
+// --- The slow comparison: byte by byte, by tables of weight and second value
 
 struct Weight {
     int weight, second;
@@ -315,6 +315,14 @@ TYPED_TEST(IStrings, AreEdited) {
         {"abc", [](T& s) { s[1] = 'x'; }, "axc"},
         {"abc", [](T& s) { s = (s + T("d")) + "e"; }, "abcde"},
         {"abc", [](T& s) { s = "x" + s; }, "xabc"},
+        {"abc", [](T&) { EXPECT_FALSE(!(T() + T())) << "of two null texts an empty one"; }, "abc"},
+        {"a", [](T& s) { s.Cut(0, 1), s = T(s), s.Cut(0, 1); }, "", true},
+        {"abc",
+         [](T& s) {
+             T taken(std::move(s));
+             Expect(taken, "abc");
+         },
+         "", true},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << (c.text ? c.text : "null") << " to " << c.result);

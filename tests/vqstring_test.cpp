@@ -482,6 +482,8 @@ TEST_F(VqStringTest, OverwritingAndFillingKeepTheirEdges) {
     EXPECT_EQ(Bytes(s.Cut(1, -2)), "abxy!");
     EXPECT_EQ(Bytes(s.Fill(2, static_cast<unsigned short>(0x20AC))), "\x80\x80");
     EXPECT_EQ(s.Fill(0, 'x').Len(), 0);
+    EXPECT_EQ(s.Fill(5, '\0').GetSize(), 6);
+    EXPECT_EQ(s.Fill(5, static_cast<unsigned short>(0)).GetSize(), 6);
     const AssertRecorder recorder;
     EXPECT_EQ(s.Fill(65535, 'x').Len(), 65532);
     EXPECT_EQ(s.Insert("tail", 65530).Len(), 65532);

@@ -77,6 +77,11 @@ std::string NameOfOrder(const CollationStep& step, const Explanation& all) {
     VqString text;
     VqConvertOrderToString(step.order, all.collationClass, text);
     std::string name = ToUtf8(text);
+    // An accent without a name leaves its place empty.
+    if (const std::size_t gap = name.find(" with "); gap != name.npos) {
+        const std::size_t place = gap + 6;
+        if (place == name.size() || name[place] == ' ') name.insert(place, "another accent");
+    }
     name.erase(name.find_last_not_of(" \n") + 1);
     return name;
 }
