@@ -5,11 +5,6 @@
 namespace vq {
 namespace {
 
-// The bits of a key that decide under an operation.
-constexpr std::int32_t KeyMask(unsigned short op) {
-    return ~((op & VqCmp_IgnoreCase ? CaseBits : 0) | (op & VqCmp_IgnoreAccents ? AccentBits : 0));
-}
-
 // Writes the primary difference of a pair where the caller asked for it.
 class Reporter {
   public:

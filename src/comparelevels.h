@@ -3,13 +3,16 @@
 #define VQ_COMPARELEVELS_H
 
 #include "keyreader.h"
+#include "vqcollation.h"
 #include "vqdefs.h"
 
 namespace vq {
 
-constexpr std::int32_t CaseBits = 0x60;
-constexpr std::int32_t AccentBits = 0x1F;
-constexpr std::int32_t PrimaryMask = ~(CaseBits | AccentBits);
+// The bits of a key that decide under an operation.
+constexpr std::int32_t KeyMask(unsigned short op) {
+    if (op & VqCmp_KeyOnly) return ~0;
+    return ~((op & VqCmp_IgnoreCase ? VqKeyCaseBits : 0) | (op & VqCmp_IgnoreAccents ? VqKeyAccentBits : 0));
+}
 
 // What the pairs of keys so far say on each level.
 struct Levels {
@@ -20,9 +23,9 @@ struct Levels {
 
     // Takes in one pair.
     void Note(std::int32_t key1, std::int32_t key2) {
-        primary = (key1 & PrimaryMask) - (key2 & PrimaryMask);
-        if (caseReversed == 0) caseReversed = (key2 & ~AccentBits) - (key1 & ~AccentBits);
-        if (const std::int32_t difference = (key1 & ~CaseBits) - (key2 & ~CaseBits)) accent = difference;
+        primary = (key1 & VqKeyPrimaryMask) - (key2 & VqKeyPrimaryMask);
+        if (caseReversed == 0) caseReversed = (key2 & ~VqKeyAccentBits) - (key1 & ~VqKeyAccentBits);
+        if (const std::int32_t difference = (key1 & ~VqKeyCaseBits) - (key2 & ~VqKeyCaseBits)) accent = difference;
     }
     int Result(unsigned short op) const {
         if (primary != 0) return primary;

@@ -36,7 +36,7 @@ template <class Unit>
 template <class Unit, class Run>
 inline int CompareFrom(TextPair<Unit> pair, Run run, Ground ground) {
     const VqKeyTable table = ground.set->GetKeyTable(ground.language);
-    const std::int32_t deciding = ground.op & VqCmp_KeyOnly ? -1 : PrimaryMask;
+    const std::int32_t deciding = ground.op & VqCmp_KeyOnly ? -1 : VqKeyPrimaryMask;
     Levels levels;
     do {
         const unsigned short code1 = pair.Code1(), code2 = pair.Code2();

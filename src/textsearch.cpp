@@ -5,6 +5,7 @@
 
 #include "bytesearch.h"
 #include "collationkey.h"
+#include "comparelevels.h"
 #include "strcompare.h"
 #include "stringiterator.h"
 #include "vqcollation.h"
@@ -14,13 +15,6 @@ namespace {
 
 constexpr unsigned short KnownBits =
     VqCmp_Exact | VqCmp_IgnoreCase | VqCmp_IgnoreAccents | VqCmp_Report | VqCmp_KeyOnly;
-
-// The bits of keys that have to agree.
-std::int32_t MaskOf(unsigned short op) {
-    constexpr std::int32_t caseBits = 0x60, accentBits = 0x1F;
-    if (op & VqCmp_KeyOnly) return ~0;
-    return ~((op & VqCmp_IgnoreCase ? caseBits : 0) | (op & VqCmp_IgnoreAccents ? accentBits : 0));
-}
 
 // The keys that patterns do not read as characters, of a class.
 struct WildcardKeys {
@@ -123,7 +117,7 @@ bool TextSearch::PrepareKeys() {
 
     first_ = VqCollationKey(VqStringIterator(pattern_).GetNextOrder(0), collationClass);
     if (isWildcard(first_)) return false;
-    mask_ = MaskOf(op_);
+    mask_ = KeyMask(op_);
     patternKeys_.reserve(patternLength_);
     for (std::size_t place = 0; place < patternLength_; ++place) {
         const std::int32_t key = pattern.At(place);

@@ -123,6 +123,14 @@ std::string Described(const ReferenceText& a, const ReferenceText& b, unsigned s
 constexpr unsigned short operations[] = {0x10,  0x30, 0x50, 0x70, 0x90, 0x100, 0x110, 0x210, 0x250,
                                          0x270, 0,    0x20, 0x40, 0x60, 0x80,  0x200, 0x220};
 
+bool HasOrder(const ReferenceText& text, unsigned char byteOrder, unsigned short wanted) {
+    VqStringIterator it(text.codeSet, text.language, text.text, byteOrder);
+    for (unsigned short order; (order = it.GetNextOrder(1)) != 0;) {
+        if (order == wanted) return true;
+    }
+    return false;
+}
+
 // Draws one comparison and holds both ways of asking for it to the reference.
 void CheckOne(RandomTexts& random, const std::vector<unsigned char>& codeSets, const ReferenceWildcards& wildcards) {
     const unsigned short op = operations[random.Below(std::size(operations))];
@@ -147,7 +155,8 @@ void CheckOne(RandomTexts& random, const std::vector<unsigned char>& codeSets, c
     int expectedOut = 77, out = 77;
     const int expected = StrCmpReference(a, b, op, n, order, &expectedOut, wildcards).Run();
     const int result = VqStrCmp(a.codeSet, a.language, a.text, b.codeSet, b.language, b.text, op, n, order, &out);
-    if (pattern) {
+    // Behind a '*' the two lay the rest at different places before they give up: there only the sign is one.
+    if (pattern && HasOrder(b, order, wildcards.asterisk)) {
         ASSERT_EQ(Sign(result), Sign(expected)) << Described(a, b, op, n);
     } else {
         ASSERT_EQ(result, expected) << Described(a, b, op, n);

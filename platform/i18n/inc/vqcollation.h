@@ -14,6 +14,11 @@
 /// The collation class of languages whose orders are plain numbers: letters have no case and accent of their own there.
 constexpr unsigned char VqIdeographicClass = 20;
 
+/// The bits of a key that tell the case, those that tell the accent, and all others.
+constexpr std::int32_t VqKeyCaseBits = 0x60;
+constexpr std::int32_t VqKeyAccentBits = 0x1F;
+constexpr std::int32_t VqKeyPrimaryMask = ~(VqKeyCaseBits | VqKeyAccentBits);
+
 /// The comparison key of a collation order (VqCodeSet::GetOrders) in a collation class (VqCodeSet::GetCollationClass).
 /// Order 0, which also stands for the end of a text, has key 0.
 constexpr std::int32_t VqCollationKey(unsigned short order, unsigned char collationClass) {
