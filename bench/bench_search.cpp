@@ -274,10 +274,12 @@ void ReplaceBytes(benchmark::State& state, std::size_t bytes) {
 void ReplaceByStdString(benchmark::State& state, std::size_t bytes) {
     const std::string text = MakeText(bytes), from = "die", to = "jene";
     for (auto _ : state) {
-        std::string changed(text);
-        for (std::size_t at = 0; (at = changed.find(from, at)) != std::string::npos; at += to.size()) {
-            changed.replace(at, from.size(), to);
+        std::string changed;
+        std::size_t done = 0;
+        for (std::size_t place; (place = text.find(from, done)) != std::string::npos; done = place + from.size()) {
+            changed.append(text, done, place - done).append(to);
         }
+        changed.append(text, done);
         if (changed.size() <= text.size()) state.SkipWithError("nothing replaced");
     }
 }

@@ -32,6 +32,7 @@ def gather(paths):
     """{case: {who: [cost of each repetition in ns]}}, {(case, who): [bytes per second]}; and the machine of the first file."""
     costs = collections.defaultdict(lambda: collections.defaultdict(list))
     bandwidths = collections.defaultdict(list)
+    left_out = set()
     context = None
     for path in paths:
         with open(path, encoding="utf-8") as file:
@@ -41,11 +42,14 @@ def gather(paths):
             if run.get("run_type") == "aggregate":
                 continue
             if run.get("error_occurred"):
-                sys.exit(f"{run['name']}: {run.get('error_message', 'failed')}")
+                left_out.add(f"{plain_name(run)}: {run.get('error_message', 'failed')}")
+                continue
             case, _, who = plain_name(run).rpartition("/")
             costs[case][who].append(cost(run))
             if run.get("bytes_per_second"):
                 bandwidths[case, who].append(run["bytes_per_second"])
+    for reason in sorted(left_out):
+        print(f"left out: {reason}")
     return costs, bandwidths, context
 
 
