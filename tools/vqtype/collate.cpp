@@ -12,6 +12,7 @@
 #include "table.h"
 #include "text.h"
 #include "utf8.h"
+#include "vqcollation.h"
 
 namespace {
 
@@ -54,11 +55,15 @@ Explanation Explain(const CollateOptions& options) {
     const VqString &a = all.strings[0], &b = all.strings[1];
     all.collationClass = VqStringIterator(a).GetCollationClass();
     all.collation = options.isPattern ? CollatePattern(a, b, all.op) : Collate(a, b, all.op);
-    all.result = a.Compare(b, -1, all.op);
+    // A string without characters may have no buffer, which is less than any text; here it stands for an empty one.
+    all.result = VqStrCmp(a.GetCodeSet(), a.GetLanguage(), a.StrGet(), b.GetCodeSet(), b.GetLanguage(), b.StrGet(),
+                          all.op, -1, 1, nullptr);
     return all;
 }
 
 // --- Words
+
+constexpr unsigned char Russian = 18, Greek = 19;
 
 std::string CharactersOf(const CollationStep& step, const VqString& string) {
     const VqCodeSet& set = RequireCodeSet(string.GetCodeSet());
@@ -72,8 +77,27 @@ std::string CharactersOf(const CollationStep& step, const VqString& string) {
     return out;
 }
 
-std::string NameOfOrder(const CollationStep& step, const Explanation& all) {
-    if (all.strings[0].GetCodeSet() == 0) return "byte";
+// Names of orders call a letter by its place, which tells the letter only among those from A to Z of Latin alphabets.
+bool NamesLetter(unsigned short order, unsigned char collationClass) {
+    constexpr unsigned PlaceOfA = 3, PlaceOfZ = 28;
+    const VqCodeSet& unicode = RequireCodeSet(253);
+    const unsigned place = order >> 2 & 31;
+    return place >= PlaceOfA && place <= PlaceOfZ && collationClass != unicode.GetCollationClass(Russian) &&
+           collationClass != unicode.GetCollationClass(Greek);
+}
+
+void PutCharacters(std::string& name, const std::string& characters) {
+    constexpr std::string_view Extension = " with extension";
+    name.replace(std::string_view("lower letter ").size(), 1, characters);
+    if (const std::size_t at = name.find(Extension); at != name.npos) name.erase(at, Extension.size());
+}
+
+bool IsLetter(unsigned short order, unsigned char collationClass) {
+    return (order & 0xC000) == 0x4000 && collationClass != VqIdeographicClass;
+}
+
+std::string NameOfOrder(const CollationStep& step, const VqString& string, const Explanation& all) {
+    if (string.GetCodeSet() == 0) return "byte";
     VqString text;
     VqConvertOrderToString(step.order, all.collationClass, text);
     std::string name = ToUtf8(text);
@@ -83,6 +107,9 @@ std::string NameOfOrder(const CollationStep& step, const Explanation& all) {
         if (place == name.size() || name[place] == ' ') name.insert(place, "another accent");
     }
     name.erase(name.find_last_not_of(" \n") + 1);
+    if (IsLetter(step.order, all.collationClass) && !NamesLetter(step.order, all.collationClass)) {
+        PutCharacters(name, CharactersOf(step, string));
+    }
     return name;
 }
 
@@ -114,9 +141,13 @@ const char* Reason(const Collation& collation) {
 
 std::string Verdict(const Explanation& all) {
     const std::string a = Quoted(all.options.texts[0]), b = Quoted(all.options.texts[1]);
-    const bool isEqual = all.collation.level == CollationLevel::None;
+    const bool isEqual = all.result == 0;
     const std::string place = isEqual ? "" : fmt::format(" (position {})", all.collation.position + 1);
-    if (all.options.isPattern) return fmt::format("{} {} {}{}", a, isEqual ? "matches" : "does not match", b, place);
+    if (all.options.isPattern && isEqual) return fmt::format("{} matches {}", a, b);
+    if (all.options.isPattern) {
+        return fmt::format("{} does not match {}: {}{}", a, b,
+                           all.collation.fits ? Reason(all.collation) : "the pattern does not fit here", place);
+    }
     const char* relation = all.result < 0 ? "sorts before" : all.result > 0 ? "sorts after" : "sorts the same as";
     return fmt::format("{} {} {}: {}{}", a, relation, b, Reason(all.collation), place);
 }
@@ -145,7 +176,7 @@ void AddCells(std::vector<std::string>& cells, const std::vector<CollationStep>&
     } else if (steps.empty()) {
         cells.insert(cells.end(), {"", "end of the text"});
     } else {
-        cells.insert(cells.end(), {fmt::format("0x{:04x}", steps[0].order), NameOfOrder(steps[0], all)});
+        cells.insert(cells.end(), {fmt::format("0x{:04x}", steps[0].order), NameOfOrder(steps[0], string, all)});
     }
 }
 
@@ -159,7 +190,8 @@ std::string DifferenceCell(const Explanation& all, std::size_t i) {
     std::string cell = !row.isWildcard ? "" : IsRun(row, all) ? "any characters" : "any one";
     for (const CollationLevel level : DifferencesOf(row))
         cell += (cell.empty() ? "" : ", ") + std::string(NameOfLevel(level));
-    return cell + (decides ? " <- decides" : "");
+    const bool isMisfit = !all.collation.fits && all.collation.position == i;
+    return cell + (decides ? " <- decides" : isMisfit ? " <- does not fit" : "");
 }
 
 std::string TableOf(const Explanation& all) {
@@ -191,7 +223,7 @@ std::string JsonSteps(const std::vector<CollationStep>& steps, const VqString& s
     for (const CollationStep& step : steps) {
         list += fmt::format("{}{{\"characters\": {}, \"part\": {}, \"parts\": {}, \"order\": {}, \"name\": {}}}",
                             list.empty() ? "" : ", ", Quoted(CharactersOf(step, string)), step.part, step.parts,
-                            step.order, Quoted(NameOfOrder(step, all)));
+                            step.order, Quoted(NameOfOrder(step, string, all)));
     }
     return '[' + list + ']';
 }
@@ -207,7 +239,7 @@ std::string JsonRow(const CollationRow& row, const Explanation& all) {
 }
 
 void PrintJson(const Explanation& all) {
-    const bool isEqual = all.collation.level == CollationLevel::None;
+    const bool isEqual = all.result == 0;
     Write(fmt::format("{{\"a\": {}, \"b\": {}, \"codeSet\": {}, \"language\": {}, \"class\": {}, \"operation\": {},\n",
                       Quoted(all.options.texts[0]), Quoted(all.options.texts[1]), all.strings[0].GetCodeSet(),
                       all.strings[0].GetLanguage(), all.collationClass, all.op));

@@ -97,15 +97,18 @@ class PatternWalk {
             if (KeyOfPattern() == asterisk_) {
                 TakeAsterisks();
                 if (at2_ == pattern_.size()) return TakeRest();
-            } else if (const CollationLevel level = TakePair(); level != CollationLevel::None) {
-                if (starRow_ == NoRow || at1_ == text_.size()) return Fail(level);
+                continue;
+            }
+            const CollationLevel level = TakePair();
+            if (starRow_ == NoRow ? level == CollationLevel::Primary : level != CollationLevel::None) {
+                if (starRow_ == NoRow || at1_ == text_.size()) return Fail();
                 LayFurther();
             } else {
                 ++at1_;
                 ++at2_;
             }
         }
-        return collation_;
+        return Tied();
     }
 
   private:
@@ -121,7 +124,7 @@ class PatternWalk {
         afterStar_ = at2_;
     }
 
-    // The level at which the next two do not fit.
+    // The first level at which the next two differ.
     CollationLevel TakePair() {
         const bool isQuestion = KeyOfPattern() == question_;
         collation_.rows.push_back({StepAt(text_, at1_), StepAt(pattern_, at2_), isQuestion});
@@ -139,13 +142,22 @@ class PatternWalk {
     Collation TakeRest() {
         auto& taken = collation_.rows[starRow_].steps1;
         taken.insert(taken.end(), text_.begin() + static_cast<std::ptrdiff_t>(at1_), text_.end());
+        return Tied();
+    }
+
+    // All letters fit. In front of the first '*' accents and case may differ nevertheless.
+    Collation Tied() {
+        DecideTies(collation_, op_);
         return collation_;
     }
 
-    Collation Fail(CollationLevel level) {
-        collation_.level = level;
-        collation_.position = collation_.rows.size() - 1;
-        collation_.sign = 1;
+    // Behind a '*' the text has ended before the pattern could be laid anywhere.
+    Collation Fail() {
+        Decide(collation_, collation_.rows.size() - 1, CollationLevel::Primary);
+        if (starRow_ != NoRow) {
+            collation_.level = CollationLevel::None;
+            collation_.fits = false;
+        }
         return collation_;
     }
 

@@ -42,7 +42,8 @@ struct Collation {
     std::vector<CollationRow> rows;               ///< up to the difference that ends the comparison
     CollationLevel level = CollationLevel::None;  ///< that decides
     std::size_t position = 0;                     ///< the row that decides, from 0
-    int sign = 0;  ///< -1 when the first text sorts first, 1 when the second does, 0 when they are equal
+    int sign = 0;      ///< -1 when the first text sorts first, 1 when the second does, 0 when they are equal
+    bool fits = true;  ///< false when what follows a '*' of the pattern stands nowhere in the text
 };
 
 /// Compares two texts of one code set and language, as VqStrCmp does with VqCmp_Exact, under the VqCmp_IgnoreCase and
@@ -50,8 +51,8 @@ struct Collation {
 Collation Collate(const VqString& text1, const VqString& text2, unsigned short op);
 
 /// Lays a pattern with '*' and '?' along a text, as VqStrCmp does without VqCmp_Exact. When it matches, the level is
-/// None and the sign 0. Else the rows show the last attempt, `position` is the row that does not fit, and the sign
-/// is 1.
+/// None and the sign 0. Else a level decides as in Collate; but behind a '*' none does: the rows show the last attempt,
+/// `fits` is false, `position` is the row that does not fit, and the sign is -1.
 Collation CollatePattern(const VqString& text, const VqString& pattern, unsigned short op);
 
 #endif
