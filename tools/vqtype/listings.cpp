@@ -118,10 +118,8 @@ void AddCodeSetsCommand(CLI::App& program) {
 }
 
 void AddLanguagesCommand(CLI::App& program) {
-    AddListing(
-        program, "languages", "List the languages and how they sort",
-        "class    languages of one class sort alike\n"
-        "letters  that have a place of their own in the alphabet, but none in the neutral order; of several letters\n"
-        "         in one place the first",
-        ListLanguages, ListLanguagesAsJson);
+    AddListing(program, "languages", "List the languages and how they sort",
+               "class    languages of one class sort alike\n"
+               "letters  beyond a to z that have a place of their own in the alphabet",
+               ListLanguages, ListLanguagesAsJson);
 }
