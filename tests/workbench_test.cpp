@@ -2,10 +2,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstring>
 #include <random>
 
 #include "../tools/vqtype/collation.h"
+#include "../tools/vqtype/ownletters.h"
 #include "../tools/vqtype/textorder.h"
+#include "strcompare.h"
 #include "vqlanguagecontext.h"
 
 namespace {
@@ -19,10 +22,10 @@ int SignOf(int result) { return (result > 0) - (result < 0); }
 // that sort as one with the next, other scripts, digits and symbols.
 class Words {
   public:
-    Words(unsigned char codeSet, unsigned char language, const std::u16string& extra = u"")
-        : codeSet_(codeSet), language_(language) {
+    Words(unsigned char codeSet, unsigned char language, unsigned seed = 1, const std::u16string& often = u"")
+        : codeSet_(codeSet), language_(language), random_(seed) {
         const VqCodeSet& set = *VqLanguageContext::QueryCodeSet(codeSet);
-        for (const char16_t unit : u"aAáàäÄåhcCčdzyæÆßsS l1- \u00e9eEоОйжαά漢" + extra) {
+        for (const char16_t unit : often + u"aAáàäÄåhcCčdzyæÆßsS l1- \u00e9eEоОйжαά漢") {
             if (unit != 0 && set.HasUnicode(unit)) codes_.push_back(set.FromUnicode(unit));
         }
         isWide_ = set.GetCharSize() == 2;
@@ -48,7 +51,7 @@ class Words {
     unsigned char codeSet_, language_;
     bool isWide_;
     std::vector<unsigned short> codes_;
-    std::mt19937 random_{1};
+    std::mt19937 random_;
 };
 
 template <class Check>
@@ -99,25 +102,100 @@ TEST(TextOrder, LongTextsDifferAtTheirEnds) {
     EXPECT_EQ(0u, places[2].number);
 }
 
+int Compared(const VqString& a, const VqString& b, int op) {
+    return VqStrCmp(a.GetCodeSet(), a.GetLanguage(), a.StrGet(), b.GetCodeSet(), b.GetLanguage(), b.StrGet(),
+                    static_cast<unsigned short>(op), -1, 1, nullptr);
+}
+
+// The level that decides, found by leaving levels out.
+CollationLevel DecidingLevel(const VqString& a, const VqString& b, int op) {
+    if (Compared(a, b, op | VqCmp_IgnoreCase | VqCmp_IgnoreAccents) != 0) return CollationLevel::Primary;
+    if (Compared(a, b, op | VqCmp_IgnoreCase) != 0) return CollationLevel::Accent;
+    return Compared(a, b, op) != 0 ? CollationLevel::Case : CollationLevel::None;
+}
+
 TEST(Collation, DecidesAsTheComparisonDoes) {
     ForEachOrder([](unsigned char codeSet, unsigned char language, unsigned short ignored) {
-        Words random(codeSet, language);
+        Words left(codeSet, language, 1), right(codeSet, language, 2);
         const auto op = static_cast<unsigned short>(VqCmp_Exact | ignored);
         for (int i = 0; i < 100; ++i) {
-            const VqString a = random.Next(), b = random.Next();
-            ASSERT_EQ(SignOf(a.Compare(b, -1, op)), Collate(a, b, op).sign) << i;
+            const VqString a = left.Next(i % 2 ? 6 : 2), b = right.Next(i % 2 ? 6 : 2);
+            const Collation collation = Collate(a, b, op);
+            ASSERT_EQ(SignOf(Compared(a, b, op)), collation.sign) << i;
+            ASSERT_EQ(DecidingLevel(a, b, op), collation.level) << i;
         }
     });
 }
 
+// Behind a '*' that the text is too short for, no level decides.
 TEST(Collation, MatchesAsThePatternDoes) {
-    ForEachOrder([](unsigned char codeSet, unsigned char language, unsigned short ignored) {
-        Words random(codeSet, language), patterns(codeSet, language, u"****??");
+    int misfits = 0, fits = 0;
+    ForEachOrder([&](unsigned char codeSet, unsigned char language, unsigned short ignored) {
+        Words texts(codeSet, language, 1), patterns(codeSet, language, 2, u"*?");
         for (int i = 0; i < 100; ++i) {
-            const VqString text = random.Next(), pattern = patterns.Next();
-            ASSERT_EQ(text.Compare(pattern, -1, ignored) == 0, CollatePattern(text, pattern, ignored).sign == 0) << i;
+            const VqString text = texts.Next(i % 2 ? 6 : 2), pattern = patterns.Next(i % 2 ? 6 : 2);
+            const Collation collation = CollatePattern(text, pattern, ignored);
+            ASSERT_EQ(SignOf(Compared(text, pattern, ignored)), collation.sign) << i;
+            ASSERT_EQ(collation.fits ? DecidingLevel(text, pattern, ignored) : CollationLevel::None, collation.level);
+            ++(collation.fits ? fits : misfits);
         }
     });
+    EXPECT_LT(1000, misfits);
+    EXPECT_LT(1000, fits);
+}
+
+struct PatternCase {
+    const char *text, *pattern;
+    CollationLevel level;
+    std::size_t position;
+    bool fits;
+};
+
+TEST(Collation, NamesThePositionThatDecidesAPattern) {
+    const PatternCase cases[] = {
+        {"Ab", "aC", CollationLevel::Primary, 1, true},         {"aB\xE9", "abe", CollationLevel::Accent, 2, true},
+        {"\xDF", "S", CollationLevel::Primary, 1, true},        {"\xF1u", "n*z", CollationLevel::None, 2, false},
+        {"\xE9\xE9u", "ee*u", CollationLevel::Accent, 1, true}, {"ABc", "ab*c", CollationLevel::Case, 0, true},
+    };
+    for (const PatternCase& c : cases) {
+        VqString text(1, 2), pattern(1, 2);
+        text.AssignChars(c.text, 1, static_cast<unsigned short>(std::strlen(c.text)));
+        pattern.AssignChars(c.pattern, 1, static_cast<unsigned short>(std::strlen(c.pattern)));
+        const Collation collation = CollatePattern(text, pattern, 0);
+        EXPECT_EQ(c.level, collation.level) << c.pattern;
+        EXPECT_EQ(c.position, collation.position) << c.pattern;
+        EXPECT_EQ(c.fits, collation.fits) << c.pattern;
+    }
+}
+
+VqString InUnicode(std::u16string_view text, unsigned char language) {
+    VqString string(253, language);
+    string.AssignChars(text.data(), 253, static_cast<unsigned short>(text.size()));
+    return string;
+}
+
+void CheckIsOwnLetter(const VqString& letter, unsigned char language) {
+    EXPECT_EQ(1u, CollationSteps(letter).size());
+    for (char16_t basic = u'a'; basic <= u'z'; ++basic) {
+        const Collation collation = Collate(InUnicode({&basic, 1}, language), letter, VqCmp_Exact);
+        EXPECT_EQ(CollationLevel::Primary, collation.level) << static_cast<char>(basic);
+    }
+}
+
+TEST(OwnLetters, SortAsLettersOfTheirOwnInTheirSequence) {
+    for (unsigned char language = 0; VqLanguageContext::GetLanguageName(language); ++language) {
+        VqString last = InUnicode(u"", language);
+        std::size_t number = 0;
+        ForEachOwnLetter(language, [&](std::u16string_view text) {
+            SCOPED_TRACE(testing::Message() << "language " << +language << ", letter " << number++);
+            const VqString letter = InUnicode(text, language);
+            CheckIsOwnLetter(letter, language);
+            const Collation collation = Collate(last, letter, VqCmp_Exact);
+            EXPECT_EQ(CollationLevel::Primary, collation.level);
+            EXPECT_EQ(-1, collation.sign);
+            last = letter;
+        });
+    }
 }
 
 TEST(Collation, ShowsEveryCharacterOnce) {
