@@ -17,6 +17,7 @@ struct SortOptions {
     std::string file;
     std::string codeSet = "253";
     std::string language = "0";
+    bool hasLanguage = false;
     bool ignoreCase = false;
     bool ignoreAccents = false;
     OrderRule rule;
@@ -141,13 +142,19 @@ LineNumbers SortTexts(const Lines& lines, std::size_t size, const SortOptions& o
     return numbers;
 }
 
+// The option given that only texts can follow; null for none.
+const char* TextOnlyOption(const SortOptions& options) {
+    if (options.ignoreCase) return "--ignore-case";
+    if (options.ignoreAccents) return "--ignore-accents";
+    return options.hasLanguage ? "--language" : nullptr;
+}
+
 void CheckOptions(VqTypeId id, const SortOptions& options) {
     if (!CanSort(id)) {
         throw CommandError("TYPE {}: cannot be sorted (`vqtype types` shows which can: order and text)", TypeName(id));
     }
-    if (id != VqTypeId_VqString && (options.ignoreCase || options.ignoreAccents)) {
-        throw CommandError("--ignore-{}: only VqString sorts by language; {} does not",
-                           options.ignoreCase ? "case" : "accents", TypeName(id));
+    if (const char* const option = TextOnlyOption(options); option != nullptr && id != VqTypeId_VqString) {
+        throw CommandError("{}: only VqString sorts by language; {} does not", option, TypeName(id));
     }
 }
 
@@ -183,5 +190,8 @@ void AddSortCommand(CLI::App& program) {
         "number\n"
         "(nan) stands behind all that are.\n"
         "Example: vqtype sort VqString names.txt --language german");
-    command->callback([options] { Sort(*options); });
+    command->callback([options, command] {
+        options->hasLanguage = command->count("--language") != 0;
+        Sort(*options);
+    });
 }
