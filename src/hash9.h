@@ -187,8 +187,8 @@ struct Avx2Hash {
 
     // The hash of the blocks before the first one with a zero unit, and their bytes. A function of its own: that leaves
     // the upper halves of the registers clean for what follows, on every compiler.
-    VQ_HASH_KERNEL("avx2")
-    [[gnu::noinline]] static std::uint32_t HashBlocks(const unsigned char* text, std::size_t size, std::size_t& done) {
+    [[gnu::noinline]] VQ_HASH_KERNEL("avx2") static std::uint32_t
+        HashBlocks(const unsigned char* text, std::size_t size, std::size_t& done) {
         constexpr unsigned units = 32 / T::Size;
         const __m256i step = _mm256_set1_epi32(static_cast<int>(Power(units)));
         std::size_t i = 0;
@@ -244,17 +244,16 @@ struct Avx2Hash {
     }
 
     // Fewer than 32 bytes; `before` tells that 8 or more stand before them.
-    VQ_HASH_KERNEL("avx2")
-    [[gnu::always_inline]] static inline std::uint32_t HashShort(const unsigned char* text, std::size_t size,
-                                                                 bool before, std::uint32_t h) {
+    [[gnu::always_inline]] VQ_HASH_KERNEL("avx2") static inline std::uint32_t
+        HashShort(const unsigned char* text, std::size_t size, bool before, std::uint32_t h) {
         before |= size >= 8;
         if (size >= 16 && !AddSixteen(text, size, h)) return HashWords<T>(text, size, false, h);
         if (size >= 8 && !AddEight(text, size, h)) return HashWords<T>(text, size, false, h);
         if (size == 0 || (before && AddTail(text, size, h))) return h;
         return HashWords<T>(text, size, before, h);
     }
-    VQ_HASH_KERNEL("avx2")
-    [[gnu::noinline]] static std::uint32_t HashLong(const unsigned char* text, std::size_t size) {
+    [[gnu::noinline]] VQ_HASH_KERNEL("avx2") static std::uint32_t
+        HashLong(const unsigned char* text, std::size_t size) {
         std::size_t done;
         const std::uint32_t h = HashBlocks(text, size, done);
         // What is left of a block with a zero unit may be longer than short.

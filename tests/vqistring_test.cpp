@@ -234,7 +234,8 @@ TYPED_TEST(IStrings, AreAssigned) {
     b = a;
     Expect(b, "text", false, 0xA0);
     Expect(T(b), "text");
-    b = b;
+    const T& same = b;
+    b = same;
     Expect(b, "text", false, 0xA0);
     b = b.StrGet() + 1;
     Expect(b, "ext");
