@@ -2,7 +2,8 @@
 // sharing nothing with the library's own walk but the iterator. Tests hold the library equal to it.
 //
 // A candidate begins with the differences that stood at its '*': behind a '*' the main alignment has no others on a
-// level that counts. A pattern's next '*' settles what stands before it, so that candidates end there.
+// level that counts. A pattern's next '*' settles what stands before it: candidates end there, and those that are alive
+// when the main alignment passes it go, since taking one over would lose what is matched already.
 #ifndef VQ_STRCOMPAREREFERENCE_H
 #define VQ_STRCOMPAREREFERENCE_H
 
@@ -230,6 +231,7 @@ class StrCmpReference {
                 while (AtAsterisk(main.pattern)) main.pattern.Next();
                 starSeen = true;
                 afterStar = main;
+                candidates.clear();
                 if (main.pattern.Order() == 0) return main.differences.primary = 0, Result(main.differences);
             }
             const int key = text.Key();
