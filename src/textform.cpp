@@ -8,6 +8,7 @@
 
 #include "_vqnulty.h"
 #include "cformat.h"
+#include "classslots.h"
 #include "textscan.h"
 
 namespace vq {
@@ -133,6 +134,14 @@ const char* ScanScalar(const char* text, const char* format, T& value, bool& fou
         return true;
     });
     return at.At();
+}
+
+const char* EndOfElement(const char* text, const char* format) {
+    const char* const behindNull = SkipNullPrintString(text);
+    if (behindNull != nullptr && (*behindNull == ',' || *behindNull == 0)) return behindNull;
+    auto commas = format != nullptr ? std::count(format, format + std::strlen(format), ',') : 0;
+    while (*text != 0 && (*text != ',' || commas-- != 0)) ++text;
+    return text;
 }
 
 template void PrintScalar(VqString&, signed char, const char*);

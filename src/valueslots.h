@@ -3,11 +3,11 @@
 #define VALUESLOTS_H
 
 #include <algorithm>
+#include <bit>
 #include <climits>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <limits>
 #include <memory>
 #include <new>
 #include <type_traits>
@@ -22,13 +22,53 @@ namespace vq {
 
 // --- Life of values
 
+template <class T>
+constexpr bool IsPlain = std::is_trivially_copyable_v<T>;
+
+// Arrays of plain values are made as bytes and filled with one constructed value: a class whose constructor reads the
+// clock reads it once, not once an element.
+template <class T>
+struct PlainStorage {
+    alignas(T) unsigned char bytes[sizeof(T)];
+};
+template <class T>
+using ValueStorage = std::conditional_t<IsPlain<T>, PlainStorage<T>, T>;
+
+template <class T>
+struct DeleteValues {
+    void operator()(void* values) const { delete[] static_cast<ValueStorage<T>*>(values); }
+};
+template <class T>
+using Values = std::unique_ptr<T[], DeleteValues<T>>;
+
+template <class T>
+void FillValues(void* dst, const T& value, unsigned long count) {
+    char* const to = static_cast<char*>(dst);
+    for (unsigned long i = 0; i < count; ++i) std::memcpy(to + i * sizeof(T), &value, sizeof(T));
+}
+
+// Element `index` of plain values at any address.
+template <class T>
+T LoadValue(const void* values, unsigned long index) {
+    PlainStorage<T> storage;
+    std::memcpy(&storage, static_cast<const char*>(values) + index * sizeof(T), sizeof(T));
+    return std::bit_cast<T>(storage);
+}
+template <class T>
+void StoreValue(void* values, unsigned long index, const T& value) {
+    std::memcpy(static_cast<char*>(values) + index * sizeof(T), &value, sizeof(T));
+}
+
 // A new array of constructed values; null when neither the heap nor the memory handler has room for it.
 template <class T>
-T* NewValues(unsigned long count) {
+Values<T> NewValues(unsigned long count) {
     constexpr std::size_t Most = PTRDIFF_MAX / sizeof(T) - sizeof(std::max_align_t);
     const unsigned long size = count <= Most ? static_cast<unsigned long>(count * sizeof(T)) : ULONG_MAX;
     do {
-        if (T* const values = count <= Most ? new (std::nothrow) T[count]() : nullptr) return values;
+        void* const values = count <= Most ? new (std::nothrow) ValueStorage<T>[count] : nullptr;
+        if (values == nullptr) continue;
+        if constexpr (IsPlain<T>) FillValues(values, T(), count);
+        return Values<T>(static_cast<T*>(values));
     } while (VqCallMemoryHandler(size) != 0);
     return nullptr;
 }
@@ -36,19 +76,17 @@ T* NewValues(unsigned long count) {
 // Plain values are moved as bytes: the arrays need no alignment and may overlap.
 template <class T>
 struct ValueSlots {
-    static constexpr bool IsPlain = std::is_trivially_copyable_v<T>;
-
-    static void* Create(unsigned long count) { return NewValues<T>(count); }
+    static void* Create(unsigned long count) { return NewValues<T>(count).release(); }
 
     static unsigned long Delete(void* values, unsigned long) {
-        delete[] static_cast<T*>(values);
+        DeleteValues<T>()(values);
         return 0;
     }
 
     static void Constructor(void* values, unsigned long count) {
         if (values == nullptr) return;
-        if constexpr (IsPlain) {
-            Fill(values, T(), count);
+        if constexpr (IsPlain<T>) {
+            FillValues(values, T(), count);
         } else {
             std::uninitialized_value_construct_n(static_cast<T*>(values), count);
         }
@@ -60,7 +98,7 @@ struct ValueSlots {
 
     static void Assignment(void* dst, const void* src, unsigned long count, unsigned long broadcast) {
         if (dst == nullptr || src == nullptr) return;
-        if constexpr (IsPlain) {
+        if constexpr (IsPlain<T>) {
             CopyBytes(dst, src, count, broadcast);
         } else {
             const T* const from = static_cast<const T*>(src);
@@ -70,7 +108,7 @@ struct ValueSlots {
 
     static void Copy(void* dst, const void* src, unsigned long count, unsigned long broadcast) {
         if (dst == nullptr || src == nullptr) return;
-        if constexpr (IsPlain) {
+        if constexpr (IsPlain<T>) {
             CopyBytes(dst, src, count, broadcast);
         } else {
             const T* const from = static_cast<const T*>(src);
@@ -79,20 +117,13 @@ struct ValueSlots {
     }
 
   private:
-    static void Fill(void* dst, const T& value, unsigned long count) {
-        char* const to = static_cast<char*>(dst);
-        for (unsigned long i = 0; i < count; ++i) std::memcpy(to + i * sizeof(T), &value, sizeof(T));
-    }
-
     static void CopyBytes(void* dst, const void* src, unsigned long count, unsigned long broadcast) {
         if (count == 0) return;
         if (broadcast == 0) {
             std::memmove(dst, src, count * sizeof(T));
             return;
         }
-        T value;
-        std::memcpy(&value, src, sizeof(T));
-        Fill(dst, value, count);
+        FillValues(dst, LoadValue<T>(src, 0), count);
     }
 };
 
@@ -126,7 +157,7 @@ unsigned long Translate(void* dst, unsigned char dstFormat, unsigned long dstLen
 // A record of `count` strings, each made by `setText(index, string)` from an empty one.
 template <class SetText>
 VqTypeConvertData* MakeTexts(unsigned long count, SetText setText) {
-    std::unique_ptr<VqString[]> texts(NewValues<VqString>(count));
+    Values<VqString> texts = NewValues<VqString>(count);
     if (texts == nullptr) return nullptr;
     for (unsigned long i = 0; i < count; ++i) setText(i, texts[i]);
     VqTypeConvertData* const record = VqTypeConvertData::Make(VqTypeId_VqString, count, texts.get(), nullptr);
@@ -137,7 +168,7 @@ VqTypeConvertData* MakeTexts(unsigned long count, SetText setText) {
 // A new array of `count` values, each read by `read(value, text)`, where the text is null for a missing or null string.
 template <class T, class Read>
 void* ReadTexts(const VqTypeConvertData* data, unsigned long count, Read read) {
-    std::unique_ptr<T[]> values(NewValues<T>(count));
+    Values<T> values = NewValues<T>(count);
     for (unsigned long i = 0; values != nullptr && i < count; ++i) {
         const VqString* const text = data != nullptr && i <= static_cast<unsigned long>(INT_MAX)
                                          ? data->GetString(static_cast<int>(i))
@@ -165,9 +196,9 @@ void* DefaultValue(unsigned long count, int) {
 template <class T, VqConvertFromFunc ConvertFrom>
 void* DefaultOrNull(unsigned long count, int asNull) {
     if (asNull == 0) return DefaultValue<ConvertFrom>(count, asNull);
-    T* const values = NewValues<T>(count);
+    Values<T> values = NewValues<T>(count);
     for (unsigned long i = 0; values != nullptr && i < count; ++i) values[i].SetNullValue();
-    return values;
+    return values.release();
 }
 
 }  // namespace vq

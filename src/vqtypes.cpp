@@ -9,6 +9,7 @@
 #include "_vqnulty.h"
 #include "blob.h"
 #include "boolean.h"
+#include "classslots.h"
 #include "datetime.h"
 #include "defaultmanager.h"
 #include "istringslots.h"
@@ -190,6 +191,31 @@ constexpr VqTypeDescriptor istringFamily = ISTRING_FAMILY(VqIString);
 constexpr VqTypeDescriptor caseIStringFamily = ISTRING_FAMILY(VqCaseIString);
 
 #undef ISTRING_FAMILY
+
+// Slots is a class of functions that also has those of null and text.
+template <class T, class Slots>
+constexpr VqTypeDescriptor LifeNullAndText() {
+    VqTypeDescriptor row = LifeAndExchange<T, Slots>();
+    row.isNull = Slots::IsNull;
+    if constexpr (Slots::HasNull) row.setNull = Slots::SetNull;
+    row.print = Slots::Print;
+    row.scan = Slots::Scan;
+    return row;
+}
+
+#define VALUE_FAMILY(Value, Name, Slots)                               \
+    [] {                                                               \
+        VqTypeDescriptor row = LifeNullAndText<Value, Slots>();        \
+        row.store = Name##Store;                                       \
+        row.load = Name##Load;                                         \
+        row.nullSizeGet = Name##NullSizeGet;                           \
+        row.sizeGet = Name##SizeGet;                                   \
+        row.sizeGetFromMemFile = Name##SizeGetFromMemFile;             \
+        row.translate = vq::Translate<Value, Name##Store, Name##Load>; \
+        return row;                                                    \
+    }()
+
+#undef VALUE_FAMILY
 
 template <class Null>
 constexpr VqTypeDescriptor NullableFamily() {

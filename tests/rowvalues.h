@@ -2,6 +2,7 @@
 #ifndef VQ_ROWVALUES_H
 #define VQ_ROWVALUES_H
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,28 @@ namespace vqtest {
 
 using ByteVector = std::vector<unsigned char>;
 
+// Texts of which a row makes sample values, in and out of its range, and the format under which it reads them and
+// prints them so that nothing is lost; null for the row's own.
+struct Samples {
+    const char* format;
+    std::vector<std::string> texts;
+};
+
+inline const Samples& SamplesOf(char id) {
+    static const Samples numbers = {nullptr,
+                                    {"0",          "1",           "-1",         "7",      "127",   "128",    "-128",
+                                     "255",        "256",         "32767",      "-32768", "65535", "100000", "-99999",
+                                     "2147483647", "-2147483648", "4294967295", "1.5",    "-2.25", "1e9",    "a",
+                                     "Z",          "zebra",       "#12",        ""}};
+    static const std::map<char, Samples> others = {
+        {VqTypeId_VqInt64,
+         {nullptr,
+          {"0", "1", "-1", "0x7f", "-9223372036854775808", "9223372036854775807", "4294967296", "-4294967297", "017"}}},
+    };
+    const auto own = others.find(id);
+    return own != others.end() ? own->second : numbers;
+}
+
 class RowValues {
   public:
     // Takes over an array that the row made.
@@ -19,12 +42,12 @@ class RowValues {
         : manager_(manager), id_(id), count_(count), values_(values) {}
     RowValues(VqTypeMgr& manager, char id, unsigned long count)
         : RowValues(manager, id, count, manager.Create(id, count)) {}
-    // One value for each text, as the row's default format reads it.
-    RowValues(VqTypeMgr& manager, char id, const std::vector<std::string>& texts)
+    // One value for each text, as the row reads it under `format`, null for its own.
+    RowValues(VqTypeMgr& manager, char id, const std::vector<std::string>& texts, const char* format = nullptr)
         : RowValues(manager, id, static_cast<unsigned long>(texts.size())) {
         for (unsigned long i = 0; i < count_; ++i) {
             VqString text(texts[i].c_str());
-            manager_.ScanFromVqString(id_, At(i), text, nullptr, 1);
+            manager_.ScanFromVqString(id_, At(i), text, format, 1);
         }
     }
     RowValues(const RowValues&) = delete;
@@ -39,9 +62,9 @@ class RowValues {
         return manager_.Cmp(id_, At(i), other.At(j), VqCmp_Exact, 1, VqFormat_Memory);
     }
 
-    std::string Print(unsigned long i) const {
+    std::string Print(unsigned long i, const char* format = nullptr) const {
         VqString text;
-        return Bytes(manager_.PrintToVqString(id_, text, At(i), nullptr, 1));
+        return Bytes(manager_.PrintToVqString(id_, text, At(i), format, 1));
     }
 
     // The disk form of `count` values from `first` on. What is written behind it would be an error.
