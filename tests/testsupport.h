@@ -1,7 +1,8 @@
-// What several tests share: recorded assertions, texts in readable form, seeded random numbers.
+// What several tests share: recorded assertions, a clock that stands, texts in readable form, seeded random numbers.
 #ifndef VQ_TESTSUPPORT_H
 #define VQ_TESTSUPPORT_H
 
+#include <chrono>
 #include <random>
 #include <string>
 #include <vector>
@@ -30,6 +31,55 @@ class AssertRecorder {
         Lines().push_back(std::string(expression) + " " + file + ":" + std::to_string(line));
     }
     VqAssertHandler before_;
+};
+
+// The library's clock stands at one local time while it lives. Universal time is `zoneMinutes` earlier; the same where
+// the zone is unknown.
+class FixedClock {
+  public:
+    FixedClock(const bdate& date, const btime& time, int zoneMinutes = 0) : before_(VqSetClock(&Clock())) {
+        Set(date, time, zoneMinutes);
+    }
+    ~FixedClock() { VqSetClock(before_); }
+    FixedClock(const FixedClock&) = delete;
+    FixedClock& operator=(const FixedClock&) = delete;
+
+    // Puts the clock to another time.
+    void Set(const bdate& date, const btime& time, int zoneMinutes = 0) {
+        const int minutes = zoneMinutes == VqTimeZoneUnknown ? 0 : zoneMinutes;
+        State() = {date, time, zoneMinutes};
+        State().time.zoneSeconds = -60L * minutes;
+    }
+
+  private:
+    struct Reading {
+        bdate date;
+        btime time;
+        int zoneMinutes;
+    };
+    static Reading& State() {
+        static Reading state;
+        return state;
+    }
+    static const VqClock& Clock() {
+        static constexpr VqClock clock = {ReadLocal, ReadUtc, [] { return State().zoneMinutes; }};
+        return clock;
+    }
+    static void ReadLocal(btime* time, bdate* date) { *time = State().time, *date = State().date; }
+    static void ReadUtc(btime* time, bdate* date) {
+        using namespace std::chrono;
+        const btime& at = State().time;
+        const sys_days day = year(State().date.year) / State().date.month / State().date.day;
+        const sys_seconds utc =
+            day + hours(at.hour) + minutes(at.minute) + seconds(at.second) + seconds(at.zoneSeconds);
+        const year_month_day utcDay(floor<days>(utc));
+        const hh_mm_ss clock(utc - floor<days>(utc));
+        *date = {static_cast<short>(int(utcDay.year())), static_cast<signed char>(unsigned(utcDay.month())),
+                 static_cast<signed char>(unsigned(utcDay.day()))};
+        *time = {static_cast<signed char>(clock.hours().count()), static_cast<signed char>(clock.minutes().count()),
+                 static_cast<signed char>(clock.seconds().count()), 0};
+    }
+    const VqClock* before_;
 };
 
 // The bytes of a 1-byte text.
