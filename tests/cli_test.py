@@ -29,7 +29,12 @@ VALUES = {
     **{name: [str(low), "0", "1", "258", str(high)] for name, (low, high) in INTEGERS.items()},
     **{name: ["A", " ", ",", "0x00", "0x1f", "0x7f", "0xe9", "0xff"] for name in ("char", "VqByte", "VqNull_char", "VqNull_uchar")},
     **{name: FLOATS for name in ("float", "double", "VqNull_float", "VqNull_double")},
-    "VqNull_VqInt64": ["-9223372036854775808", "-1", "0", "4294967298", "9223372036854775807"],
+    **{name: ["-9223372036854775808", "-1", "0", "4294967298", "9223372036854775807"] for name in ("VqInt64", "VqNull_VqInt64")},
+    "VqDate": ["0000-01-01", "1600-02-29", "2005-03-07", "9999-12-31"],
+    "VqTime": ["00:00:00", "12:05:09", "23:59:59"],
+    "VqDateTime": ["0000-01-01T00:00:00", "2005-03-07T12:05:09", "9999-12-31T23:59:59"],
+    "VqBoolean": ["TRUE", "FALSE"],
+    "VqSeal": ["0", "1", "8590131204", "281474976710655"],
     "BlockId": ["#0", "#7", "#4294967295"],
     **{name: TEXTS for name in ("VqString", "VqIString", "VqCaseIString")},
 }

@@ -1,83 +1,13 @@
 #include "values.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
-#include <cstdint>
-#include <limits>
+#include <memory>
 
 #include "error.h"
 #include "operations.h"
-#include "utf8.h"
+#include "textrules.h"
 
 namespace {
-
-// --- What a text must be, by the format of its row
-
-bool IsWhole(std::string_view text, std::int64_t least, std::int64_t most) {
-    std::int64_t value = 0;
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-    return result.ec == std::errc() && result.ptr == text.data() + text.size() && value >= least && value <= most;
-}
-
-template <class Int>
-bool IsInteger(std::string_view text) {
-    return IsWhole(text, std::numeric_limits<Int>::min(), std::numeric_limits<Int>::max());
-}
-
-bool IsBlockNumber(std::string_view text) {
-    return text.substr(0, 1) == "#" && IsInteger<std::uint32_t>(text.substr(1));
-}
-
-template <class Float>
-bool IsFloating(std::string_view text) {
-    Float value = 0;
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-    return result.ec == std::errc() && result.ptr == text.data() + text.size();
-}
-
-// One character, or a byte as the row prints those that cannot be shown; of others the row reads the 0 alone.
-bool IsCharacter(std::string_view text) {
-    unsigned byte = 0;
-    if (text.size() == 4 && text.substr(0, 2) == "0x" &&
-        std::from_chars(text.data() + 2, text.data() + 4, byte, 16).ptr == text.data() + 4) {
-        return byte < 0x20 || byte > 0x7E;
-    }
-    char32_t code = 0;
-    return !text.empty() && DecodeUtf8(text, code) == text.size();
-}
-
-bool IsAnyText(std::string_view) { return true; }
-
-struct TextRule {
-    std::string_view format;
-    bool (*accepts)(std::string_view text);
-    const char* expected;
-};
-
-constexpr TextRule TextRules[] = {
-    {"%c", IsCharacter, "one character, or a byte from 0x00 to 0x1f or 0x7f to 0xff"},
-    {"%hd", IsInteger<std::int16_t>, "a whole number from -32768 to 32767"},
-    {"%hu", IsInteger<std::uint16_t>, "a whole number from 0 to 65535"},
-    {"%d", IsInteger<std::int32_t>, "a whole number from -2147483648 to 2147483647"},
-    {"%ld", IsInteger<std::int32_t>, "a whole number from -2147483648 to 2147483647"},
-    {"%u", IsInteger<std::uint32_t>, "a whole number from 0 to 4294967295"},
-    {"%lu", IsInteger<std::uint32_t>, "a whole number from 0 to 4294967295"},
-    {"%S", IsInteger<std::int64_t>, "a whole number of 64 bits"},
-    {"#%lu", IsBlockNumber, "# and a whole number from 0 to 4294967295"},
-    {"%f", IsFloating<float>, "a decimal number, 0 or from about 1.4e-45 to 3.4e38, inf or nan"},
-    {"%lf", IsFloating<double>, "a decimal number, 0 or from about 4.9e-324 to 1.8e308, inf or nan"},
-    {"%s", IsAnyText, "a text"},
-};
-
-std::string RowFormat(VqTypeId id) { return Manager().ExchangeFormat(id, nullptr); }
-
-const TextRule* FindTextRule(VqTypeId id) {
-    const std::string format = RowFormat(id);
-    const auto* found = std::find_if(std::begin(TextRules), std::end(TextRules),
-                                     [&](const TextRule& rule) { return rule.format == format; });
-    return found == std::end(TextRules) ? nullptr : found;
-}
 
 // --- Names
 
@@ -149,18 +79,39 @@ void ValueArray::Scan(unsigned long index, std::string_view text, const TextOpti
         return;
     }
     CheckUtf8(text, place);
-    const TextRule* rule = FindTextRule(id_);
-    if (rule && !rule->accepts(text)) {
-        throw CommandError("{}: {} is no {}: expected {}", place, Echo(text), TypeName(id_), rule->expected);
+    const TextRule rule = TextRuleOf(id_);
+    if (rule.accepts && !rule.accepts(text)) {
+        throw CommandError("{}: {} is no {}: expected {}", place, Echo(text), TypeName(id_), rule.expected);
     }
     // Only strings have a code set of their own; every other type is scanned from 1-byte characters.
     const TextOptions singleByte{VqString::GetDefault8CodeSet(), 0, false};
     VqString string = MakeString(text, id_ == VqTypeId_VqString ? options : singleByte, place);
-    Manager().ScanFromVqString(id_, At(index), string, nullptr, 1);
-    if (!rule && !EqualIgnoringCase(Print(index), text)) {
-        throw CommandError("{}: {} is no {}: it reads as {}; expected a text like {}", place, Echo(text), TypeName(id_),
-                           Echo(Print(index)), Quoted(RowFormat(id_)));
+    if (rule.format) {
+        Manager().ScanFromVqString(id_, At(index), string, rule.format, 1);
+    } else {
+        TakeExchangeText(index, string);
     }
+    const std::string read = rule.accepts ? "" : PrintExact(index);
+    if (!rule.accepts && !EqualIgnoringCase(read, text)) {
+        throw CommandError("{}: {} is no {}: expected {} (it reads as {})", place, Echo(text), TypeName(id_),
+                           rule.expected, Echo(read));
+    }
+}
+
+std::optional<std::string> ValueArray::ExchangeText(unsigned long index) const {
+    const std::unique_ptr<VqTypeConvertData> record(Manager().ConvertTo(id_, At(index), 1));
+    const VqString* text = record ? record->GetString(0) : nullptr;
+    if (!text || text->IsNullValue()) return std::nullopt;
+    return ToUtf8(*text);
+}
+
+void ValueArray::TakeExchangeText(unsigned long index, const VqString& text) const {
+    const ValueArray texts(VqTypeId_VqString, 1);
+    *static_cast<VqString*>(texts.Data()) = text;
+    const std::unique_ptr<VqTypeConvertData> record(
+        VqTypeConvertData::Make(VqTypeId_VqString, 1, texts.Data(), nullptr));
+    const ValueArray value(id_, 1, Manager().ConvertFrom(id_, record.get(), 1));
+    Manager().AssignmentPtrGet(id_)(At(index), value.Data(), 1, 1);
 }
 
 std::string ValueArray::Print(unsigned long index, const char* format) const {
@@ -175,8 +126,11 @@ std::string ValueArray::Print(unsigned long index, const char* format) const {
 }
 
 std::string ValueArray::PrintExact(unsigned long index) const {
-    const std::string format = RowFormat(id_);
-    if (IsNull(index) || (format != "%f" && format != "%lf")) return Print(index);
+    if (IsNull(index)) return Print(index);
+    const TextRule rule = TextRuleOf(id_);
+    if (!rule.format) return ExchangeText(index).value_or("");
+    const std::string_view format = rule.format;
+    if (format != "%f" && format != "%lf") return Print(index, rule.format);
     const bool isDouble = format == "%lf";
     const std::string shorter = Print(index, isDouble ? "%.15g" : "%.6g");
     const ValueArray copy(id_, 1);

@@ -4,6 +4,7 @@
 #ifndef VQTYPE_VALUES_H
 #define VQTYPE_VALUES_H
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,6 +31,8 @@ class ValueArray {
   public:
     /// `count` values as the row's Create leaves them.
     ValueArray(VqTypeId id, unsigned long count);
+    /// Takes over `count` values that the row made.
+    ValueArray(VqTypeId id, unsigned long count, void* values) : id_(id), count_(count), values_(values) {}
     ValueArray(const ValueArray&) = delete;
     ValueArray& operator=(const ValueArray&) = delete;
     ~ValueArray();
@@ -49,8 +52,11 @@ class ValueArray {
 
     /// The value's text in UTF-8 under `format`; null for the row's own.
     std::string Print(unsigned long index, const char* format = nullptr) const;
-    /// The value's text with as many digits as it takes to read the same floating number back.
+    /// The value's text that Scan reads back without loss: a floating number with as many digits as that takes.
     std::string PrintExact(unsigned long index) const;
+
+    /// The text through which the value is converted, in UTF-8; none where that is the null string.
+    std::optional<std::string> ExchangeText(unsigned long index) const;
 
     /// Negative, 0 or positive as the manager orders two values; no value is taken for a pattern.
     long Compare(unsigned long a, unsigned long b) const;
@@ -62,6 +68,8 @@ class ValueArray {
     unsigned long Load(const Bytes& bytes, unsigned char format) const;
 
   private:
+    void TakeExchangeText(unsigned long index, const VqString& text) const;
+
     VqTypeId id_;
     unsigned long count_;
     void* values_;

@@ -1,0 +1,24 @@
+/// \file
+/// How values are written on the command line: each type has a text that loses nothing.
+#ifndef VQTYPE_TEXTRULES_H
+#define VQTYPE_TEXTRULES_H
+
+#include <string>
+#include <string_view>
+
+#include "vqtypes.h"
+
+/// A type's text, and which texts are values of it.
+struct TextRule {
+    const char* format;  ///< under which it prints and scans; null where the exchange text loses nothing instead
+    bool (*accepts)(std::string_view text);  ///< null: those that print again as they were read
+    std::string expected;                    ///< what a text must be, for errors
+};
+
+/// The rule of the row. Rows of plain numbers and texts have the rule of their format.
+TextRule TextRuleOf(VqTypeId id);
+
+/// The row's own format.
+std::string RowFormat(VqTypeId id);
+
+#endif
