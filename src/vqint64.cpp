@@ -1,17 +1,48 @@
 #include "vqint64.h"
 
+#include <bit>
 #include <charconv>
-#include <string>
+#include <cmath>
+#include <cstddef>
+#include <cstring>
+#include <limits>
+#include <memory>
 
+#include "decimaltext.h"
 #include "textform.h"
 #include "vqbase.h"
 #include "vqstring.h"
 
 namespace {
 
-std::uint64_t Bits(const VqInt64& value) {
-    return static_cast<std::uint64_t>(static_cast<std::uint32_t>(value.high)) << 32 | value.low;
+constexpr std::int64_t Least = std::numeric_limits<std::int64_t>::min();
+constexpr std::int64_t Greatest = std::numeric_limits<std::int64_t>::max();
+
+// --- Numbers from floating ones
+
+constexpr int FractionDigits = 6;  // of "%E", behind the point
+
+// The digits of "d.dddddde+xx" before the point that the exponent stands for, for a number from 1 up to 2^63.
+std::int64_t LeadingDigits(double number) {
+    char text[32];
+    const char* const end =
+        std::to_chars(text, text + sizeof text, number, std::chars_format::scientific, FractionDigits).ptr;
+    int exponent = 0;
+    std::from_chars(end - 2, end, exponent);
+    std::int64_t value = text[0] - '0';
+    for (int i = 0; i < exponent; ++i) value = value * 10 + (i < FractionDigits ? text[2 + i] - '0' : 0);
+    return value;
 }
+
+std::int64_t FromDouble(double number) {
+    constexpr double Above = 9223372036854775808.0;  // 2^63; the double before it still fits
+    const double magnitude = std::fabs(number);
+    if (!(magnitude >= 1)) return 0;
+    const std::int64_t value = magnitude >= Above ? Greatest : LeadingDigits(magnitude);
+    return number < 0 ? -value : value;
+}
+
+// --- Conversions of a format
 
 // The base that a conversion letter stands for, 0 for a letter that is none. S stands for decimal in print.
 unsigned BaseOf(char letter) {
@@ -30,19 +61,44 @@ unsigned BaseOf(char letter) {
     }
 }
 
-void AppendNumber(std::string& out, std::uint64_t bits, char letter) {
-    constexpr std::uint64_t Sign = std::uint64_t{1} << 63;
-    const unsigned base = BaseOf(letter);
-    const bool negative = (bits & Sign) != 0;
-    if (negative && (bits != Sign || base == 10)) out += '-';
-    if (base != 10) out += '0';
-    if (base == 16) out += letter;
-    char digits[22];  // the octal ones of 2^63
-    char* const end =
-        std::to_chars(digits, digits + sizeof digits, negative ? 0 - bits : bits, static_cast<int>(base)).ptr;
-    for (char* at = digits; letter == 'X' && at != end; ++at) *at = *at >= 'a' ? static_cast<char>(*at - 32) : *at;
-    out.append(digits, end);
+bool BeginsConversion(const char* format) { return *format == '%' && BaseOf(format[1]) != 0; }
+
+// --- Text of a number
+
+// Digits of `width` bits each, without leading zeros.
+char* WriteBits(char* out, std::uint64_t bits, int width, const char* digits) {
+    const int count = (static_cast<int>(std::bit_width(bits | 1)) + width - 1) / width;
+    for (int i = count; i != 0; bits >>= width) out[--i] = digits[bits & ((1U << width) - 1)];
+    return out + count;
 }
+
+char* WriteNumber(char* out, std::int64_t value, char letter) {
+    if (BaseOf(letter) == 10) return vq::WriteSignedDecimal(out, value);
+    const bool negative = value < 0 && value != Least;
+    if (negative) *out++ = '-';
+    *out++ = '0';
+    const auto bits = static_cast<std::uint64_t>(negative ? -value : value);
+    if (letter == 'o') return WriteBits(out, bits, 3, "01234567");
+    *out++ = letter;
+    return WriteBits(out, bits, 4, letter == 'x' ? "0123456789abcdef" : "0123456789ABCDEF");
+}
+
+// Room for the text under a format: each two characters may be a conversion, the longest of which gives 23.
+std::size_t RoomFor(const char* format) { return 12 * std::strlen(format) + vq::DecimalRoom; }
+
+char* WriteUnder(char* out, std::int64_t value, const char* format) {
+    for (; *format != 0; ++format) {
+        if (BeginsConversion(format)) {
+            out = WriteNumber(out, value, *++format);
+        } else {
+            if (*format == '%' && format[1] != 0) *out++ = *format++;
+            *out++ = *format;
+        }
+    }
+    return out;
+}
+
+// --- Number of a text
 
 // Takes the prefix that says hexadecimal; the 0 that says octal is a digit too.
 unsigned TakeBase(const char*& text) {
@@ -59,27 +115,36 @@ unsigned DigitOf(char c) {
     return 99;
 }
 
-// Reads one conversion up to the end of the text or the terminator; false when the text is none.
-bool TakeNumber(const char*& text, char letter, char terminator, std::uint64_t& bits) {
+bool ReadDigits(const char* at, const char* end, unsigned base, std::uint64_t& bits) {
+    if (base == 10) return vq::ReadDecimal(at, end, bits);
+    bits = 0;
+    for (; at != end; ++at) {
+        const unsigned digit = DigitOf(*at);
+        if (digit >= base) return false;
+        bits = bits * base + digit;
+    }
+    return true;
+}
+
+// Reads one conversion up to the terminator, which is the text's end for 0; false when the text is none.
+bool TakeNumber(const char*& text, char letter, char terminator, std::int64_t& value) {
     const bool negative = *text == '-';
     if (negative || *text == '+') ++text;
     const unsigned base = TakeBase(text);
     if (letter != 'S' && base != BaseOf(letter)) return false;
-    bits = 0;
-    for (; *text != 0 && *text != terminator; ++text) {
-        const unsigned digit = DigitOf(*text);
-        if (digit >= base) return false;
-        bits = bits * base + digit;
-    }
-    if (negative) bits = 0 - bits;
-    return *text == terminator;
+    const char* const end = std::strchr(text, terminator);
+    std::uint64_t bits;
+    if (end == nullptr || !ReadDigits(text, end, base, bits)) return false;
+    value = static_cast<std::int64_t>(negative ? 0 - bits : bits);
+    text = end;
+    return true;
 }
 
-bool ScanText(const char* text, const char* format, std::uint64_t& bits) {
+bool ScanText(const char* text, const char* format, std::int64_t& value) {
     for (; *format != 0 && *text != 0; ++format) {
-        if (*format == '%' && BaseOf(format[1]) != 0) {
+        if (BeginsConversion(format)) {
             ++format;
-            if (!TakeNumber(text, *format, format[1], bits)) return false;
+            if (!TakeNumber(text, *format, format[1], value)) return false;
         } else if (*text++ != *format) {
             return false;
         }
@@ -89,27 +154,32 @@ bool ScanText(const char* text, const char* format, std::uint64_t& bits) {
 
 }  // namespace
 
+// --- Construction and division
+
+VqInt64::VqInt64(double value) : VqInt64(FromDouble(value)) {}
+
+VqInt64 VqInt64::DivideByZero(int wantRemainder) const {
+    VIQA_assert("0 && \"VqInt64 divide by zero\"", "src\\vqint64", 737);
+    return wantRemainder != 0 && Value() == Least ? -1 : 0;
+}
+
 // --- Text
 
 void VqInt64::PrintToVqString(VqString& out, const char* format) const {
-    std::string text;
-    for (const char* at = format != nullptr ? format : "%S"; *at != 0; ++at) {
-        if (*at == '%' && BaseOf(at[1]) != 0) {
-            AppendNumber(text, Bits(*this), *++at);
-        } else {
-            if (*at == '%' && at[1] != 0) text += *at++;
-            text += *at;
-        }
-    }
-    out << text.c_str();
+    if (format == nullptr) format = "%S";
+    char stack[256];
+    const std::size_t room = RoomFor(format);
+    const std::unique_ptr<char[]> heap(room > sizeof stack ? new char[room] : nullptr);
+    char* const text = heap != nullptr ? heap.get() : stack;
+    *WriteUnder(text, Value(), format) = 0;
+    out << text;
 }
 
 void VqInt64::ScanFromVqString(const VqString& text, const char* format) {
     const vq::SingleByteText single(text);
-    std::uint64_t bits = Bits(*this);
-    if (!ScanText(single.Get(), format != nullptr ? format : "%S", bits)) bits = ~std::uint64_t{0};
-    low = static_cast<std::uint32_t>(bits);
-    high = static_cast<std::int32_t>(static_cast<std::uint32_t>(bits >> 32));
+    std::int64_t value = Value();
+    if (!ScanText(single.Get(), format != nullptr ? format : "%S", value)) value = -1;
+    *this = value;
 }
 
 // --- Disk form: the halves are longs, in the order in which they lie in memory
