@@ -108,6 +108,10 @@ class VQTM_API VqString {
     /// string's code set where they differ. Null text or no characters leave the string without a buffer. `order` is
     /// the byte order of 2-byte characters: 2 for high byte first, 255 and any other for the machine's own.
     void AssignChars(const void* text, unsigned char codeSet, unsigned short n, unsigned char order = 255);
+    /// Appends `n` characters of `text` in `codeSet` (All: up to the zero character), mapped into this string's code
+    /// set where they differ. Null text or no characters append nothing. The buffer stays where its size does, as when
+    /// a text that was emptied through operator[] is written anew.
+    void AppendChars(const void* text, unsigned char codeSet, unsigned short n);
 
     // --- Editing
     //
@@ -303,6 +307,7 @@ class VQTM_API VqString {
     void SpliceChars(const Splice& splice);
     void ConstructSame(const void* text, std::size_t bytes, unsigned charSize);
     void AssignSame(const void* text, std::size_t bytes, unsigned charSize);
+    void AppendSame(std::size_t head, const void* text, std::size_t bytes, unsigned charSize);
     template <unsigned charSize>
     void ConstructFrom(const void* text, unsigned short n);
     void TakeMapped(const VqString& src, unsigned char codeSet, unsigned short most);

@@ -202,6 +202,32 @@ void VqString::AssignSame(const void* text, std::size_t bytes, unsigned charSize
     delete[] old;
 }
 
+void VqString::AppendChars(const void* text, unsigned char codeSet, unsigned short n) {
+    const unsigned z = CharSizeOf(codeSet);
+    const std::size_t count = text == nullptr ? 0 : n == All ? vq::TextLength(text, z) : std::size_t{n};
+    if (count == 0) return;
+    const std::size_t length = Len();
+    if (codeSet == codeSet_ && (length + count + 1) * z <= MaxSize) {
+        AppendSame(length * z, text, count * z, z);
+    } else {
+        SpliceChars({TruncateAndWrite, text, codeSet, length, 0, count, 1, 1});
+    }
+}
+
+// The first `head` bytes stay. The text may lie in the buffer.
+void VqString::AppendSame(std::size_t head, const void* text, std::size_t bytes, unsigned charSize) {
+    const std::size_t size = head + bytes + charSize;
+    char* const old = buffer_;
+    char* const buffer = size == size_ ? old : new char[size];
+    if (buffer != old && head != 0) std::memcpy(buffer, old, head);
+    std::memmove(buffer + head, text, bytes);
+    buffer[head + bytes] = 0;
+    if (charSize == 2) buffer[head + bytes + 1] = 0;
+    buffer_ = buffer;
+    size_ = static_cast<std::uint16_t>(size);
+    if (buffer != old) delete[] old;
+}
+
 // Most strings are made here: from text in their own code set, whose character size is known.
 template <unsigned charSize>
 inline void VqString::ConstructFrom(const void* text, unsigned short n) {
@@ -310,9 +336,7 @@ VqString& VqString::operator=(const char* text) { return *this = VqString(text);
 VqString& VqString::operator=(const unsigned short* text) { return *this = VqString(text); }
 
 VqString& VqString::operator+=(const VqString& other) {
-    if (const unsigned short count = other.Len()) {
-        SpliceChars({TruncateAndWrite, other.buffer_, other.codeSet_, Len(), 0, count, 1, 1});
-    }
+    AppendChars(other.buffer_, other.codeSet_, other.Len());
     return *this;
 }
 

@@ -356,6 +356,32 @@ TEST_F(VqStringTest, AssignsCharactersInEitherByteOrderAndCodeSet) {
     EXPECT_EQ(narrow.GetSize(), 0);
 }
 
+TEST_F(VqStringTest, AppendsCharactersOfAnyCodeSet) {
+    VqString s(1, 2);
+    s.AppendChars(nullptr, 1, 3);
+    s.AppendChars("xyz", 1, 0);
+    EXPECT_EQ(s.GetSize(), 0);
+    s.AppendChars("abc", 1, 2);
+    s.AppendChars(u"\u20AC!", 253, VqString::All);
+    s.AppendChars("\x82", 3, 1);
+    EXPECT_EQ(Bytes(s), "ab\x80!\xE9");
+    EXPECT_EQ(s.GetSize(), 6);
+    EXPECT_EQ(s.GetLanguage(), 2);
+    s.AppendChars(s.StrGet(), 1, VqString::All);
+    EXPECT_EQ(Bytes(s),
+              "ab\x80!\xE9"
+              "ab\x80!\xE9");
+
+    VqString wide = Wide(u"\u4E00\u4E8C\u4E09\u56DB");
+    wide[2] = VqChar(static_cast<unsigned short>(0), 253, 0);
+    const char* const buffer = wide.StrGet();
+    wide.AppendChars(wide.StrGet(), 253, 2);
+    EXPECT_EQ(Units(wide), u"\u4E00\u4E8C\u4E00\u4E8C");
+    EXPECT_EQ(wide.StrGet(), buffer);
+    wide += wide;
+    EXPECT_EQ(wide.Len(), 8);
+}
+
 // --- Size limit
 
 TEST_F(VqStringTest, ReportsOverflowAndKeepsWhatFits) {
