@@ -1,0 +1,316 @@
+// Texts of dates, times and date-times under formats with directives.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "_vqnulty.h"
+#include "datetextreference.h"
+#include "testsupport.h"
+
+namespace {
+
+using vqtest::Bytes;
+using vqtest::FixedClock;
+using vqtest::In;
+using vqtest::Units;
+using vqtest::Wide;
+
+template <class T>
+std::string Print(const T& value, const char* format) {
+    VqString out;
+    value.PrintToVqString(out, format);
+    return Bytes(out);
+}
+
+template <class T = VqDateTime>
+T Scan(const std::string& text, const char* format) {
+    T value = T();
+    value.ScanFromVqString(VqString(text.c_str()), format);
+    return value;
+}
+
+VqDateTime At(int year, int month, int day, int hour = 0, int minute = 0, int second = 0) {
+    return VqDateTime(VqDate(year, month, day), VqTime(hour, minute, second));
+}
+
+std::string Fields(const VqDateTime& v) {
+    std::string text;
+    for (const int field : {+v.date.year, +v.date.month, +v.date.day, +v.time.hour, +v.time.minute, +v.time.second}) {
+        text += (text.empty() ? "" : " ") + std::to_string(field);
+    }
+    return text;
+}
+
+const char* const fallback = "0 1 1 0 0 0";
+
+// --- Printing
+
+TEST(DateText, PrintsDirectives) {
+    static const struct {
+        VqDateTime value;
+        const char* format;
+        const char* text;
+    } cases[] = {
+        {At(2005, 3, 7), "%a %e.%b %Y", "Mon 07.Mar 2005"},
+        {At(2005, 3, 7, 12, 5, 9), nullptr, "2005-03-07T12:05:09"},
+        {At(2000, 2, 29), "%A, %B %d %y", "Tuesday, Februar 29 00"},
+        {At(1999, 1, 9), "%a|%b|%B|%m|%y", "Sat|Jan|Januar|01|99"},
+        // The half of the day; midnight is 00 where the format does not tell it.
+        {At(2005, 3, 7, 0, 5, 9), "%I:%M:%S %p", "12:05:09 am"},
+        {At(2005, 3, 7, 0, 5, 9), "%I:%M:%S", "00:05:09"},
+        {At(2005, 3, 7, 0), "%P%I", "AM12"},
+        {At(2005, 3, 7, 12), "%I %p %I", "12 pm 12"},
+        {At(2005, 3, 7, 13), "%I", "01"},
+        {At(2005, 3, 7, 23), "%I%P", "11PM"},
+        {At(2005, 3, 7, 0), "%I%%p", "00%p"},
+        {At(2005, 3, 7, 0), "%I%%%p", "12%am"},
+        // What is no directive loses its per cent sign.
+        {At(2005, 3, 7), "%%%x%Q%-%n[%", "%xQ-n["},
+        {At(2005, 3, 7), "", ""},
+        {At(2005, 3, 7), "%", ""},
+        // Fields outside their ranges keep all their digits, and signs do not count among them.
+        {At(-5, -5, -5, -5, -5, -5), "%Y %y %m %d %e %H %I %M %S %p", "-0005 -05 -05 -05 -05 -05 -05 -05 -05 am"},
+        {At(-32768, 13, 100, 127, 99, -128), "%Y %y %B %b %d %H %I %M %S %P",
+         "-32768 -68 013 013 100 127 115 99 -128 PM"},
+        {At(12345, 0, 0), "%Y|%y|%b|%m|%d", "12345|45|000|00|00"},
+        {At(2005, -128, 1), "%B", "-128"},
+        {At(2005, -5, 1), "%b", "-005"},
+    };
+    for (const auto& c : cases) EXPECT_EQ(Print(c.value, c.format), c.text) << c.format;
+}
+
+TEST(DateText, TakesTheOtherPartFromTheClock) {
+    const FixedClock clock({2010, 11, 12}, {13, 14, 15, 0});
+    const char* const all = "%Y-%m-%dT%H:%M:%S %I%p %A %b";
+    EXPECT_EQ(Print(VqDate(2005, 3, 7), all), "2005-03-07T13:14:15 01pm Monday Mar");
+    EXPECT_EQ(Print(VqTime(1, 2, 3), all), "2010-11-12T01:02:03 01am Friday Nov");
+    EXPECT_EQ(Print(VqDate(2005, 3, 7), nullptr), "2005-03-07");
+    EXPECT_EQ(Print(VqTime(1, 2, 3), nullptr), "01:02:03");
+
+    // What a text says of the other part is read, checked, and not kept.
+    EXPECT_EQ(Print(Scan<VqDate>("2005-03-07 23", "%Y-%m-%d %H"), nullptr), "2005-03-07");
+    EXPECT_EQ(Print(Scan<VqDate>("2005-03-07 24", "%Y-%m-%d %H"), nullptr), "0000-01-01");
+    EXPECT_EQ(Print(Scan<VqDate>("05", "%H"), nullptr), "0000-01-01");
+    EXPECT_EQ(Print(Scan<VqTime>("01:02:03", nullptr), nullptr), "01:02:03");
+    EXPECT_EQ(Print(Scan<VqTime>("01:02:03 31", "%H:%M:%S %m"), nullptr), "00:00:00");
+}
+
+TEST(DateText, AppendsInTheCodeSetOfTheString) {
+    const VqDateTime value = At(2005, 3, 7, 12, 5, 9);
+    VqString wide = Wide(u"\u20AC ");
+    value.PrintToVqString(wide, "%d\xE9%b");
+    EXPECT_EQ(Units(wide), u"\u20AC 07\u00E9Mar");
+    VqString dos = In(3, "> ");
+    value.PrintToVqString(dos, "%d\xE9%b");
+    EXPECT_EQ(Bytes(dos), "> 07\x82Mar");
+    VqString out("%Y.%m.");
+    value.PrintToVqString(out, out.StrGet());
+    EXPECT_EQ(Bytes(out), "%Y.%m.2005.03.");
+}
+
+TEST(DateText, PrintsFormatsOfAnyLength) {
+    std::string format, expected;
+    for (int directives = 0; directives <= 400; ++directives) {
+        ASSERT_EQ(Print(At(2005, 9, 7), format.c_str()), expected) << directives;
+        format += directives % 2 == 0 ? "%B" : "%A";
+        expected += directives % 2 == 0 ? "September" : "Wednesday";
+    }
+    const vqtest::AssertRecorder asserts;
+    std::string longest;
+    for (int i = 0; i < 40000; ++i) longest += "%Y";
+    const std::string cut = Print(At(2005, 9, 7), longest.c_str());
+    EXPECT_EQ(cut.size(), VqString::MaxSize - 1);
+    EXPECT_EQ(cut.substr(65524), "20052005");
+    EXPECT_EQ(asserts.Lines().size(), 1u);
+    EXPECT_EQ(Print(At(2005, 9, 7), std::string(65532, 'x').c_str()), std::string(65532, 'x'));
+    EXPECT_EQ(asserts.Lines().size(), 1u);
+}
+
+// --- Scanning
+
+TEST(DateText, ScansDirectives) {
+    static const struct {
+        const char* text;
+        const char* format;
+        const char* fields;
+    } cases[] = {
+        {"1999-12-31", "%Y-%m-%d", "1999 12 31 0 0 0"},
+        {"2005-03-07T12:05:09", nullptr, "2005 3 7 12 5 9"},
+        {"Mon 07.Mar 2005", "%a %e.%b %Y", "2005 3 7 0 0 0"},
+        {"07:30:00 PM", "%I:%M:%S %p", "0 1 1 19 30 0"},
+        {"12:15:00 AM", "%I:%M:%S %p", "0 1 1 0 15 0"},
+        {"12:15:00 pm", "%I:%M:%S %P", "0 1 1 12 15 0"},
+        {"12:15:00 xm", "%I:%M:%S %p", "0 1 1 12 15 0"},
+        {"12 am pm", "%I %p %p", "0 1 1 0 0 0"},
+        {"11 am pm", "%I %p %p", "0 1 1 23 0 0"},
+        {"99-12-31", "%y-%m-%d", "1999 12 31 0 0 0"},
+        // Names: three letters decide, and as many as agree are passed over.
+        {"Mar", "%b", "0 3 1 0 0 0"},
+        {"March 05", "%B %d", "0 3 5 0 0 0"},
+        {"Marxch05", "%Bxch%d", "0 3 5 0 0 0"},
+        {"Jan05", "%b%d", "0 1 5 0 0 0"},
+        {"January05", "%by%d", "0 1 5 0 0 0"},
+        {"mar05", "%b%d", "0 1 5 0 0 0"},
+        {"01205", "%b%d", "0 12 5 0 0 0"},
+        {"Wednesday05", "%A%d", "0 1 5 0 0 0"},
+        {"Wedn05", "%a%d", "0 1 5 0 0 0"},
+        {"05", "%A%d", "0 1 5 0 0 0"},
+        // Literals are not compared; whatever a directive reads, the text advances by its width.
+        {"1999/12.31", "%Y-%m-%d", "1999 12 31 0 0 0"},
+        {"x-05", "%Q-%d", "0 1 5 0 0 0"},
+        {"x05", "%%%d", "0 1 5 0 0 0"},
+        {"xx05", "%m%d", "0 1 5 0 0 0"},
+        {"1999 5", "%Y%m", "1999 5 1 0 0 0"},
+        {" 5", "%d", "0 1 5 0 0 0"},
+        {"\t\n\v\f\r 15", "%d", "0 1 15 0 0 0"},
+        {"5x7", "%dx%m", "0 1 5 0 0 0"},
+        {"+5-9", "%d%Y", "-9 1 5 0 0 0"},
+        {"-123", "%Y", "-123 1 1 0 0 0"},
+        {"+ 5", "%d", fallback},
+        {"xx", "%y", "1900 1 1 0 0 0"},
+        {"-1", "%y", "1899 1 1 0 0 0"},
+        // The text ends first.
+        {"", "%Y-%m-%d", fallback},
+        {"2005", "%Y-%m-%d", "2005 1 1 0 0 0"},
+        {"2005-1", "%Y-%m-%d%Y%Y%b%a%p%%%", "2005 1 1 0 0 0"},
+        {"2", "%d%d", "0 1 2 0 0 0"},
+        {"Ma", "%b", fallback},
+        // What is no date-time.
+        {"2001-02-30", "%Y-%m-%d", fallback},
+        {"2000-02-29T24:00:00", nullptr, fallback},
+        {"2000-02-29T23:60:00", nullptr, fallback},
+        {"2000-13-01", "%Y-%m-%d", fallback},
+        {"0000-00-00T00:00:00", nullptr, "0 0 0 0 0 0"},
+        {"0000-00-00T12:00 AM", "%Y-%m-%dT%H:%M %p", "0 0 0 0 0 0"},
+        {"0000-00-00T00:00:01", nullptr, fallback},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.text) + " under " + (c.format != nullptr ? c.format : "null"));
+        EXPECT_EQ(Fields(Scan(c.text, c.format)), c.fields);
+        VqDateTime wide = At(1, 1, 1);
+        wide.ScanFromVqString(Wide(std::u16string(c.text, c.text + std::strlen(c.text))), c.format);
+        EXPECT_EQ(Fields(wide), c.fields);
+    }
+}
+
+// --- Null
+
+template <class T>
+void ExpectNullText(const char* format) {
+    T value = T();
+    value.SetNullValue();
+    VqString out = Wide(u"before");
+    value.PrintToVqString(out, format);
+    EXPECT_EQ(Bytes(out), "{NULL}");
+    EXPECT_TRUE(Scan<T>("{NULL} and more", format).IsNullValue());
+    EXPECT_FALSE(Scan<T>("{NULL", format).IsNullValue());
+    value = T();
+    value.ScanFromVqString(Wide(u"{NULL}"), format);
+    EXPECT_TRUE(value.IsNullValue());
+}
+
+TEST(DateText, NullReplacesTheText) {
+    for (const char* format : {static_cast<const char*>(nullptr), "", "%Y"}) {
+        ExpectNullText<VqDate>(format);
+        ExpectNullText<VqTime>(format);
+        ExpectNullText<VqDateTime>(format);
+    }
+    const VqString before = VqNullPrintString();
+    VqNullPrintString() = "20";
+    EXPECT_TRUE(Scan<VqDate>("2005-03-07", nullptr).IsNullValue());
+    VqNullPrintString() = before;
+}
+
+// --- Against the slow way
+
+class Draws {
+  public:
+    explicit Draws(unsigned seed) : random_(seed) {}
+
+    unsigned Below(unsigned n) { return static_cast<unsigned>(random_() % n); }
+    int Within(int low, int high) { return low + static_cast<int>(Below(static_cast<unsigned>(high - low + 1))); }
+
+    std::string Format() {
+        static const char letters[] = "YymdeHIMSpPAaBb%YmdHMS";
+        static const char literals[] = "-:./T x%p";
+        std::string format;
+        for (unsigned n = Below(9); n != 0; --n) {
+            if (Below(3) != 0) {
+                format += std::string("%") + letters[Below(sizeof letters - 1)];
+            } else {
+                format += literals[Below(sizeof literals - 1)];
+            }
+        }
+        return format;
+    }
+
+    // A date-time, or any fields at all.
+    VqDateTime Value() {
+        if (Below(2) == 0) {
+            return At(Within(1, 9999), Within(1, 12), Within(1, 28), Within(0, 23), Within(0, 59), Within(0, 59));
+        }
+        return At(Within(-32768, 32767), Within(-128, 127), Within(-128, 127), Within(-128, 127), Within(-128, 127),
+                  Within(-128, 127));
+    }
+
+    // A few changes of characters.
+    std::string Mutated(std::string text) {
+        static const char mean[] = "0123456789-+ \t:.apAPMJanFebrTuesday\xE9";
+        for (unsigned n = Below(4); n != 0; --n) {
+            const std::size_t place = Below(static_cast<unsigned>(text.size() + 1));
+            if (Below(3) == 0) {
+                text.erase(place, Below(4));
+            } else {
+                text.insert(place, 1, mean[Below(sizeof mean - 1)]);
+            }
+        }
+        return text;
+    }
+
+  private:
+    std::mt19937 random_;
+};
+
+#ifdef _WIN32
+constexpr int Rounds = 100000;
+#else
+constexpr int Rounds = 1000000;
+#endif
+
+TEST(DateText, PrintsLikeTheSlowWay) {
+    Draws draw(20050307);
+    for (int i = 0; i < Rounds; ++i) {
+        const VqDateTime value = draw.Value();
+        const std::string format = draw.Format();
+        ASSERT_EQ(Print(value, format.c_str()), vqtest::ReferenceDatePrint(value, format))
+            << format << " of " << Fields(value);
+    }
+}
+
+TEST(DateText, ScansLikeTheSlowWay) {
+    const FixedClock clock({2010, 11, 12}, {13, 14, 15, 0});
+    Draws draw(19991231);
+    for (int i = 0; i < Rounds; ++i) {
+        const std::string format = draw.Format();
+        const std::string text =
+            draw.Mutated(vqtest::ReferenceDatePrint(draw.Value(), draw.Below(4) != 0 ? format : draw.Format()));
+        ASSERT_EQ(Fields(Scan(text, format.c_str())), Fields(vqtest::ReferenceDateScan(text, format)))
+            << text << " under " << format;
+    }
+}
+
+// Under formats that name every field.
+TEST(DateText, ReadsBackWhatItPrinted) {
+    Draws draw(4711);
+    for (int i = 0; i < 20000; ++i) {
+        VqDateTime value = At(draw.Within(0, 9999), draw.Within(1, 12), draw.Within(1, 31), draw.Within(0, 23),
+                              draw.Within(0, 59), draw.Within(0, 59));
+        if (value.IsDaTime() == 0) continue;
+        for (const char* format : {"%Y-%m-%dT%H:%M:%S", "%A %e.%B %Y, %I:%M:%S %p", "%P%S%M%I%d%b%Y"}) {
+            ASSERT_EQ(Fields(Scan(Print(value, format), format)), Fields(value)) << format;
+        }
+    }
+}
+
+}  // namespace
