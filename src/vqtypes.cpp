@@ -8,14 +8,14 @@
 
 #include "_vqnulty.h"
 #include "blob.h"
-#include "boolean.h"
+#include "booleanslots.h"
 #include "classslots.h"
 #include "datetime.h"
 #include "defaultmanager.h"
 #include "istringslots.h"
 #include "ref.h"
 #include "scalar.h"
-#include "seal.h"
+#include "sealslots.h"
 #include "stddate.h"
 #include "stringslots.h"
 #include "textform.h"
@@ -215,6 +215,9 @@ constexpr VqTypeDescriptor LifeNullAndText() {
         return row;                                                    \
     }()
 
+constexpr VqTypeDescriptor booleanFamily = VALUE_FAMILY(VqBoolean, Boolean, vq::BooleanSlots);
+constexpr VqTypeDescriptor sealFamily = VALUE_FAMILY(VqSeal, Seal, vq::SealSlots);
+
 #undef VALUE_FAMILY
 
 template <class Null>
@@ -294,7 +297,7 @@ constexpr IdentifiedRow rowsById[] = {
     ROW(d_Interval,      4,                     1, "%e days, %I hours, %M minutes, %S seconds",
         opaque<d_Interval>),
     ROW(VqInt64,         8,                     1, "%S",                         opaque<VqInt64>),
-    ROW(VqBoolean,       1,                     1, "noop",                       opaqueWithNull<VqBoolean>),
+    ROW(VqBoolean,       1,                     1, "noop",                       booleanFamily),
     // nullable scalars
     ROW(VqNull_char,     2,                     1, "%c",                         nullable<VqNull_char>),
     ROW(VqNull_uchar,    2,                     1, "%c",                         nullable<VqNull_uchar>),
@@ -308,7 +311,7 @@ constexpr IdentifiedRow rowsById[] = {
     ROW(VqNull_double,   12,                    1, "%lf",                        nullable<VqNull_double>),
     ROW(VqNull_VqInt64,  12,                    1, "%S",                         nullable<VqNull_VqInt64>),
 
-    ROW(VqSeal,          6,                     1, "noop",                       opaque<VqSeal>),
+    ROW(VqSeal,          6,                     1, "noop",                       sealFamily),
     ROW(illegal,         0,                     1, "illegal",                    illegalFamily),
 };
 // clang-format on

@@ -36,6 +36,8 @@ VALUES = {
     "VqBoolean": ["TRUE", "FALSE"],
     "VqSeal": ["0", "1", "8590131204", "281474976710655"],
     "BlockId": ["#0", "#7", "#4294967295"],
+    "VqBoolean": ["TRUE", "FALSE"],
+    "VqSeal": ["0", "8590131204", "281474976710655"],
     **{name: TEXTS for name in ("VqString", "VqIString", "VqCaseIString")},
 }
 

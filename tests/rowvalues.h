@@ -30,6 +30,9 @@ inline const Samples& SamplesOf(char id) {
         {VqTypeId_VqInt64,
          {nullptr,
           {"0", "1", "-1", "0x7f", "-9223372036854775808", "9223372036854775807", "4294967296", "-4294967297", "017"}}},
+        {VqTypeId_VqBoolean, {nullptr, {"TRUE", "FALSE", "t", "1", "yes", ""}}},
+        {VqTypeId_VqSeal,
+         {nullptr, {"0", "1", "65535", "65536", "4294967296", "281474976710655", "281474976710656", "-2", "x", ""}}},
     };
     const auto own = others.find(id);
     return own != others.end() ? own->second : numbers;

@@ -1,0 +1,111 @@
+#include "boolean.h"
+
+#include <gtest/gtest.h>
+
+#include "testsupport.h"
+#include "vqbase.h"
+#include "vqtypes.h"
+
+using namespace vqtest;
+
+namespace {
+
+VqBoolean Byte(int byte) {
+    VqBoolean boolean;
+    boolean.value = static_cast<std::uint8_t>(byte);
+    return boolean;
+}
+const VqBoolean null = Byte(255);
+
+TEST(VqBoolean, IsMadeAndAssignedFromAnyNumber) {
+    EXPECT_EQ(VqBoolean().value, 0);
+    EXPECT_EQ(VqBoolean(-5).value, 1);
+    EXPECT_EQ(VqBoolean(65536L).value, 1);
+    EXPECT_EQ(VqBoolean(0).value, 0);
+    VqBoolean boolean(null);
+    EXPECT_TRUE(boolean.IsNullValue());
+    boolean = 256;
+    EXPECT_EQ(boolean.value, 1);
+    EXPECT_EQ(boolean.SetNullValue(), 0);
+    EXPECT_EQ(boolean.value, 255);
+    EXPECT_FALSE(Byte(254).IsNullValue());
+}
+
+TEST(VqBoolean, ComparesNullFalseTrueAndOddBytes) {
+    const struct {
+        int a, b;
+        bool equal, greater, less;
+    } cases[] = {
+        {255, 255, true, false, false},
+        {255, 0, false, false, true},
+        {255, 1, false, false, true},
+        {0, 255, false, true, false},
+        {0, 0, true, false, false},
+        {0, 1, false, false, true},
+        {1, 0, false, true, false},
+        // bytes of no boolean: 200 is -56 in order
+        {200, 255, false, true, false},
+        {255, 200, false, false, true},
+        {200, 0, false, false, true},
+        {0, 200, false, true, false},
+        {1, 200, true, true, false},
+        {200, 1, true, false, false},
+        {2, 1, true, true, false},
+    };
+    for (const auto& c : cases) {
+        const VqBoolean a = Byte(c.a), b = Byte(c.b);
+        EXPECT_EQ(a == b, c.equal) << c.a << " " << c.b;
+        EXPECT_EQ(a != b, !c.equal) << c.a << " " << c.b;
+        EXPECT_EQ(a > b, c.greater) << c.a << " " << c.b;
+        EXPECT_EQ(a < b, c.less) << c.a << " " << c.b;
+        EXPECT_EQ(a >= b, c.greater || c.equal) << c.a << " " << c.b;
+        EXPECT_EQ(a <= b, c.less || c.equal) << c.a << " " << c.b;
+    }
+}
+
+TEST(VqBoolean, ComparesWithNumbersOfAnyWidth) {
+    const VqBoolean yes(1), no(0);
+    EXPECT_TRUE(yes == 7 && yes == 7L && yes == true && 7 == yes && yes != 0 && 0L != yes);
+    EXPECT_TRUE(no < 7 && no < 7L && !(no < 0) && no <= 0 && no >= 0L);
+    EXPECT_TRUE(yes > 0 && !(yes > -1) && yes >= -1);
+    EXPECT_TRUE(null < 0 && !(null == 0) && !(null > 0) && null != 255);
+}
+
+TEST(VqBoolean, PrintsAndScans) {
+    const struct {
+        const char* text;
+        int byte;
+    } scans[] = {
+        {"T", 1},     {"t", 1},  {"TRUE", 1}, {"true", 1},  {"1", 1},        {"yes", 0},       {"True", 0},
+        {"TRUE ", 0}, {"1x", 0}, {"", 0},     {"FALSE", 0}, {"{NULL}", 255}, {"{NULL}x", 255}, {"{null}", 0},
+    };
+    for (const auto& c : scans) {
+        VqBoolean boolean = Byte(7);
+        boolean.ScanFromVqString(VqString(c.text), "%d");
+        EXPECT_EQ(boolean.value, c.byte) << c.text;
+    }
+    VqString text(">");
+    for (const int byte : {0, 1, 2, 254, 255}) Byte(byte).PrintToVqString(text << ' ');
+    EXPECT_EQ(Bytes(text), "> FALSE TRUE FALSE FALSE {NULL}");
+    VqBoolean boolean;
+    boolean.ScanFromVqString(Wide(u"true"));
+    EXPECT_EQ(boolean, 1);
+}
+
+// The exchange texts, and what becomes of texts that the row does not write.
+TEST(VqBoolean, ConvertsThroughDigits) {
+    VqTypeMgr manager(5);
+    VqBoolean values[] = {1, 0, null, Byte(200)};
+    VqTypeConvertData* const texts = manager.ConvertTo(VqTypeId_VqBoolean, values, 4);
+    EXPECT_EQ(Bytes(*texts->GetString(0)) + Bytes(*texts->GetString(1)) + Bytes(*texts->GetString(3)), "100");
+    EXPECT_TRUE(texts->GetString(2)->IsNullValue());
+    *texts->GetString(0) = "1x";
+    *texts->GetString(1) = Wide(u"1");
+    *texts->GetString(3) = "TRUE";
+    auto* const back = static_cast<VqBoolean*>(manager.ConvertFrom(VqTypeId_VqBoolean, texts, 5));
+    EXPECT_EQ(Hex(back, 5), "01 01 ff 00 ff");
+    manager.Delete(VqTypeId_VqBoolean, back, 5);
+    delete texts;
+}
+
+}  // namespace
