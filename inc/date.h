@@ -72,9 +72,9 @@ class VQTM_API VqDate {
     /// 1 or 0. Asks only whether the next day is the first of the next month.
     int IsLastDayOfTheMonth() const { return daynxtmonth() == 1; }
 
-    /// The weekday, 0 = Monday to 6 = Sunday, by Zeller's congruence (Acta Mathematica 9, 1886). It is right for the
-    /// dates of the years 0 to 4599. Where the congruence's sum is negative, which begins with days of 4600 and of
-    /// years far below 0, the result is 6.
+    /// The weekday, 0 = Monday to 6 = Sunday, by Zeller's congruence (Acta Mathematica 9, 1886). It is right from
+    /// 0000-03-01 to 4599-12-31. Later dates give 6 where the congruence's sum is negative; before, truncated divisions
+    /// shift days.
     int DayOfTheDate() const;
     /// Its English name, "Monday" to "Sunday".
     VqString PrintDayOfTheDate() const;

@@ -1,9 +1,9 @@
 #include "date.h"
 
-#include <algorithm>
 #include <cstring>
-#include <iterator>
 
+#include "datetext.h"
+#include "storedyear.h"
 #include "vqbase.h"
 #include "vqstring.h"
 
@@ -70,11 +70,7 @@ int VqDate::AnyWeekday() const {
     return sum < 0 ? 6 : (sum + 6) % 7;
 }
 
-VqString VqDate::PrintDayOfTheDate() const {
-    static constexpr const char* names[] = {"Monday", "Tuesday",  "Wednesday", "Thursday",
-                                            "Friday", "Saturday", "Sunday"};
-    return VqString(names[DayOfTheDate()]);
-}
+VqString VqDate::PrintDayOfTheDate() const { return VqString(vq::DayName(DayOfTheDate()).data()); }
 
 // --- VqTime
 
@@ -135,3 +131,46 @@ VqTime VqTime::operator-(const VqTime& other) const {
     Borrow(rest);
     return rest;
 }
+
+// --- Disk form
+
+namespace {
+
+// One word at a time; the areas are the same or apart.
+void SwapYears(unsigned char* dst, const unsigned char* src, unsigned long count) {
+    for (unsigned long i = 0; i < count; ++i) {
+        std::uint32_t date;
+        std::memcpy(&date, src + i * sizeof date, sizeof date);
+        date = vq::SwapYear(date);
+        std::memcpy(dst + i * sizeof date, &date, sizeof date);
+    }
+}
+
+unsigned long CopyBytes(void* dst, const void* src, unsigned long size) {
+    if (size != 0) std::memmove(dst, src, size);
+    return size;
+}
+
+}  // namespace
+
+unsigned long DateStore(void* dst, const void* src, unsigned char format, unsigned long count) {
+    if (!vq::IsForeignOrder(format)) return CopyBytes(dst, src, count * 4);
+    SwapYears(static_cast<unsigned char*>(dst), static_cast<const unsigned char*>(src), count);
+    return count * 4;
+}
+unsigned long DateLoad(void* dst, const void* src, unsigned char format, unsigned long count) {
+    return DateStore(dst, src, format, count);
+}
+unsigned long DateNullSizeGet(unsigned long count) { return count * 4; }
+unsigned long DateSizeGet(const void*, unsigned char, unsigned char, unsigned long count) { return count * 4; }
+unsigned long DateSizeGetFromMemFile(MemFile*, unsigned char, unsigned long count) { return count * 4; }
+
+unsigned long TimeStore(void* dst, const void* src, unsigned char, unsigned long count) {
+    return CopyBytes(dst, src, count * 3);
+}
+unsigned long TimeLoad(void* dst, const void* src, unsigned char, unsigned long count) {
+    return CopyBytes(dst, src, count * 3);
+}
+unsigned long TimeNullSizeGet(unsigned long count) { return count * 3; }
+unsigned long TimeSizeGet(const void*, unsigned char, unsigned char, unsigned long count) { return count * 3; }
+unsigned long TimeSizeGetFromMemFile(MemFile*, unsigned char, unsigned long count) { return count * 3; }

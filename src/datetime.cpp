@@ -1,7 +1,13 @@
 #include "datetime.h"
 
+#include <bit>
+#include <charconv>
+#include <cstdio>
 #include <cstring>
+#include <iterator>
 
+#include "dateslots.h"
+#include "storedyear.h"
 #include "vqbase.h"
 
 VqDateTime VqDateTime::Now() {
@@ -61,3 +67,74 @@ int VqDateTime::ToLocalTime() { return Shift(*this, 1); }
 int VqDateTime::ToUTCTime() { return Shift(*this, -1); }
 
 int GetSystemTimeInMSSinceTheEpoch(VqInt64&) { return VqStatus_NotSupported; }
+
+// --- Disk form: a date's, then a time's; in memory a byte that means nothing follows
+
+namespace {
+
+constexpr unsigned long Stored = 7, Held = sizeof(VqDateTime);
+
+// The seven bytes as the first of a word, the last of which is 0.
+constexpr std::uint64_t Seven =
+    std::endian::native == std::endian::little ? ~std::uint64_t{0} >> 8 : ~std::uint64_t{0} << 8;
+
+// Elements at a distance of `From` to elements at a distance of `To`, as words where both areas have room for one: all
+// but the last, of which only seven bytes are there for sure.
+template <unsigned long To, unsigned long From, bool Foreign>
+void MoveElements(unsigned char* dst, const unsigned char* src, unsigned long count) {
+    const auto convert = [](std::uint64_t word) { return (Foreign ? vq::SwapYear(word) : word) & Seven; };
+    std::uint64_t word = 0;
+    for (; count > 1; --count, dst += To, src += From) {
+        std::memcpy(&word, src, sizeof word);
+        word = convert(word);
+        std::memcpy(dst, &word, sizeof word);
+    }
+    word = 0;
+    std::memcpy(&word, src, Stored);
+    word = convert(word);
+    std::memcpy(dst, &word, To);
+}
+
+template <unsigned long To, unsigned long From>
+unsigned long Move(void* dst, const void* src, unsigned char format, unsigned long count) {
+    if (count == 0) return 0;
+    const auto move = vq::IsForeignOrder(format) ? MoveElements<To, From, true> : MoveElements<To, From, false>;
+    move(static_cast<unsigned char*>(dst), static_cast<const unsigned char*>(src), count);
+    return count * Stored;
+}
+
+}  // namespace
+
+unsigned long DaTimeStore(void* dst, const void* src, unsigned char format, unsigned long count) {
+    return Move<Stored, Held>(dst, src, format, count);
+}
+unsigned long DaTimeLoad(void* dst, const void* src, unsigned char format, unsigned long count) {
+    return Move<Held, Stored>(dst, src, format, count);
+}
+unsigned long DaTimeNullSizeGet(unsigned long count) { return count * Stored; }
+unsigned long DaTimeSizeGet(const void*, unsigned char, unsigned char, unsigned long count) { return count * Stored; }
+unsigned long DaTimeSizeGetFromMemFile(MemFile*, unsigned char, unsigned long count) { return count * Stored; }
+
+// --- Exchange form
+
+void vq::DateTimeExchange::ToText(const VqDateTime& value, VqString& text) {
+    const VqDate& date = value.date;
+    const VqTime& time = value.time;
+    char fields[40];
+    std::snprintf(fields, sizeof fields, "%04d-%02d-%02dT%02d:%02d:%02d", date.year, date.month, date.day, time.hour,
+                  time.minute, time.second);
+    text += VqString(fields);
+}
+
+void vq::DateTimeExchange::FromText(VqDateTime& value, const VqString& text) {
+    static constexpr char Before[] = {0, '-', '-', 'T', ':', ':'};
+    const SingleByteText single(text);
+    const char *at = single.Get(), *const end = at + std::strlen(at);
+    int fields[std::size(Before)] = {}, found = 0;
+    for (; found < static_cast<int>(std::size(Before)); ++found) {
+        if (found != 0 && (at == end || *at++ != Before[found])) break;
+        at = std::from_chars(at, end, fields[found]).ptr;
+    }
+    value.date = found == 1 ? VqDate(static_cast<long>(fields[0])) : VqDate(fields[0], fields[1], fields[2]);
+    value.time = VqTime(fields[3], fields[4], fields[5]);
+}
