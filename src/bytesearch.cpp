@@ -1,9 +1,7 @@
 #include "bytesearch.h"
 
+#include <algorithm>
 #include <atomic>
-#include <vector>
-
-#include "linearsearch.h"
 
 namespace vq {
 namespace {
@@ -32,10 +30,62 @@ std::size_t SecondPlace(const unsigned char* pattern, std::size_t length) {
     return place != 0 ? place : length - 1;
 }
 
+// --- Linear time in the worst case, without memory of its own
+//
+// Crochemore and Perrin: Two-way string-matching (1991). The pattern is cut in two so that after a mismatch behind the
+// cut no place up to there can fit, and after one before it none closer than the pattern's period.
+
+struct Suffix {
+    std::size_t start, period;
+};
+
+// The largest suffix in the order of the bytes, or in the reversed one, and its period.
+Suffix MaximalSuffix(const unsigned char* pattern, std::size_t length, bool reversed) {
+    Suffix largest{0, 1};
+    std::size_t other = 1, fitting = 0;
+    while (other + fitting < length) {
+        const unsigned char a = pattern[other + fitting], b = pattern[largest.start + fitting];
+        if (a == b) {
+            if (++fitting == largest.period) {
+                other += fitting;
+                fitting = 0;
+            }
+        } else if ((a < b) != reversed) {
+            other += fitting + 1;
+            fitting = 0;
+            largest.period = other - largest.start;
+        } else {
+            largest = {other++, 1};
+            fitting = 0;
+        }
+    }
+    return largest;
+}
+
 std::size_t FindLinear(const unsigned char* text, std::size_t start, std::size_t end, const BytePattern& pattern) {
-    const PatternBorders borders(std::vector<std::int32_t>(pattern.bytes, pattern.bytes + pattern.length));
-    return borders.Find(
-        start, end, [text](std::size_t at) { return std::int32_t{text[at]}; }, [](std::size_t, bool) { return true; });
+    const unsigned char* const wanted = pattern.bytes;
+    const Suffix upward = MaximalSuffix(wanted, pattern.length, false);
+    const Suffix downward = MaximalSuffix(wanted, pattern.length, true);
+    const auto [cut, cutPeriod] = upward.start > downward.start ? upward : downward;
+    const bool periodic = std::memcmp(wanted, wanted + cutPeriod, cut) == 0;
+    const std::size_t period = periodic ? cutPeriod : std::max(cut, pattern.length - cut) + 1;
+    std::size_t known = 0;  // bytes that are known to fit
+    for (std::size_t place = start; place < end;) {
+        const unsigned char* const here = text + place;
+        std::size_t i = std::max(cut, known);
+        while (i < pattern.length && wanted[i] == here[i]) ++i;
+        if (i < pattern.length) {
+            place += i - cut + 1;
+            known = 0;
+            continue;
+        }
+        i = cut;
+        while (i > known && wanted[i - 1] == here[i - 1]) --i;
+        if (i <= known) return place;
+        place += period;
+        known = periodic ? pattern.length - period : 0;
+    }
+    return NotFound;
 }
 
 }  // namespace
@@ -55,7 +105,7 @@ std::size_t FindBytes(const char* text, std::size_t textLength, std::size_t star
     ComparisonBudget budget(textLength - start);
     const ByteHit hit = findFunction.load(std::memory_order_relaxed)(bytes, start, end, prepared, budget);
     if (hit.found) return hit.place;
-    return hit.place < end ? FindLinear(bytes, hit.place, textLength, prepared) : NotFound;
+    return hit.place < end ? FindLinear(bytes, hit.place, end, prepared) : NotFound;
 }
 
 }  // namespace vq

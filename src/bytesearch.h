@@ -6,9 +6,12 @@
 #ifndef VQ_BYTESEARCH_H
 #define VQ_BYTESEARCH_H
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+
+#include "linearsearch.h"
 
 #if defined(__x86_64__) || defined(__i386__)
 #define VQ_X86_KERNELS 1
@@ -32,7 +35,7 @@ struct ByteHit {
 // The bytes that may be compared at places where both looked-for bytes fit.
 class ComparisonBudget {
   public:
-    explicit ComparisonBudget(std::size_t textLength) : left_(4 * textLength + 1024) {}
+    explicit ComparisonBudget(std::size_t textLength) : left_(4 * std::min(textLength, SIZE_MAX / 8) + 1024) {}
     bool Spend(std::size_t bytes) {
         if (bytes > left_) return false;
         left_ -= bytes;
@@ -140,7 +143,8 @@ inline constexpr ByteKernel ByteKernels[] = {
     {"portable", [] { return true; }, FindBytesPortable},
 };
 
-// The first place from `start` on where the `patternLength` bytes of `pattern` lie within the `textLength` of `text`.
+// The first place from `start` on where the `patternLength` bytes of `pattern` lie within the `textLength` of `text`,
+// or NotFound. Linear in time, whatever the bytes, and without memory.
 std::size_t FindBytes(const char* text, std::size_t textLength, std::size_t start, const char* pattern,
                       std::size_t patternLength);
 

@@ -24,9 +24,13 @@ constexpr unsigned DigitValue(unsigned c) {
 // A forward reader over either character size.
 class Reader {
   public:
-    Reader(const char* text, unsigned charSize) : at_(text), charSize_(charSize) {}
+    Reader(const char* text, unsigned charSize, const char* end) : at_(text), end_(end), charSize_(charSize) {}
 
-    unsigned short operator[](unsigned ahead) const { return LoadChar(at_ + ahead * charSize_, charSize_); }
+    // Zero behind the end.
+    unsigned short operator[](unsigned ahead) const {
+        if (end_ != nullptr && static_cast<std::size_t>(end_ - at_) <= ahead * charSize_) return 0;
+        return LoadChar(at_ + ahead * charSize_, charSize_);
+    }
     void Skip(unsigned n) { at_ += n * charSize_; }
     void SkipBlanks() {
         while (IsBlank((*this)[0])) Skip(1);
@@ -41,6 +45,7 @@ class Reader {
 
   private:
     const char* at_;
+    const char* end_;  // null where a zero character ends the text
     unsigned charSize_;
 };
 
@@ -100,8 +105,8 @@ bool BeginsNumber(const std::string& run) {
 
 }  // namespace
 
-std::int32_t ParseLong(const char* text, unsigned charSize, int base) {
-    Reader in(text, charSize);
+std::int32_t ParseLong(const char* text, unsigned charSize, int base, const char* end) {
+    Reader in(text, charSize, end);
     in.SkipBlanks();
     const bool negative = in.SkipSign();
     if (base == 0) {
@@ -118,8 +123,8 @@ std::int32_t ParseLong(const char* text, unsigned charSize, int base) {
     return static_cast<std::int32_t>(negative ? -value : value);
 }
 
-double ParseDouble(const char* text, unsigned charSize) {
-    Reader in(text, charSize);
+double ParseDouble(const char* text, unsigned charSize, const char* end) {
+    Reader in(text, charSize, end);
     in.SkipBlanks();
     const bool negative = in.SkipSign();
     const bool hex = in.AtHexPrefix();

@@ -1,0 +1,443 @@
+#include "blob.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <limits>
+#include <optional>
+
+#include "testsupport.h"
+#include "vqbase.h"
+#include "vqtypes.h"
+
+using namespace vqtest;
+
+namespace {
+
+// A blob's bytes; none for null.
+using Content = std::optional<std::string>;
+
+VqBlob Make(const Content& content) {
+    VqBlob blob(content ? content->data() : nullptr, content ? static_cast<long>(content->size()) : 0);
+    if (!content) blob.SetNullValue();
+    return blob;
+}
+
+Content ContentOf(const VqBlob& blob) {
+    if (blob.IsNullValue()) return std::nullopt;
+    return std::string(reinterpret_cast<const char*>(blob.Data()), static_cast<std::size_t>(blob.Length()));
+}
+
+std::string Show(const Content& content) { return content ? Hex(content->data(), content->size()) : "null"; }
+std::string Show(const VqBlob& blob) { return Show(ContentOf(blob)); }
+
+// --- Construction and numbers
+
+TEST(Blob, IsMadeFromEverythingThatHasBytes) {
+    VqBlob prefixed("x"), negative("x"), reread;
+    prefixed = "\3\0\0\0abcd";
+    negative = "\xFF\xFF\xFF\xFF";
+    reread.SetTo("\2\0\0\0ab", 6);
+    reread = reinterpret_cast<const char*>(reread.Data());
+    VqString unicode(static_cast<unsigned char>(253), static_cast<unsigned char>(0)), null;
+    unicode += VqString("ab");
+    null.SetNullValue();
+    const struct {
+        VqBlob blob;
+        const char* bytes;
+    } cases[] = {
+        {VqBlob(), ""},
+        {VqBlob(3L), "00 00 00"},
+        {VqBlob(-3L), ""},
+        {VqBlob("abc", 2), "61 62"},
+        {VqBlob(nullptr, 2), "00 00"},
+        {VqBlob("abc", -1), ""},
+        {VqBlob("abc"), "61 62 63 00"},
+        {VqBlob(static_cast<const char*>(nullptr)), "null"},
+        {VqBlob(12), "31 32 00"},
+        {VqBlob(INT_MIN), "2d 32 31 34 37 34 38 33 36 34 38 00"},
+        {VqBlob(static_cast<short>(-7)), "2d 37 00"},
+        {VqBlob(4294967295UL), "34 32 39 34 39 36 37 32 39 35 00"},
+        {VqBlob(-1.5), "2d 31 2e 35 30 30 30 30 30 00"},
+        {VqBlob(HUGE_VAL), "69 6e 66 00"},
+        {VqBlob(VqString("ab")), "61 62 00"},
+        {VqBlob(unicode), "61 00 62 00 00 00"},
+        {VqBlob(VqString()), ""},
+        {VqBlob(null), "null"},
+        {prefixed, "61 62 63"},
+        {negative, "null"},
+        {reread, "61 62"},
+    };
+    for (const auto& c : cases) EXPECT_EQ(Show(c.blob), c.bytes);
+    EXPECT_EQ(VqBlob(-std::numeric_limits<double>::max()).Length(), 318);
+}
+
+TEST(Blob, NumbersAreReadWithinTheBytes) {
+    const struct {
+        const char* bytes;
+        unsigned long length;
+        long number;
+        double floating;
+    } cases[] = {
+        {"123456", 2, 12, 12},
+        {" -31x", 5, -31, -31},
+        {"-", 1, 0, 0},
+        {"99999999999", 11, 2147483647, 99999999999.0},
+        {"-2147483649", 11, -2147483647 - 1, -2147483649.0},
+        {"70000", 5, 70000, 70000},
+        {"1.5e3", 3, 1, 1.5},
+        {"1.5e3", 4, 1, 1.5},
+        {"1.5e3", 5, 1, 1500},
+        {"0x1F", 4, 0, 31},
+        {"0x1F", 3, 0, 1},
+        {"   7", 3, 0, 0},
+        {"", 0, 0, 0},
+    };
+    for (const auto& c : cases) {
+        VqBlob blob(c.bytes);
+        blob.Resize(c.length);  // what follows stays in the storage
+        EXPECT_EQ(static_cast<long>(blob), c.number) << c.bytes << " " << c.length;
+        EXPECT_EQ(static_cast<int>(blob), static_cast<int>(c.number));
+        EXPECT_EQ(static_cast<short>(blob), static_cast<short>(c.number));
+        EXPECT_EQ(static_cast<double>(blob), c.floating) << c.bytes << " " << c.length;
+    }
+    EXPECT_EQ(static_cast<long>(Make(std::nullopt)), 0);
+    EXPECT_EQ(static_cast<double>(Make(std::nullopt)), 0);
+}
+
+// --- Storage
+
+TEST(Blob, StorageIsReusedWithinTheSlack) {
+    const struct {
+        long before, after;
+        bool reused;
+    } cases[] = {{200, 100, true}, {228, 100, true}, {229, 100, false}, {300, 100, false},
+                 {50, 100, false}, {128, 0, true},   {129, 0, false},   {0, 1, false}};
+    for (const auto& c : cases) {
+        const VqBlob source(c.after);
+        VqBlob assigned(c.before), set(c.before);
+        const unsigned char *const first = assigned.Data(), *const second = set.Data();
+        assigned = source;
+        set.SetTo(source.Data(), c.after);
+        EXPECT_EQ(assigned.Data() == first, c.reused) << c.before << " to " << c.after;
+        EXPECT_EQ(set.Data() == second, c.reused) << c.before << " to " << c.after;
+        EXPECT_EQ(assigned.Length(), c.after);
+    }
+    VqBlob shrunk(200);
+    const unsigned char* const storage = shrunk.Data();
+    shrunk.Resize(1);
+    EXPECT_EQ(shrunk.Data(), storage);
+    shrunk.Expand(1);
+    EXPECT_NE(shrunk.Data(), storage);
+    shrunk.Resize(0);
+    EXPECT_EQ(shrunk.Data(), nullptr);
+
+    VqBlob::Record* const record = VqBlob::AllocData(4);
+    EXPECT_EQ(record->length, 5);
+    VqBlob::FreeData(record);
+    VqBlob::FreeData(nullptr);
+}
+
+// --- Every member beside one on std::string
+
+std::size_t Size(const Content& content) { return content ? content->size() : 0; }
+bool Inside(const Content& content, long pos) { return pos >= 0 && pos <= static_cast<long>(Size(content)); }
+
+// A part of `other`, which may be the same object, is what pointers lead to.
+struct Operation {
+    const char* name;
+    void (*apply)(VqBlob& blob, VqBlob& other, long pos, long n);
+    void (*model)(Content& blob, Content& other, long pos, long n);
+};
+
+long PartLength(const VqBlob& other, long pos, long n) { return other.Seek(pos, n) != nullptr ? n : 0; }
+std::string Part(const Content& other, long pos, long n) {
+    const bool within = Inside(other, pos) && n > 0 && n <= static_cast<long>(Size(other)) - pos;
+    return within ? other->substr(static_cast<std::size_t>(pos), static_cast<std::size_t>(n)) : std::string();
+}
+void Lengthen(Content& content, long n) {
+    content = content.value_or("");
+    content->resize(static_cast<std::size_t>(std::clamp(n, 0L, 500L)));
+}
+
+constexpr Operation operations[] = {
+    {"=", [](VqBlob& a, VqBlob& b, long, long) { a = static_cast<const VqBlob&>(b); },
+     [](Content& a, Content& b, long, long) { a = Content(b); }},
+    {"Destroy", [](VqBlob& a, VqBlob& b, long, long) { a.Destroy(b); },
+     [](Content& a, Content& b, long, long) {
+         if (&a == &b) return;
+         a = b;
+         if (b) b = "";
+     }},
+    {"move", [](VqBlob& a, VqBlob& b, long, long) { a = std::move(b); },
+     [](Content& a, Content& b, long, long) {
+         if (&a == &b) return;
+         a = b;
+         b = std::nullopt;
+     }},
+    {"SetTo", [](VqBlob& a, VqBlob& b, long pos, long n) { a.SetTo(b.Seek(pos, n), PartLength(b, pos, n)); },
+     [](Content& a, Content& b, long pos, long n) { a = Part(b, pos, n); }},
+    {"Append part", [](VqBlob& a, VqBlob& b, long pos, long n) { a.Append(b.Seek(pos, n), PartLength(b, pos, n)); },
+     [](Content& a, Content& b, long pos, long n) {
+         const std::string part = Part(b, pos, n);
+         if (!part.empty()) a = a.value_or("") + part;
+     }},
+    {"+=", [](VqBlob& a, VqBlob& b, long, long) { a += b; },
+     [](Content& a, Content& b, long, long) {
+         if (Size(b) != 0) a = a.value_or("") + *b;
+     }},
+    {"Expand", [](VqBlob& a, VqBlob&, long, long n) { a.Expand(std::min(n, 500L)); },
+     [](Content& a, Content&, long, long n) { Lengthen(a, n); }},
+    {"Resize", [](VqBlob& a, VqBlob&, long, long n) { a.Resize(static_cast<unsigned long>(std::min(n, 500L))); },
+     [](Content& a, Content&, long, long n) { Lengthen(a, n); }},
+    {"Cut", [](VqBlob& a, VqBlob&, long pos, long n) { a.Cut(pos, n); },
+     [](Content& a, Content&, long pos, long n) {
+         if (a && Inside(a, pos) && n > 0) a->erase(static_cast<std::size_t>(pos), static_cast<std::size_t>(n));
+     }},
+    {"CopyFrom", [](VqBlob& a, VqBlob& b, long pos, long n) { a = b.CopyFrom(pos, n); },
+     [](Content& a, Content& b, long pos, long n) {
+         const bool none = !b || !Inside(b, pos) || n < 1;
+         a = none ? std::string(1, '\0') : b->substr(static_cast<std::size_t>(pos), static_cast<std::size_t>(n));
+     }},
+    {"CopyTo", [](VqBlob& a, VqBlob& b, long pos, long n) { a.CopyTo(b, pos, n); },
+     [](Content& a, Content& b, long pos, long n) {
+         if (!a || !b || !Inside(a, pos) || n < 1) return;
+         const std::size_t at = static_cast<std::size_t>(pos);
+         const std::size_t count = std::min({static_cast<std::size_t>(n), a->size() - at, b->size()});
+         a->replace(at, count, std::string(*b, 0, count));
+     }},
+    {"SetNullValue", [](VqBlob& a, VqBlob&, long, long) { a.SetNullValue(); },
+     [](Content& a, Content&, long, long) { a = std::nullopt; }},
+};
+
+Content RandomContent(std::mt19937& random) {
+    if (random() % 8 == 0) return std::nullopt;
+    std::string bytes(random() % 8 == 0 ? random() % 300 : random() % 8, 0);
+    for (char& byte : bytes) byte = static_cast<char>(random() % 3);
+    return bytes;
+}
+
+long RandomNumber(std::mt19937& random, const Content& content) {
+    static constexpr long ends[] = {LONG_MIN, INT_MIN, -1, INT_MAX, LONG_MAX, 0};
+    if (random() % 6 == 0) return ends[random() % std::size(ends)];
+    return static_cast<long>(random() % (Size(content) + 3)) - 1;
+}
+
+TEST(Blob, MembersDoWhatTheyDoToAString) {
+    std::mt19937 random(128);
+    for (int round = 0; round < 60000; ++round) {
+        Content models[] = {RandomContent(random), RandomContent(random)};
+        VqBlob blobs[] = {Make(models[0]), Make(models[1])};
+        for (int step = 0; step < 3; ++step) {
+            const Operation& operation = operations[random() % std::size(operations)];
+            const std::size_t other = random() % 3 == 0 ? 0 : 1;
+            const long pos = RandomNumber(random, models[other]), n = RandomNumber(random, models[other]);
+            operation.apply(blobs[0], blobs[other], pos, n);
+            operation.model(models[0], models[other], pos, n);
+            for (std::size_t i : {0U, 1U}) {
+                ASSERT_EQ(Show(blobs[i]), Show(models[i]))
+                    << operation.name << " " << pos << " " << n << (other == 0 ? " itself" : "") << " round " << round;
+            }
+        }
+    }
+}
+
+TEST(Blob, OrderIsThatOfTheBytesAndNullIsFirst) {
+    std::mt19937 random(2);
+    for (int round = 0; round < 20000; ++round) {
+        const Content a = RandomContent(random);
+        Content b = random() % 2 ? a : RandomContent(random);
+        if (b && random() % 2) b->push_back(static_cast<char>(random()));
+        // Bytes are compared without sign, as char_traits<char> does.
+        const int expected = !a || !b ? 2 * (a.has_value() - b.has_value()) : Sign(a->compare(*b));
+        ASSERT_EQ(Make(a) != Make(b), expected) << Show(a) << " and " << Show(b);
+        ASSERT_EQ(Make(a) == Make(b), expected == 0) << Show(a) << " and " << Show(b);
+    }
+}
+
+// --- Search
+
+TEST(Blob, SearchFindsTheFirstPlace) {
+    std::mt19937 random(1991);
+    for (int round = 0; round < 30000; ++round) {
+        // Repetitions of a short word with a few faults, so that many places nearly fit.
+        std::string word(1 + random() % 6, 'a'), text;
+        for (char& c : word) c = static_cast<char>('a' + random() % 2);
+        const std::size_t length = random() % (round % 100 == 0 ? 20000 : 400), faults = 1 + random() % 200;
+        while (text.size() < length) text += word;
+        for (char& c : text) {
+            if (random() % faults == 0) c = static_cast<char>('a' + random() % 3);
+        }
+        std::string wanted = text.empty() ? word : text.substr(random() % text.size(), random() % 120);
+        if (!wanted.empty() && random() % 3) wanted[random() % wanted.size()] ^= 1;
+        const std::size_t place = text.find(wanted);
+        const long expected = place != text.npos ? static_cast<long>(place) : VqBlob::NotFound;
+        ASSERT_EQ(Make(text).Search(Make(wanted)), expected) << wanted << " in " << text;
+    }
+}
+
+TEST(Blob, SearchTakesLinearTimeAndLongPatterns) {
+    // Comparing at each place would look at 10^11 bytes.
+    const std::string run(1 << 20, 'a');
+    const std::string half(1 << 19, 'a');
+    EXPECT_EQ(Make(run + "b").Search(Make(half + "b")), 1 << 19);
+    EXPECT_EQ(Make(run).Search(Make("b" + half)), VqBlob::NotFound);
+    EXPECT_EQ(Make(run).Search(Make(half + "b" + half)), VqBlob::NotFound);
+    EXPECT_EQ(Make(run + "ba" + run).Search(Make(half + "ba" + half)), 1 << 19);
+    EXPECT_EQ(Make("abc").Search(Make(std::nullopt)), 0);
+    EXPECT_EQ(Make("").Search(Make("")), 0);
+    EXPECT_EQ(Make(std::nullopt).Search(Make("")), VqBlob::NotFound);
+}
+
+// --- Lengths that cannot be had
+
+std::vector<unsigned long> refused;
+
+TEST(Blob, LengthsThatCannotBeHadAreToldToTheMemoryHandler) {
+    const VqMemoryHandler before = VqSetMemoryHandler([](unsigned long size) {
+        refused.push_back(size);
+        return refused.size() < 3 ? 1 : 0;
+    });
+    const auto expectRefused = [](unsigned long size) {
+        EXPECT_EQ(refused, std::vector<unsigned long>(3, size)) << "it is asked for as long as the handler helps";
+        refused.clear();
+    };
+    VqBlob blob("abc", 3);
+    blob.Append(nullptr, VqBlob::MaxLength);
+    expectRefused(2147483650UL);
+    if (LONG_MAX > VqBlob::MaxLength) {
+        const long most = VqBlob::MaxLength;
+        EXPECT_TRUE(VqBlob(most + 1).IsNullValue());
+        expectRefused(2147483648UL);
+        blob.Append(blob.Data(), LONG_MAX);
+        expectRefused((1UL << 31 << 31) + 3);
+        for (int i = 0; i < 3; ++i) {
+            if (i == 0) blob.SetTo("x", most + 1);
+            if (i == 1) blob.Expand(most + 1);
+            if (i == 2) blob.Resize(static_cast<unsigned long>(most) + 1);
+            expectRefused(2147483648UL);
+        }
+    }
+    EXPECT_EQ(Show(blob), "61 62 63");
+    blob.Resize(ULONG_MAX);
+    EXPECT_EQ(Show(blob), "");
+    VqSetMemoryHandler(before);
+}
+
+// --- Disk form
+
+using Blobs = std::vector<VqBlob>;
+
+std::string ShowAll(const Blobs& blobs) {
+    std::string text;
+    for (const VqBlob& blob : blobs) text += "(" + Show(blob) + ")";
+    return text;
+}
+
+TEST(BlobDiskForm, DamagedAreasStayWithinTheirTotal) {
+    const struct {
+        std::string bytes;
+        unsigned long size;  // as a memory file tells it; 0: beyond its end
+        const char* loaded;
+    } cases[] = {
+        {{"\0\0\0\x0A\0\0\0\1a\0\0\0\1b", 14}, 14, "(61)(62)"},
+        {{"\0\0\0\x08\xFF\xFF\xFF\xFF\0\0\0\0", 12}, 12, "(null)()"},
+        {{"\0\0\0\0", 4}, 4, "(null)(null)"},              // no blob at all
+        {{"\0\0\0\x03\0\0\0", 7}, 7, "(null)(null)"},      // half a length
+        {{"\0\0\0\x06\0\0\0\1ab", 10}, 10, "(61)(null)"},  // bytes that nobody owns
+        {{"\0\0\0\x06\0\0\0\xFF"
+          "ab",
+          10},
+         10,
+         "(61 62)(null)"},  // a length past the total
+        {{"\0\0\0\x06\x7F\xFF\xFF\xFF"
+          "ab",
+          10},
+         10,
+         "(61 62)(null)"},
+        {{"\0\0\0\x0A\x80\0\0\0\0\0\0\1a\0", 14}, 14, "(null)(61)"},  // a negative length
+        {{"\0\0\0\x0B\0\0\0\1a\0\0\0\1b", 14}, 0, nullptr},           // a total past the end
+        {{"\xFF\xFF\xFF\xFF\0\0\0\1a", 9}, 0, nullptr},
+        {{"\xFF\xFF\xFF\xFC\0\0\0\1a", 9}, 0, nullptr},
+        {{"\0\0\0", 3}, 0, nullptr},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(Hex(c.bytes.data(), c.bytes.size()));
+        const std::vector<char> exact(c.bytes.begin(), c.bytes.end());
+        MemFile file(exact.data(), static_cast<unsigned long>(exact.size()));
+        EXPECT_EQ(BlobSizeGetFromMemFile(&file, VqFormat_BigEndian, 2), c.size != 0 ? c.size : 4294967295UL);
+        EXPECT_EQ(file.Position(), 0u);
+        if (c.size == 0) continue;
+        EXPECT_EQ(BlobSizeGet(exact.data(), 0, VqFormat_BigEndian, 2), c.size);
+        Blobs loaded(2, VqBlob("old"));
+        EXPECT_EQ(BlobLoad(loaded.data(), exact.data(), VqFormat_BigEndian, 2), c.size);
+        EXPECT_EQ(ShowAll(loaded), c.loaded);
+    }
+    EXPECT_EQ(BlobStore(nullptr, nullptr, 1, 0) + BlobLoad(nullptr, nullptr, 1, 0) + BlobNullSizeGet(0), 0u);
+    EXPECT_EQ(BlobNullSizeGet(3), 16u);
+}
+
+// Zero bytes that nobody looks at take no memory where addresses are many.
+TEST(BlobDiskForm, WhatTheTotalCannotCountIsLeftOut) {
+    if (sizeof(void*) == 4) GTEST_SKIP() << "no room for such blobs";
+    Blobs blobs;
+    for (int i = 0; i < 3; ++i) blobs.emplace_back(VqBlob::MaxLength);
+    ASSERT_FALSE(blobs[2].IsNullValue());
+    EXPECT_EQ(BlobSizeGet(blobs.data(), VqFormat_Memory, 1, 1), 2147483655UL);
+    EXPECT_EQ(BlobSizeGet(blobs.data(), VqFormat_Memory, 1, 3), 4294967294UL);
+}
+
+// --- Text
+
+TEST(BlobText, PrintsLengthAndPairs) {
+    const struct {
+        Content content;
+        const char *format, *text;
+    } cases[] = {
+        {"a\xFF", nullptr, "[BLOB,len=2]"},        {"", nullptr, "[BLOB,len=0]"},   {std::nullopt, "%X", "{NULL}"},
+        {"a\xFFz", "%X/%x %L", "61FF7A/61ff7a 3"}, {"a", "%%L%s%d%%%", "%L%s%d%%"}, {"", "<%X>", "<>"},
+    };
+    for (const auto& c : cases) {
+        VqString text(">");
+        Make(c.content).PrintToVqString(text, c.format);
+        EXPECT_EQ(Bytes(text), std::string(">") + c.text);
+    }
+    AssertRecorder recorder;
+    for (const bool wide : {false, true}) {
+        VqString longText = wide ? Wide(u"abc") : VqString("abc");
+        VqBlob(40000L).PrintToVqString(longText, ".%X");
+        EXPECT_EQ(longText.Len(), wide ? 32764 : 65532);
+    }
+    EXPECT_TRUE(recorder.Lines().empty());
+}
+
+TEST(BlobText, ScansPairsAndPassesOverLengths) {
+    const struct {
+        const char *text, *format, *content;
+    } cases[] = {
+        {"00fF7a", "%X", "00 ff 7a"},
+        {"", "%x", ""},
+        {"7", "%X", "6f 6c 64"},
+        {"zz", "%X", "6f 6c 64"},
+        {"077", "%X", "07"},
+        {"<07>", "<%X>", "07"},
+        {"<>", "<%X>", ""},
+        {"(07>", "<%X>", "6f 6c 64"},
+        {"[BLOB,len=99]", nullptr, "6f 6c 64"},
+        {"2:0102", "%L:%x", "01 02"},
+        {"%%01", "%%%%%x", "01"},
+        {"{NULL}", "%X", "null"},
+    };
+    for (const auto& c : cases) {
+        for (const bool wide : {false, true}) {
+            VqString text = wide ? Wide(std::u16string(c.text, c.text + std::strlen(c.text))) : VqString(c.text);
+            VqBlob blob("old", 3);
+            blob.ScanFromVqString(text, c.format);
+            EXPECT_EQ(Show(blob), c.content) << c.text << " under " << (c.format != nullptr ? c.format : "its own");
+        }
+    }
+}
+
+}  // namespace
