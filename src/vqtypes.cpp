@@ -10,7 +10,7 @@
 #include "blob.h"
 #include "booleanslots.h"
 #include "classslots.h"
-#include "datetime.h"
+#include "dateslots.h"
 #include "defaultmanager.h"
 #include "istringslots.h"
 #include "ref.h"
@@ -215,6 +215,9 @@ constexpr VqTypeDescriptor LifeNullAndText() {
         return row;                                                    \
     }()
 
+constexpr VqTypeDescriptor dateFamily = VALUE_FAMILY(VqDate, Date, vq::DateSlots);
+constexpr VqTypeDescriptor timeFamily = VALUE_FAMILY(VqTime, Time, vq::TimeSlots);
+constexpr VqTypeDescriptor dateTimeFamily = VALUE_FAMILY(VqDateTime, DaTime, vq::DateTimeSlots);
 constexpr VqTypeDescriptor booleanFamily = VALUE_FAMILY(VqBoolean, Boolean, vq::BooleanSlots);
 constexpr VqTypeDescriptor sealFamily = VALUE_FAMILY(VqSeal, Seal, vq::SealSlots);
 
@@ -281,14 +284,14 @@ constexpr IdentifiedRow rowsById[] = {
     ROW(VqByte,          1,                     1, "%c",                         charFamily, {.compare = ByteCompare}),
     // texts, dates, identifiers
     ROW(VqString,        sizeof(VqString),      0, "%s",                         stringFamily),
-    ROW(VqDate,          4,                     1, "%a %e.%b %Y",                opaqueWithNull<VqDate>),
-    ROW(VqTime,          3,                     1, "%I:%M:%S %p",                opaqueWithNull<VqTime>),
+    ROW(VqDate,          4,                     1, "%a %e.%b %Y",                dateFamily),
+    ROW(VqTime,          3,                     1, "%I:%M:%S %p",                timeFamily),
     ROW(BlockId,         4,                     1, "#%lu",                       longFamily, {.compare = DwordCompare}),
     ROW(VqObjId,         12,                    1, "(%H-%L#%B)",                 opaqueWithNull<VqObjId>),
     ROW(VqClassId,       4,                     1, "(%Cv%V)",                    opaqueWithNull<VqClassId>),
     ROW(VqRef,           20,                    1, "(%D:%H-%L#%B, %C)",          opaqueWithNull<VqRef>),
     ROW(VqBlob,          sizeof(VqBlob),        0, "[BLOB,len=%L]",              opaqueWithNull<VqBlob>),
-    ROW(VqDateTime,      8,                     1, "%a %e.%b %Y %I:%M:%S %p",    opaqueWithNull<VqDateTime>),
+    ROW(VqDateTime,      8,                     1, "%a %e.%b %Y %I:%M:%S %p",    dateTimeFamily),
     ROW(VqIString,       sizeof(VqIString),     0, "%s",                         istringFamily),
     ROW(VqCaseIString,   sizeof(VqCaseIString), 0, "%s",                         caseIStringFamily),
     ROW(d_Date,          4,                     1, "%a %b %e",                   opaque<d_Date>),
