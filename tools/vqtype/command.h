@@ -5,12 +5,17 @@
 
 #include <CLI/CLI.hpp>
 
+#include <optional>
 #include <string>
 #include <vector>
 
 void AddTypesCommand(CLI::App& program);
 void AddEncodeCommand(CLI::App& program);
 void AddDecodeCommand(CLI::App& program);
+void AddShowCommand(CLI::App& program);
+void AddPrintCommand(CLI::App& program);
+void AddScanCommand(CLI::App& program);
+void AddConvertCommand(CLI::App& program);
 void AddSortCommand(CLI::App& program);
 void AddCollateCommand(CLI::App& program);
 void AddCodeSetsCommand(CLI::App& program);
@@ -22,6 +27,17 @@ void AddDemoCommand(CLI::App& program);
 std::vector<std::string> ShieldedValues(const std::vector<std::string>& arguments);
 inline std::string Unshielded(const std::string& value) {
     return !value.empty() && value[0] == '\0' ? value.substr(1) : value;
+}
+
+std::vector<std::string> Unshielded(const std::vector<std::string>& values);
+
+/// Adds --format; `format` stays empty without it.
+inline void AddFormatOption(CLI::App& command, std::optional<std::string>& format) {
+    command
+        .add_option_function<std::string>(
+            "--format", [&format](const std::string& text) { format = Unshielded(text); },
+            "The format instead of the row's own")
+        ->type_name("FORMAT");
 }
 
 /// Adds --order little|big, stored as its name.

@@ -1,8 +1,10 @@
 #include "diskform.h"
 
 #include <algorithm>
+#include <cstdint>
 
 #include "error.h"
+#include "layout.h"
 #include "memfile.h"
 #include "table.h"
 #include "vqcodeset.h"
@@ -11,6 +13,20 @@ namespace {
 
 constexpr std::size_t BytesPerLine = 16;
 
+// An unsigned number of up to 4 bytes.
+std::uint32_t ReadNumber(const Bytes& bytes, std::size_t at, std::size_t size, unsigned char format) {
+    std::uint32_t number = 0;
+    for (std::size_t i = 0; i < size; ++i) {
+        number = number << 8 | bytes[at + (format == VqFormat_BigEndian ? i : size - 1 - i)];
+    }
+    return number;
+}
+
+std::int32_t ReadSigned(const Bytes& bytes, std::size_t at, std::size_t size, unsigned char format) {
+    const std::uint32_t sign = 1u << (8 * size - 1);
+    return static_cast<std::int32_t>((ReadNumber(bytes, at, size, format) ^ sign) - sign);
+}
+
 // --- Strings: 16-bit length of what follows, code set, language, characters, 0x00, 0xFF
 
 constexpr std::size_t LengthSize = 2;   // of the length field
@@ -18,8 +34,7 @@ constexpr std::size_t StringLeast = 4;  // of what follows: code set, language, 
 constexpr std::size_t TrailerSize = 2;
 
 std::size_t ReadLength(const Bytes& bytes, std::size_t at, unsigned char format) {
-    const unsigned first = bytes[at], second = bytes[at + 1];
-    return format == VqFormat_BigEndian ? first << 8 | second : second << 8 | first;
+    return ReadNumber(bytes, at, LengthSize, format);
 }
 
 [[noreturn]] void FailShort(VqTypeId id, std::size_t at, std::size_t needed, std::size_t left) {
@@ -72,10 +87,6 @@ void CheckStringRecord(const Bytes& bytes, std::size_t at, std::size_t following
     }
 }
 
-std::string StringText(const ValueArray& values, unsigned long index) {
-    return values.IsNull(index) ? values.Print(index) : Quoted(values.Print(index));
-}
-
 std::string LengthText(std::size_t following) { return fmt::format("{} bytes follow", following); }
 
 void AddStringFields(std::vector<Field>& fields, const Bytes& bytes, std::size_t at, std::size_t size,
@@ -86,7 +97,7 @@ void AddStringFields(std::vector<Field>& fields, const Bytes& bytes, std::size_t
     fields.push_back({at + 3, 1, prefix + "language",
                       values.IsNull(index) ? fmt::format("{} (null: {})", bytes[at + 3], values.Print(index))
                                            : DescribeLanguage(bytes[at + 3])});
-    fields.push_back({at + 4, textSize, prefix + "text", StringText(values, index)});
+    fields.push_back({at + 4, textSize, prefix + "text", values.Describe(index)});
     fields.push_back({at + 4 + textSize, TrailerSize, prefix + "trailer", ""});
 }
 
@@ -116,8 +127,72 @@ DiskForm ReadLegacyStrings(const Bytes& bytes, unsigned char format) {
     start = LengthSize;
     for (unsigned long i = 0; i < count; start = ends[i++] + 1) {
         const std::string prefix = Prefix(i, count);
-        form.fields.push_back({start, ends[i] - start, prefix + "text", StringText(*form.values, i)});
+        form.fields.push_back({start, ends[i] - start, prefix + "text", form.values->Describe(i)});
         form.fields.push_back({ends[i], 1, prefix + "terminator", ""});
+    }
+    return form;
+}
+
+// --- 8-bit strings: flags, 16-bit length, characters
+
+bool IsShortString(VqTypeId id) { return id == VqTypeId_VqIString || id == VqTypeId_VqCaseIString; }
+
+void AddShortStringFields(std::vector<Field>& fields, const Bytes& bytes, std::size_t at, std::size_t size,
+                          unsigned char format, const ValueArray& values, unsigned long index,
+                          const std::string& prefix) {
+    const std::size_t textAt = at + 1 + LengthSize;
+    fields.push_back({at, 1, prefix + "flags", fmt::format("0x{:02x}", bytes[at])});
+    fields.push_back({at + 1, LengthSize, prefix + "length", LengthText(ReadLength(bytes, at + 1, format))});
+    fields.push_back({textAt, at + size - textAt, prefix + "text", values.Describe(index)});
+}
+
+// --- Blobs: one 32-bit count of all that follows, then for each a 32-bit length and its bytes
+
+constexpr std::size_t BlobLengthSize = 4;
+constexpr std::int32_t NullBlobLength = -1;
+
+// The places where the blobs begin.
+std::vector<std::size_t> RequireBlobs(const Bytes& bytes, unsigned char format) {
+    if (bytes.size() < BlobLengthSize) FailShort(VqTypeId_VqBlob, 0, BlobLengthSize, bytes.size());
+    const std::int64_t total = ReadSigned(bytes, 0, BlobLengthSize, format);
+    const auto following = static_cast<std::int64_t>(bytes.size() - BlobLengthSize);
+    if (total != following) {
+        throw CommandError("HEX: the blobs' total at offset 0 counts {} bytes behind it; there are {}", total,
+                           following);
+    }
+    std::vector<std::size_t> starts;
+    for (std::size_t at = BlobLengthSize; at < bytes.size();) {
+        const std::size_t left = bytes.size() - at;
+        if (left < BlobLengthSize) FailShort(VqTypeId_VqBlob, at, BlobLengthSize, left);
+        const std::int32_t length = ReadSigned(bytes, at, BlobLengthSize, format);
+        if (length < NullBlobLength) {
+            throw CommandError("HEX: the blob at offset {} has the length {}; expected -1 for null, 0 or more", at,
+                               length);
+        }
+        const std::size_t size = BlobLengthSize + static_cast<std::size_t>(std::max(length, 0));
+        if (size > left) FailShort(VqTypeId_VqBlob, at, size, left);
+        starts.push_back(at);
+        at += size;
+    }
+    return starts;
+}
+
+DiskForm ReadBlobs(const Bytes& bytes, unsigned char format) {
+    const std::vector<std::size_t> starts = RequireBlobs(bytes, format);
+    const auto count = static_cast<unsigned long>(starts.size());
+    DiskForm form{std::make_unique<ValueArray>(VqTypeId_VqBlob, count), {}};
+    form.fields.push_back({0, BlobLengthSize, "total", LengthText(bytes.size() - BlobLengthSize)});
+    if (count == 0) return form;
+    form.values->Load(bytes, format);
+    for (unsigned long i = 0; i < count; ++i) {
+        const std::string prefix = Prefix(i, count);
+        const std::size_t at = starts[i];
+        const std::size_t end = i + 1 < count ? starts[i + 1] : bytes.size();
+        const bool isNull = form.values->IsNull(i);
+        form.fields.push_back({at, BlobLengthSize, prefix + "length",
+                               isNull ? fmt::format("{} (null: {})", NullBlobLength, form.values->Print(i))
+                                      : fmt::format("{} bytes", end - at - BlobLengthSize)});
+        if (!isNull) form.fields.push_back({at + BlobLengthSize, end - at - BlobLengthSize, prefix + "bytes", ""});
     }
     return form;
 }
@@ -134,27 +209,38 @@ std::size_t RequireValue(VqTypeId id, const Bytes& bytes, std::size_t at, unsign
     return size;
 }
 
-// The row of a nullable scalar: an indicator byte stands before the value.
-bool IsNullableScalar(VqTypeId id) { return id >= VqTypeId_VqNull_char && id <= VqTypeId_VqNull_VqInt64; }
+constexpr std::string_view WholeValue = "value", NullIndicator = "null";
 
-std::string ValueText(const ValueArray& values, unsigned long index) {
-    const std::string text = values.PrintExact(index);
-    const bool isCharacter =
-        std::string(Manager().ExchangeFormat(values.GetType(), nullptr)) == "%c" && text.size() == 1;
-    return isCharacter ? Quoted(text) : text;
+std::string PartText(const Part& part, const Bytes& bytes, std::size_t at, unsigned char format) {
+    switch (part.kind) {
+        case PartKind::Signed:
+            return fmt::to_string(ReadSigned(bytes, at, part.size, format));
+        case PartKind::Unsigned:
+            return fmt::to_string(ReadNumber(bytes, at, part.size, format));
+        case PartKind::HighFirst:
+            return fmt::to_string(ReadNumber(bytes, at, part.size, VqFormat_BigEndian));
+        default:
+            return "";
+    }
 }
 
+// A value of several parts stands whole in front of them, without bytes of its own.
 void AddFields(std::vector<Field>& fields, const Bytes& bytes, std::size_t at, std::size_t size,
-               const ValueArray& values, unsigned long index) {
+               const ValueArray& values, unsigned long index, unsigned char format) {
     const VqTypeId id = values.GetType();
     const std::string prefix = Prefix(index, values.GetCount());
     if (id == VqTypeId_VqString) return AddStringFields(fields, bytes, at, size, values, index, prefix);
-    if (IsNullableScalar(id)) {
-        fields.push_back(
-            {at, 1, prefix + "null", fmt::format("{} ({})", bytes[at], values.IsNull(index) ? "yes" : "no")});
-        ++at, --size;
+    if (IsShortString(id)) return AddShortStringFields(fields, bytes, at, size, format, values, index, prefix);
+    const std::vector<Part> parts = DiskParts(id);
+    const bool isWhole =
+        std::any_of(parts.begin(), parts.end(), [](const Part& part) { return part.name == WholeValue; });
+    if (!isWhole) fields.push_back({at, 0, prefix + "value", values.Describe(index)});
+    for (const Part& part : parts) {
+        std::string text = PartText(part, bytes, at + part.offset, format);
+        if (part.name == WholeValue) text = values.Describe(index);
+        if (part.name == NullIndicator) text += values.IsNull(index) ? " (yes)" : " (no)";
+        fields.push_back({at + part.offset, part.size, prefix + part.name, text});
     }
-    fields.push_back({at, size, prefix + "value", ValueText(values, index)});
 }
 
 }  // namespace
@@ -162,6 +248,7 @@ void AddFields(std::vector<Field>& fields, const Bytes& bytes, std::size_t at, s
 DiskForm ReadDiskForm(VqTypeId id, const Bytes& bytes, unsigned char format) {
     if (bytes.empty()) throw CommandError("HEX: no bytes");
     if (id == VqTypeId_VqString && IsLegacy(bytes, format)) return ReadLegacyStrings(bytes, format);
+    if (id == VqTypeId_VqBlob) return ReadBlobs(bytes, format);
     std::vector<std::size_t> starts;
     for (std::size_t at = 0; at < bytes.size(); at += RequireValue(id, bytes, at, format)) starts.push_back(at);
 
@@ -170,7 +257,7 @@ DiskForm ReadDiskForm(VqTypeId id, const Bytes& bytes, unsigned char format) {
     form.values->Load(bytes, format);
     for (unsigned long i = 0; i < count; ++i) {
         const std::size_t end = i + 1 < count ? starts[i + 1] : bytes.size();
-        AddFields(form.fields, bytes, starts[i], end - starts[i], *form.values, i);
+        AddFields(form.fields, bytes, starts[i], end - starts[i], *form.values, i, format);
     }
     return form;
 }

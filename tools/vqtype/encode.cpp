@@ -19,11 +19,8 @@ struct EncodeOptions {
 };
 
 Bytes EncodeValues(VqTypeId id, const EncodeOptions& options) {
-    const TextOptions text{ParseCodeSet(options.codeSet), ParseLanguage(options.language)};
-    const ValueArray values(id, static_cast<unsigned long>(options.values.size()));
-    for (unsigned long i = 0; i < values.GetCount(); ++i) {
-        values.Scan(i, Unshielded(options.values[i]), text, fmt::format("VALUE {}", i + 1));
-    }
+    const ValueArray values(id, Unshielded(options.values),
+                            {ParseCodeSet(options.codeSet), ParseLanguage(options.language)});
     return values.Store(ByteOrderOf(options.order));
 }
 
@@ -39,21 +36,6 @@ void Encode(const EncodeOptions& options) {
 }
 
 }  // namespace
-
-std::vector<std::string> ShieldedValues(const std::vector<std::string>& arguments) {
-    std::vector<std::string> shielded;
-    bool onlyValues = false;
-    for (const std::string& argument : arguments) {
-        const bool isList =
-            argument == "{}" || (argument.size() > 1 && argument.front() == '[' && argument.back() == ']');
-        if (argument == "--" && !onlyValues) {
-            onlyValues = true;
-        } else {
-            shielded.push_back((onlyValues || isList ? std::string(1, '\0') : "") + argument);
-        }
-    }
-    return shielded;
-}
 
 void AddEncodeCommand(CLI::App& program) {
     const auto options = std::make_shared<EncodeOptions>();

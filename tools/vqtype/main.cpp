@@ -3,8 +3,10 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 #include <new>
 #include <sstream>
+#include <string_view>
 
 #include "command.h"
 #include "error.h"
@@ -55,6 +57,10 @@ void AddCommands(CLI::App& program) {
     AddTypesCommand(program);
     AddEncodeCommand(program);
     AddDecodeCommand(program);
+    AddShowCommand(program);
+    AddPrintCommand(program);
+    AddScanCommand(program);
+    AddConvertCommand(program);
     AddSortCommand(program);
     AddCollateCommand(program);
     AddCodeSetsCommand(program);
@@ -70,6 +76,11 @@ void CheckCommand(const CLI::App& program, const std::vector<std::string>& argum
         names += (names.empty() ? "" : ", ") + command->get_name();
     }
     throw CommandError("{}: there is no such command; expected one of {}", Echo(arguments[0]), names);
+}
+
+bool TakesValues(std::string_view command) {
+    constexpr std::string_view Commands[] = {"encode", "print", "scan", "convert"};
+    return std::find(std::begin(Commands), std::end(Commands), command) != std::end(Commands);
 }
 
 // Help and version end the parsing early; their text is output like any other.
@@ -88,7 +99,7 @@ int Run(CLI::App& program, std::vector<std::string> arguments) {
     try {
         AddCommands(program);
         CheckCommand(program, arguments);
-        if (!arguments.empty() && arguments[0] == "encode") arguments = ShieldedValues(arguments);
+        if (!arguments.empty() && TakesValues(arguments[0])) arguments = ShieldedValues(arguments);
         std::reverse(arguments.begin(), arguments.end());  // as the parser takes them
         Parse(program, std::move(arguments));
         FlushOutput();

@@ -114,3 +114,7 @@ TextRule TextRuleOf(VqTypeId id) {
     }
     return {format, nullptr, "a text like " + Quoted(format)};
 }
+
+ChosenFormat::ChosenFormat(VqTypeId id, const std::optional<std::string>& format)
+    : utf8_(format.value_or(RowFormat(id))),
+      text_(MakeString(utf8_, {VqString::GetDefault8CodeSet(), 0, false}, "--format")) {}

@@ -3,6 +3,7 @@
 #ifndef VQTYPE_TEXTRULES_H
 #define VQTYPE_TEXTRULES_H
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -20,5 +21,18 @@ TextRule TextRuleOf(VqTypeId id);
 
 /// The row's own format.
 std::string RowFormat(VqTypeId id);
+
+/// A format that the user gave, or else the row's own, as the manager takes it: text in the default 8-bit code set.
+class ChosenFormat {
+  public:
+    /// Throws CommandError for characters that the set does not have.
+    ChosenFormat(VqTypeId id, const std::optional<std::string>& format);
+    const char* Get() const { return text_.StrGet(); }
+    const std::string& Utf8() const { return utf8_; }
+
+  private:
+    std::string utf8_;
+    VqString text_;
+};
 
 #endif

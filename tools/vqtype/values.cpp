@@ -43,11 +43,11 @@ std::string NearestType(const std::string& name) {
 
 VqTypeMgr& Manager() { return *DefaultTypeMgr(nullptr); }
 
-VqTypeId ParseType(const std::string& name) {
+VqTypeId ParseType(const std::string& name, const char* place) {
     char id = 0;
     if (Manager().Name2VqTypeId(name.c_str(), id) == 0) return static_cast<VqTypeId>(id);
     const std::string nearest = NearestType(name);
-    throw CommandError("TYPE {}: there is no type of this name{} (`vqtype types` lists all)", Echo(name),
+    throw CommandError("{} {}: there is no type of this name{} (`vqtype types` lists all)", place, Echo(name),
                        nearest.empty() ? "" : fmt::format("; did you mean {}?", nearest));
 }
 
@@ -58,10 +58,33 @@ bool CanEncode(VqTypeId id) {
            Does(id, "scan");
 }
 
+bool CanPrint(VqTypeId id) { return Does(id, "create") && Does(id, "print") && Does(id, "scan"); }
+
+VqTypeId ParsePrintableType(const std::string& name, const char* done) {
+    const VqTypeId id = ParseType(name);
+    if (CanPrint(id)) return id;
+    throw CommandError("TYPE {}: cannot be {} (`vqtype types` shows which can: text)", TypeName(id), done);
+}
+
+VqString ScannedText(VqTypeId id, std::string_view text, const TextOptions& options, const std::string& place) {
+    // Only strings have a code set of their own.
+    const TextOptions singleByte{VqString::GetDefault8CodeSet(), 0, false};
+    return MakeString(text, id == VqTypeId_VqString ? options : singleByte, place);
+}
+
+bool CanConvertTo(VqTypeId id) { return CanPrint(id) && Does(id, "convertTo"); }
+
+bool CanConvertFrom(VqTypeId id) { return CanPrint(id) && Does(id, "convertFrom"); }
+
 bool CanSort(VqTypeId id) { return Does(id, "create") && Does(id, "compare") && Does(id, "scan"); }
 
 ValueArray::ValueArray(VqTypeId id, unsigned long count)
     : id_(id), count_(count), values_(Manager().Create(id, count)) {}
+
+ValueArray::ValueArray(VqTypeId id, const std::vector<std::string>& texts, const TextOptions& options)
+    : ValueArray(id, static_cast<unsigned long>(texts.size())) {
+    for (unsigned long i = 0; i < count_; ++i) Scan(i, texts[i], options, fmt::format("VALUE {}", i + 1));
+}
 
 ValueArray::~ValueArray() { Manager().Delete(id_, values_, count_); }
 
@@ -83,9 +106,7 @@ void ValueArray::Scan(unsigned long index, std::string_view text, const TextOpti
     if (rule.accepts && !rule.accepts(text)) {
         throw CommandError("{}: {} is no {}: expected {}", place, Echo(text), TypeName(id_), rule.expected);
     }
-    // Only strings have a code set of their own; every other type is scanned from 1-byte characters.
-    const TextOptions singleByte{VqString::GetDefault8CodeSet(), 0, false};
-    VqString string = MakeString(text, id_ == VqTypeId_VqString ? options : singleByte, place);
+    VqString string = ScannedText(id_, text, options, place);
     if (rule.format) {
         Manager().ScanFromVqString(id_, At(index), string, rule.format, 1);
     } else {
@@ -138,6 +159,18 @@ std::string ValueArray::PrintExact(unsigned long index) const {
     Manager().ScanFromVqString(id_, copy.Data(), text, nullptr, 1);
     const bool same = copy.Store(VqFormat_LittleEndian) == Store(VqFormat_LittleEndian, index, 1);
     return same ? shorter : Print(index, isDouble ? "%.17g" : "%.9g");
+}
+
+std::string ValueArray::Describe(unsigned long index) const {
+    const std::string text = PrintExact(index), format = RowFormat(id_);
+    const bool isText = format == "%s" || (format == "%c" && text.size() == 1);
+    return isText && !IsNull(index) ? Quoted(text) : text;
+}
+
+std::string ValueArray::PrintAll(const char* format, const TextOptions& options) const {
+    VqString out;
+    if (id_ == VqTypeId_VqString) out = VqString(options.codeSet, options.language);
+    return ToUtf8(Manager().PrintToVqString(id_, out, Data(), format, count_));
 }
 
 long ValueArray::Compare(unsigned long a, unsigned long b) const {

@@ -17,20 +17,34 @@ using Bytes = std::vector<unsigned char>;
 /// The default type manager.
 VqTypeMgr& Manager();
 
-/// The row of that name. Throws CommandError, with the nearest name, when there is none.
-VqTypeId ParseType(const std::string& name);
+/// The row of that name. Throws CommandError, its text starting with `place`, with the nearest name, when there is
+/// none.
+VqTypeId ParseType(const std::string& name, const char* place = "TYPE");
 /// The row's name.
 std::string TypeName(VqTypeId id);
 /// True when the row has a value to write and to read, in text and on disk.
 bool CanEncode(VqTypeId id);
+/// True when the row has values that can be read from text and printed.
+bool CanPrint(VqTypeId id);
+/// The row of that name, which can be printed. Throws CommandError saying that it cannot be `done` ("scanned").
+VqTypeId ParsePrintableType(const std::string& name, const char* done);
+/// True when the row's values have exchange texts, and when values can be made from such.
+bool CanConvertTo(VqTypeId id);
+bool CanConvertFrom(VqTypeId id);
 /// True when the row has an order of its own and can be scanned.
 bool CanSort(VqTypeId id);
+
+/// The UTF-8 text as the row scans it: strings as `options` say, all others in 1-byte characters. Throws CommandError,
+/// its text starting with `place`, for characters that those do not have.
+VqString ScannedText(VqTypeId id, std::string_view text, const TextOptions& options, const std::string& place);
 
 /// An array of values of one type; it owns them.
 class ValueArray {
   public:
     /// `count` values as the row's Create leaves them.
     ValueArray(VqTypeId id, unsigned long count);
+    /// One value for each text, as Scan reads it; in errors they are VALUE 1, VALUE 2 and so on.
+    ValueArray(VqTypeId id, const std::vector<std::string>& texts, const TextOptions& options);
     /// Takes over `count` values that the row made.
     ValueArray(VqTypeId id, unsigned long count, void* values) : id_(id), count_(count), values_(values) {}
     ValueArray(const ValueArray&) = delete;
@@ -50,10 +64,15 @@ class ValueArray {
     /// `place`, when the text is not wholly a value of the type.
     void Scan(unsigned long index, std::string_view text, const TextOptions& options, const std::string& place) const;
 
-    /// The value's text in UTF-8 under `format`; null for the row's own.
+    /// The value's text in UTF-8 under `format`, as the manager takes it; null for the row's own.
     std::string Print(unsigned long index, const char* format = nullptr) const;
     /// The value's text that Scan reads back without loss: a floating number with as many digits as that takes.
     std::string PrintExact(unsigned long index) const;
+
+    /// The same as the workbench shows it: a text or a character in quotes, null as the null print string.
+    std::string Describe(unsigned long index) const;
+    /// All values as one text under `format`, as Print takes it; strings in the code set of `options`.
+    std::string PrintAll(const char* format, const TextOptions& options) const;
 
     /// The text through which the value is converted, in UTF-8; none where that is the null string.
     std::optional<std::string> ExchangeText(unsigned long index) const;

@@ -1,0 +1,65 @@
+#include <memory>
+
+#include "command.h"
+#include "error.h"
+#include "files.h"
+#include "table.h"
+#include "values.h"
+
+namespace {
+
+struct ConvertOptions {
+    std::string from, to;
+    std::vector<std::string> values;
+    std::string codeSet = "1";
+    std::string language = "0";
+    bool plain = false;
+};
+
+VqTypeId ParseEnd(const std::string& name, const char* place, bool (*can)(VqTypeId)) {
+    const VqTypeId id = ParseType(Unshielded(name), place);
+    if (can(id)) return id;
+    throw CommandError("{} {}: cannot be converted (`vqtype types` shows which can: convert)", place, TypeName(id));
+}
+
+std::string ExchangeCell(const VqTypeConvertData& record, unsigned long index) {
+    const VqString* text = record.GetString(static_cast<int>(index));
+    return !text || text->IsNullValue() ? "null string" : Quoted(ToUtf8(*text));
+}
+
+void ShowTable(const ValueArray& from, const VqTypeConvertData& record, const ValueArray& to) {
+    const std::string fromName = TypeName(from.GetType()), toName = TypeName(to.GetType());
+    Table table{{fromName.c_str()}, {"exchange text"}, {toName.c_str()}};
+    for (unsigned long i = 0; i < from.GetCount(); ++i) {
+        table.AddRow({from.Describe(i), ExchangeCell(record, i), to.Describe(i)});
+    }
+    Write(table.Format());
+}
+
+void Convert(const ConvertOptions& options) {
+    const VqTypeId from = ParseEnd(options.from, "FROM", CanConvertTo);
+    const VqTypeId to = ParseEnd(options.to, "TO", CanConvertFrom);
+    const ValueArray values(from, Unshielded(options.values),
+                            {ParseCodeSet(options.codeSet), ParseLanguage(options.language)});
+    const std::unique_ptr<VqTypeConvertData> record(Manager().ConvertTo(from, values.Data(), values.GetCount()));
+    const ValueArray converted(to, values.GetCount(), Manager().ConvertFrom(to, record.get(), values.GetCount()));
+    if (!options.plain) return ShowTable(values, *record, converted);
+    for (unsigned long i = 0; i < converted.GetCount(); ++i) Write(converted.PrintExact(i) + "\n");
+}
+
+}  // namespace
+
+void AddConvertCommand(CLI::App& program) {
+    const auto options = std::make_shared<ConvertOptions>();
+    CLI::App* command = program.add_subcommand("convert", "Convert values of one type into another");
+    command->add_option("FROM", options->from, "The values' type")->required();
+    command->add_option("TO", options->to, "The type that they become")->required();
+    command->add_option("VALUE", options->values, "Values as text; {NULL} is the null value")->required();
+    AddTextOptions(*command, options->codeSet, options->language);
+    command->add_flag("--plain", options->plain, "Only the results, one a line");
+    command->footer(
+        "Every value travels as a text, its exchange text, from which the other type reads what it can; no conversion\n"
+        "fails. A null value travels as the null string, dates as numbers, of a blob only whether it is null.\n"
+        "Example: vqtype convert VqBoolean short TRUE FALSE '{NULL}'");
+    command->callback([options] { Convert(*options); });
+}
