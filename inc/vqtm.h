@@ -49,6 +49,7 @@
 #include "vqistring.h"
 #include "vqnull.h"
 #include "vqslots.h"
+#include "vqstd.h"
 #include "vqstring.h"
 #include "vqtypcmp.h"
 #include "vqtypes.h"
