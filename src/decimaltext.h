@@ -21,11 +21,11 @@ constexpr std::uint64_t LowByteFirst(std::uint64_t word) {
     return std::endian::native == std::endian::little ? word : __builtin_bswap64(word);
 }
 
-template <std::size_t Bytes = 8>
+template <class Word = std::uint64_t>
 inline std::uint64_t LoadText(const char* at) {
-    std::uint64_t word = 0;
-    std::memcpy(&word, at, Bytes);
-    return LowByteFirst(word);
+    Word word;
+    std::memcpy(&word, at, sizeof word);
+    return LowByteFirst(word) >> (std::endian::native == std::endian::little ? 0 : 64 - 8 * sizeof word);
 }
 
 inline void StoreText(char* at, std::uint64_t word) {
@@ -56,7 +56,18 @@ constexpr bool AreDigits(std::uint64_t digits) {
 
 // --- Writing
 
-// Without leading zeros; 0 is one digit.
+// Without leading zeros; 0 is one digit. For number < 10^4, in half a word.
+inline char* WriteFewDigits(char* out, std::uint32_t number) {
+    const std::uint32_t hundreds = number * 5243 >> 19;
+    const std::uint32_t pairs = hundreds | (number - 100 * hundreds) << 16;
+    const std::uint32_t tens = pairs * 103 >> 10 & 0x000F'000F;
+    const std::uint32_t digits = tens + ((pairs - 10 * tens) << 8);
+    const int zeros = std::countr_zero(digits | std::uint32_t{1} << 24) / 8;
+    StoreText(out, (digits | static_cast<std::uint32_t>(DigitZeros)) >> 8 * zeros);
+    return out + 4 - zeros;
+}
+
+// The same for number < 10^8.
 inline char* WriteFirstDigits(char* out, std::uint32_t number) {
     const std::uint64_t digits = SplitDigits(number);
     const int zeros = std::countr_zero(digits | std::uint64_t{1} << 56) / 8;
@@ -71,6 +82,7 @@ inline char* WriteEightDigits(char* out, std::uint32_t number) {
 
 // Returns the end of the text; there is no zero character behind it.
 inline char* WriteDecimal(char* out, std::uint64_t number) {
+    if (number < 10'000) return WriteFewDigits(out, static_cast<std::uint32_t>(number));
     if (number < EightDigits) return WriteFirstDigits(out, static_cast<std::uint32_t>(number));
     const std::uint64_t head = number / EightDigits;
     const auto last = static_cast<std::uint32_t>(number % EightDigits);
@@ -91,26 +103,26 @@ inline char* WriteSignedDecimal(char* out, std::int64_t number) {
 
 // --- Reading
 
-// The characters from `at` to `end`, at most seven, as one word that begins with '0's.
+// One to seven characters, with nothing read behind them: what two loads have in common is the same.
 inline std::uint64_t LoadShortText(const char* at, std::size_t length) {
-    if (length >= 4) {
-        const std::uint64_t word = LoadText<4>(at) | LoadText<4>(at + length - 4) << 8 * (length - 4);
-        return word;
-    }
-    std::uint64_t word = 0;
-    for (std::size_t i = 0; i < length; ++i) word |= std::uint64_t{static_cast<unsigned char>(at[i])} << 8 * i;
-    return word;
+    if (length >= 4) return LoadText<std::uint32_t>(at) | LoadText<std::uint32_t>(at + length - 4) << 8 * (length - 4);
+    const auto byte = [at](std::size_t i) { return LoadText<std::uint8_t>(at + i) << 8 * i; };
+    return byte(0) | byte(length / 2) | byte(length - 1);
 }
 
 // Reads the characters from `at` to `end`, modulo 2^64; none are 0. False if one of them is no digit.
-inline bool ReadDecimal(const char* at, const char* end, std::uint64_t& number) {
+[[gnu::always_inline]] inline bool ReadDecimal(const char* at, const char* end, std::uint64_t& number) {
     const auto length = static_cast<std::size_t>(end - at);
-    number = 0;
-    if (length == 0) return true;
-    // The first digits fill a word whose other bytes become zeros in front of them.
-    const std::size_t first = (length - 1) % 8 + 1;
-    const std::uint64_t text = length < 8 ? LoadShortText(at, length) : LoadText(at);
-    std::uint64_t digits = (text ^ DigitZeros) << 8 * (8 - first);
+    if (length < 8) {
+        number = 0;
+        if (length == 0) return true;
+        const std::uint64_t digits = (LoadShortText(at, length) ^ DigitZeros) << 8 * (8 - length);
+        number = JoinDigits(digits);
+        return AreDigits(digits);
+    }
+    // The digits that fill no word go up in one, with zeros in front of them; in two steps, because there may be none.
+    const std::size_t first = length % 8;
+    std::uint64_t digits = (LoadText(at) ^ DigitZeros) << 4 * (8 - first) << 4 * (8 - first);
     bool good = AreDigits(digits);
     number = JoinDigits(digits);
     for (at += first; at != end; at += 8) {
@@ -118,16 +130,6 @@ inline bool ReadDecimal(const char* at, const char* end, std::uint64_t& number) 
         good &= AreDigits(digits);
         number = number * EightDigits + JoinDigits(digits);
     }
-    return good;
-}
-
-// The same behind an optional '-' or '+'.
-inline bool ReadSignedDecimal(const char* at, const char* end, std::int64_t& number) {
-    const bool negative = at != end && *at == '-';
-    if (negative || (at != end && *at == '+')) ++at;
-    std::uint64_t bits;
-    const bool good = ReadDecimal(at, end, bits);
-    number = static_cast<std::int64_t>(negative ? 0 - bits : bits);
     return good;
 }
 

@@ -1,5 +1,6 @@
 #include "vqint64.h"
 
+#include <algorithm>
 #include <bit>
 #include <charconv>
 #include <cmath>
@@ -63,6 +64,11 @@ unsigned BaseOf(char letter) {
 
 bool BeginsConversion(const char* format) { return *format == '%' && BaseOf(format[1]) != 0; }
 
+// The format of nearly all numbers: one decimal conversion.
+bool IsDecimal(const char* format) {
+    return *format == '%' && (format[1] == 'S' || format[1] == 'd' || format[1] == 'i') && format[2] == 0;
+}
+
 // --- Text of a number
 
 // Digits of `width` bits each, without leading zeros.
@@ -96,6 +102,11 @@ char* WriteUnder(char* out, std::int64_t value, const char* format) {
         }
     }
     return out;
+}
+
+void Append(VqString& out, const char* text, const char* end) {
+    const auto length = std::min<std::size_t>(static_cast<std::size_t>(end - text), VqString::MaxSize);
+    out.AppendChars(text, VqString::GetDefault8CodeSet(), static_cast<unsigned short>(length));
 }
 
 // --- Number of a text
@@ -168,11 +179,11 @@ VqInt64 VqInt64::DivideByZero(int wantRemainder) const {
 void VqInt64::PrintToVqString(VqString& out, const char* format) const {
     if (format == nullptr) format = "%S";
     char stack[256];
+    if (IsDecimal(format)) return Append(out, stack, vq::WriteSignedDecimal(stack, Value()));
     const std::size_t room = RoomFor(format);
     const std::unique_ptr<char[]> heap(room > sizeof stack ? new char[room] : nullptr);
     char* const text = heap != nullptr ? heap.get() : stack;
-    *WriteUnder(text, Value(), format) = 0;
-    out << text;
+    Append(out, text, WriteUnder(text, Value(), format));
 }
 
 void VqInt64::ScanFromVqString(const VqString& text, const char* format) {
