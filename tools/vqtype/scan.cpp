@@ -1,3 +1,5 @@
+#include <fmt/format.h>
+
 #include <memory>
 
 #include "command.h"
@@ -23,17 +25,17 @@ struct ScanOptions {
 struct Fallback {
     VqTypeId id;
     std::string_view value;
-    const char* why;
+    const char* text;
 };
 
 constexpr Fallback Fallbacks[] = {
-    {VqTypeId_VqDate, "0000-01-01", "what a text without a day of the calendar gives"},
-    {VqTypeId_VqTime, "00:00:00", "what a text without a time of day gives"},
-    {VqTypeId_VqDateTime, "0000-01-01T00:00:00", "what a text without a day and a time gives"},
-    {VqTypeId_VqInt64, "-1", "what a text that does not fit the format gives"},
-    {VqTypeId_VqNull_VqInt64, "-1", "what a text that does not fit the format gives"},
-    {VqTypeId_VqSeal, "281474976710655", "what a text that is no number gives"},
-    {VqTypeId_VqBoolean, "FALSE", "what every text but T, t, TRUE, true and 1 gives"},
+    {VqTypeId_VqDate, "0000-01-01", "a text without a day of the calendar"},
+    {VqTypeId_VqTime, "00:00:00", "a text without a time of day"},
+    {VqTypeId_VqDateTime, "0000-01-01T00:00:00", "a text without a day and a time"},
+    {VqTypeId_VqInt64, "-1", "a text that does not fit the format"},
+    {VqTypeId_VqNull_VqInt64, "-1", "a text that does not fit the format"},
+    {VqTypeId_VqSeal, "281474976710655", "a text that is no number"},
+    {VqTypeId_VqBoolean, "FALSE", "every text but T, t, TRUE, true and 1"},
 };
 
 // Two values that differ, before the scan and after it: a text that cannot be read leaves them as they were.
@@ -46,14 +48,16 @@ bool LeavesValue(const ValueArray& scanned, VqString& text, const char* format) 
     return other.Store(VqFormat_LittleEndian) != scanned.Store(VqFormat_LittleEndian);
 }
 
-std::string Remark(const ValueArray& value, bool isLeft, bool isSame) {
-    if (isLeft) return "the text was not read: the value, or a part of it, stayed as it was";
+std::string Note(const ValueArray& value, bool isLeft, bool isSame) {
+    if (isLeft) return "note: the text was not read: the value, or a part of it, stayed as it was\n";
     if (isSame || value.IsNull(0)) return "";
     const std::string exact = value.PrintExact(0);
     for (const Fallback& fallback : Fallbacks) {
-        if (fallback.id == value.GetType() && fallback.value == exact) return fallback.why;
+        if (fallback.id == value.GetType() && fallback.value == exact) {
+            return fmt::format("note: {} is what {} gives\n", exact, fallback.text);
+        }
     }
-    return "not the text that was read";
+    return "note: this is not the text that was read\n";
 }
 
 void Scan(const ScanOptions& options) {
@@ -67,10 +71,10 @@ void Scan(const ScanOptions& options) {
     if (options.plain) return Write(value.PrintExact(0) + "\n");
 
     const std::string printed = value.Print(0, format.Get());
-    const std::string remark = Remark(value, LeavesValue(value, text, format.Get()), printed == given);
+    const bool isLeft = LeavesValue(value, text, format.Get());
     Table table{{"text"}, {"format"}, {"value"}, {"prints again as"}};
     table.AddRow({Quoted(given), Quoted(format.Utf8()), value.Describe(0), Quoted(printed)});
-    Write(table.Format() + (remark.empty() ? "" : remark + "\n"));
+    Write(table.Format() + Note(value, isLeft, EqualIgnoringCase(printed, given)));
     if (!CanEncode(id)) return;
     const Bytes bytes = value.Store(ByteOrderOf(options.order));
     const DiskForm form = ReadDiskForm(id, bytes, ByteOrderOf(options.order));

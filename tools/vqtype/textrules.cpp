@@ -75,6 +75,11 @@ constexpr TypeRule TypeRules[] = {
     {VqTypeId_VqTime, "%H:%M:%S", nullptr, "a time of day from 00:00:00 to 23:59:59"},
     {VqTypeId_VqDateTime, "%Y-%m-%dT%H:%M:%S", nullptr, "a day of the calendar and a time of day: 2005-03-07T12:05:09"},
     {VqTypeId_VqBlob, "%X", ArePairs, "pairs of hexadecimal digits: 00ff2a"},
+    {VqTypeId_d_Date, nullptr, nullptr, "a day of the calendar: 2005-03-07"},
+    {VqTypeId_d_Time, nullptr, nullptr, "a time of day with hundredths and zone: 12:05:09.25+01:00"},
+    {VqTypeId_d_Timestamp, nullptr, nullptr, "a day of the calendar and a time of day: 2005-03-07T12:05:09.25+01:00"},
+    {VqTypeId_d_Interval, nullptr, IsFloating<float>,
+     "seconds: a decimal number, 0 or from about 1.4e-45 to 3.4e38, inf or nan"},
     {VqTypeId_VqBoolean, "noop", IsTruthValue, "TRUE (true, T, t, 1) or FALSE (false, F, f, 0)"},
     {VqTypeId_VqSeal, "noop", IsSealNumber, "a whole number from 0 to 281474976710655"},
 };

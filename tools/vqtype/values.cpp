@@ -39,6 +39,17 @@ std::string NearestType(const std::string& name) {
     return nearest;
 }
 
+// A string has no room for the pairs of a large blob, so they are taken from the disk form, behind its two lengths.
+std::string BlobText(const Bytes& disk) { return fmt::format("{:02X}", fmt::join(disk.begin() + 8, disk.end(), "")); }
+
+// True when the value that a text gave prints as that text, or with parts behind it that are 0.
+bool IsReadAs(std::string_view text, std::string_view printed) {
+    constexpr std::string_view Separators = ".:+", Zeros = "0.:+";
+    if (!EqualIgnoringCase(text, printed.substr(0, text.size()))) return false;
+    const std::string_view rest = printed.substr(text.size());
+    return rest.empty() || (Separators.find(rest[0]) != rest.npos && rest.find_first_not_of(Zeros) == rest.npos);
+}
+
 }  // namespace
 
 VqTypeMgr& Manager() { return *DefaultTypeMgr(nullptr); }
@@ -113,7 +124,7 @@ void ValueArray::Scan(unsigned long index, std::string_view text, const TextOpti
         TakeExchangeText(index, string);
     }
     const std::string read = rule.accepts ? "" : PrintExact(index);
-    if (!rule.accepts && !EqualIgnoringCase(read, text)) {
+    if (!rule.accepts && !IsReadAs(text, read)) {
         throw CommandError("{}: {} is no {}: expected {} (it reads as {})", place, Echo(text), TypeName(id_),
                            rule.expected, Echo(read));
     }
@@ -148,6 +159,7 @@ std::string ValueArray::Print(unsigned long index, const char* format) const {
 
 std::string ValueArray::PrintExact(unsigned long index) const {
     if (IsNull(index)) return Print(index);
+    if (id_ == VqTypeId_VqBlob) return BlobText(Store(VqFormat_LittleEndian, index, 1));
     const TextRule rule = TextRuleOf(id_);
     if (!rule.format) return ExchangeText(index).value_or("");
     const std::string_view format = rule.format;
