@@ -30,6 +30,19 @@ std::size_t SecondPlace(const unsigned char* pattern, std::size_t length) {
     return place != 0 ? place : length - 1;
 }
 
+// One that differs from both, as far from them as can be; else one in the middle.
+std::size_t ThirdPlace(const unsigned char* pattern, std::size_t length, std::size_t second) {
+    const std::size_t middle = second / 2;
+    const auto differs = [&](std::size_t place) {
+        return pattern[place] != pattern[0] && pattern[place] != pattern[second];
+    };
+    for (std::size_t i = 0; i <= middle; ++i) {
+        if (differs(middle - i)) return middle - i;
+        if (middle + i < length && differs(middle + i)) return middle + i;
+    }
+    return middle;
+}
+
 // --- Linear time in the worst case, without memory of its own
 //
 // Crochemore and Perrin: Two-way string-matching (1991). The pattern is cut in two so that after a mismatch behind the
@@ -100,7 +113,8 @@ std::size_t FindBytes(const char* text, std::size_t textLength, std::size_t star
     }
     const auto* const bytes = reinterpret_cast<const unsigned char*>(text);
     const auto* const wanted = reinterpret_cast<const unsigned char*>(pattern);
-    const BytePattern prepared{wanted, patternLength, SecondPlace(wanted, patternLength)};
+    const std::size_t second = SecondPlace(wanted, patternLength);
+    const BytePattern prepared{wanted, patternLength, second, ThirdPlace(wanted, patternLength, second)};
     const std::size_t end = textLength - patternLength + 1;
     ComparisonBudget budget(textLength - start);
     const ByteHit hit = findFunction.load(std::memory_order_relaxed)(bytes, start, end, prepared, budget);

@@ -255,7 +255,7 @@ TEST(ByteSearch, KernelsAgreeWithThePlainLoop) {
             for (unsigned char& byte : text) byte = random() % 8 ? 'a' : 0xFE;
             std::vector<unsigned char> pattern(text.end() - static_cast<std::ptrdiff_t>(wanted), text.end());
             if (random() % 2) pattern[random() % wanted] ^= 0x9F;
-            const vq::BytePattern prepared{pattern.data(), wanted, 1 + random() % (wanted - 1)};
+            const vq::BytePattern prepared{pattern.data(), wanted, 1 + random() % (wanted - 1), random() % wanted};
             const std::size_t end = length - wanted + 1, start = random() % end;
             std::size_t expected = start;
             while (expected < end && std::memcmp(&text[expected], pattern.data(), wanted) != 0) ++expected;
