@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 #include "storedyear.h"
 #include "vqbase.h"
@@ -313,13 +314,9 @@ unsigned long d_TimeLoad(void* dst, const void* src, unsigned char format, unsig
 unsigned long d_TimestampStore(void* dst, const void* src, unsigned char format, unsigned long count) {
     const bool foreign = vq::IsForeignOrder(format);
     for (unsigned long i = 0; i < count; ++i) {
-        const char* const from = static_cast<const char*>(src) + i * TimestampSize;
         char* const to = static_cast<char*>(dst) + i * TimestampSize;
-        std::uint64_t head;  // the year and what follows it
-        std::memcpy(&head, from, sizeof head);
-        if (foreign) head = vq::SwapYear(head);
-        std::memcpy(to, &head, sizeof head);
-        std::memcpy(to + sizeof head, from + sizeof head, TimestampSize - sizeof head);
+        std::memcpy(to, static_cast<const char*>(src) + i * TimestampSize, TimestampSize);
+        if (foreign) std::swap(to[0], to[1]);  // the year
     }
     return count * TimestampSize;
 }

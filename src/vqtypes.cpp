@@ -16,7 +16,7 @@
 #include "ref.h"
 #include "scalar.h"
 #include "sealslots.h"
-#include "stddate.h"
+#include "stddateslots.h"
 #include "stringslots.h"
 #include "textform.h"
 #include "vqbase.h"
@@ -221,7 +221,27 @@ constexpr VqTypeDescriptor dateTimeFamily = VALUE_FAMILY(VqDateTime, DaTime, vq:
 constexpr VqTypeDescriptor booleanFamily = VALUE_FAMILY(VqBoolean, Boolean, vq::BooleanSlots);
 constexpr VqTypeDescriptor sealFamily = VALUE_FAMILY(VqSeal, Seal, vq::SealSlots);
 
+constexpr VqTypeDescriptor stdDateFamily = VALUE_FAMILY(d_Date, d_Date, vq::StdDateSlots<d_Date>);
+constexpr VqTypeDescriptor stdTimeFamily = VALUE_FAMILY(d_Time, d_Time, vq::StdDateSlots<d_Time>);
+constexpr VqTypeDescriptor stdTimestampFamily = VALUE_FAMILY(d_Timestamp, d_Timestamp, vq::StdDateSlots<d_Timestamp>);
+
 #undef VALUE_FAMILY
+
+// An interval is measured, ordered and translated as the float that it holds.
+constexpr VqTypeDescriptor IntervalFamily() {
+    VqTypeDescriptor row = LifeNullAndText<d_Interval, vq::StdDateSlots<d_Interval>>();
+    row.store = d_IntervalStore;
+    row.load = d_IntervalLoad;
+    row.nullSizeGet = floatFamily.nullSizeGet;
+    row.sizeGet = floatFamily.sizeGet;
+    row.sizeGetFromMemFile = floatFamily.sizeGetFromMemFile;
+    row.compare = floatFamily.compare;
+    row.evalAndBound = floatFamily.evalAndBound;
+    row.hash = floatFamily.hash;
+    row.translate = floatFamily.translate;
+    return row;
+}
+constexpr VqTypeDescriptor intervalFamily = IntervalFamily();
 
 template <class Null>
 constexpr VqTypeDescriptor NullableFamily() {
@@ -294,11 +314,11 @@ constexpr IdentifiedRow rowsById[] = {
     ROW(VqDateTime,      8,                     1, "%a %e.%b %Y %I:%M:%S %p",    dateTimeFamily),
     ROW(VqIString,       sizeof(VqIString),     0, "%s",                         istringFamily),
     ROW(VqCaseIString,   sizeof(VqCaseIString), 0, "%s",                         caseIStringFamily),
-    ROW(d_Date,          4,                     1, "%a %b %e",                   opaque<d_Date>),
-    ROW(d_Time,          6,                     1, "%I:%M:%S %p",                opaque<d_Time>),
-    ROW(d_Timestamp,     10,                    1, "%a %b %e %I:%M:%S %p",       opaque<d_Timestamp>),
+    ROW(d_Date,          4,                     1, "%a %b %e",                   stdDateFamily),
+    ROW(d_Time,          6,                     1, "%I:%M:%S %p",                stdTimeFamily),
+    ROW(d_Timestamp,     10,                    1, "%a %b %e %I:%M:%S %p",       stdTimestampFamily),
     ROW(d_Interval,      4,                     1, "%e days, %I hours, %M minutes, %S seconds",
-        opaque<d_Interval>),
+        intervalFamily),
     ROW(VqInt64,         8,                     1, "%S",                         opaque<VqInt64>),
     ROW(VqBoolean,       1,                     1, "noop",                       booleanFamily),
     // nullable scalars

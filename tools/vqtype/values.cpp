@@ -143,6 +143,7 @@ void ValueArray::TakeExchangeText(unsigned long index, const VqString& text) con
     const std::unique_ptr<VqTypeConvertData> record(
         VqTypeConvertData::Make(VqTypeId_VqString, 1, texts.Data(), nullptr));
     const ValueArray value(id_, 1, Manager().ConvertFrom(id_, record.get(), 1));
+    record->manager = nullptr;  // the strings stay the array's
     Manager().AssignmentPtrGet(id_)(At(index), value.Data(), 1, 1);
 }
 
