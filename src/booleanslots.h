@@ -13,7 +13,12 @@ struct BooleanExchange {
     static void FromText(VqBoolean& value, const VqString& text) { value = text[0].GetCode() == '1'; }
 };
 
-using BooleanSlots = ClassSlots<VqBoolean, BooleanExchange>;
+struct BooleanSlots : ClassSlots<VqBoolean, BooleanExchange> {
+    // A format means nothing, and so do the commas in it.
+    static void* Scan(void* values, VqString& text, const char*, unsigned long count) {
+        return ClassSlots::Scan(values, text, "", count);
+    }
+};
 
 }  // namespace vq
 

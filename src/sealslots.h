@@ -12,7 +12,12 @@ struct SealExchange {
     static void FromText(VqSeal& value, const VqString& text) { value.ScanFromVqString(text); }
 };
 
-using SealSlots = ClassSlots<VqSeal, SealExchange>;
+struct SealSlots : ClassSlots<VqSeal, SealExchange> {
+    // A format means nothing, and so do the commas in it.
+    static void* Scan(void* values, VqString& text, const char*, unsigned long count) {
+        return ClassSlots::Scan(values, text, "", count);
+    }
+};
 
 }  // namespace vq
 

@@ -3,15 +3,13 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <cstring>
 #include <fstream>
-#include <memory>
 #include <numeric>
 #include <set>
 #include <sstream>
 
-#include "rowvalues.h"
+#include "rowtest.h"
 #include "vqbase.h"
 
 using namespace vqtest;
@@ -19,64 +17,8 @@ using namespace vqtest;
 namespace {
 
 constexpr unsigned char disk[] = {VqFormat_LittleEndian, VqFormat_BigEndian};
-constexpr unsigned long factoryVersions[] = {3, 5};
 
-// A row under a manager of one of the tables.
-struct Subject {
-    unsigned long version;
-    char id;
-
-    std::string Name() const {
-        const VqTypeMgr manager(version);
-        return manager.NameGet(id, nullptr) + std::string(version < 4 ? ", older table" : "");
-    }
-    friend void PrintTo(const Subject& subject, std::ostream* out) { *out << subject.Name(); }
-};
-
-// A row without row functions of its own makes no arrays.
-bool IsAlive(const Subject& subject) {
-    const VqTypeMgr manager(subject.version);
-    void* const values = manager.Create(subject.id, 1);
-    manager.Delete(subject.id, values, 1);
-    return values != nullptr;
-}
-
-std::vector<Subject> Subjects(bool alive) {
-    std::vector<Subject> subjects;
-    for (const unsigned long version : factoryVersions) {
-        for (char id = 0; id < VqTypeCount; ++id) {
-            if (IsAlive({version, id}) == alive) subjects.push_back({version, id});
-        }
-    }
-    return subjects;
-}
-
-class Laws : public testing::TestWithParam<Subject> {
-  protected:
-    Laws() {
-        std::vector<std::string> texts = SamplesOf(id).texts;
-        if (manager.SupportsNullValue(id)) texts.insert(texts.begin() + 2, 2, "{NULL}");
-        samples = std::make_unique<RowValues>(manager, id, texts, format);
-        count = samples->Count();
-    }
-
-    void ExpectEqualArrays(const RowValues& a, const RowValues& b) {
-        for (unsigned long i = 0; i < count; ++i) {
-            EXPECT_EQ(a.Cmp(i, b, i), 0) << i << ": " << a.Print(i) << " and " << b.Print(i);
-            EXPECT_EQ(a.IsNull(i), b.IsNull(i)) << i;
-            EXPECT_EQ(a.Store(VqFormat_BigEndian, i, 1), b.Store(VqFormat_BigEndian, i, 1)) << i << ": " << a.Print(i);
-        }
-    }
-
-    // Rows whose keys cannot be compared yet find all equal.
-    bool HasOrder() const { return manager.CmpFuncPtrGet(id) != manager.CmpFuncPtrGet(VqTypeId_illegal); }
-
-    VqTypeMgr manager{GetParam().version};
-    const char id = GetParam().id;
-    const char* const format = SamplesOf(id).format;
-    std::unique_ptr<RowValues> samples;
-    unsigned long count = 0;
-};
+class Laws : public RowTest {};
 
 TEST_P(Laws, LoadGivesWhatStoreTookAndSizesAreWhatIsWritten) {
     for (const unsigned char format : disk) {
@@ -277,11 +219,7 @@ TEST_P(Laws, NoValuesAreNoTrouble) {
     EXPECT_EQ(nothing[0], 0xA5);
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, Laws, testing::ValuesIn(Subjects(true)), [](const auto& info) {
-    std::string name = info.param.Name();
-    std::erase_if(name, [](unsigned char c) { return std::isalnum(c) == 0; });
-    return name;
-});
+INSTANTIATE_TEST_SUITE_P(Rows, Laws, testing::ValuesIn(Subjects(true)), SubjectName);
 
 TEST(RowsWithoutFunctions, DoNothing) {
     for (const Subject& subject : Subjects(false)) {
