@@ -16,6 +16,42 @@
 /// gives some value without meaning.
 ///
 /// Both classes are plain values: copying them copies bytes.
+///
+/// Texts of dates, times and date-times share one language of formats, in the manner of strftime and strptime and with
+/// English names whatever the locale. A format is text with directives:
+///
+///             prints                                  reads, and the width it advances by
+///     %Y      year, 4 digits                          4: year
+///     %y      year modulo 100, 2 digits               2: year, to which 1900 is added
+///     %m      month, 2 digits                         2: month
+///     %d %e   day, 2 digits                           2: day
+///     %H      hour, 2 digits                          2: hour
+///     %I      the same; from 13 on less 12, and 12    2: hour
+///             for 0 where the format has %p or %P
+///     %M %S   minute, second, 2 digits                2: minute, second
+///     %p %P   "am" or, from hour 12 on, "pm";         2: half of the day, by its first letter in either case
+///             "AM" or "PM"
+///     %B %b   month's name, its first 3 letters;      a name by its first 3 letters and on as far as it agrees;
+///             another month 3 digits                  else 3: month
+///     %A %a   weekday's name, its first 3 letters     likewise; nothing is stored, and without a name nothing is read
+///     %%      %                                       1
+///     other   the letter itself                       1
+///
+///     "%a %e.%b %Y"       2005-03-07     <->  Mon 07.Mar 2005
+///     "%I:%M:%S %p"       00:05:09       <->  12:05:09 am
+///
+/// Names are Monday to Sunday, and Januar, Februar, March to December; the first two have been spelled so since ever. A
+/// number has more digits where it needs them, and a sign before them where it is negative.
+///
+/// Printing appends to `out`, in its code set; a null value *sets* it to the null print string. Directives for the part
+/// that a date or a time has not print the clock's.
+///
+/// Scanning fails never. A text that begins with the null print string is null. Otherwise all six fields start as
+/// 0000-01-01T00:00:00, and the format is walked: an ordinary character passes over one of the text, which may be any;
+/// a directive reads a number as scanf does, white space first and a sign allowed, or leaves its field as it is, and
+/// advances by its width either way. Behind the end of the text there is nothing to read. Then the halves of the day
+/// make 12 am 0 and 1 pm 13. Fields that are no date-time together give 0000-01-01T00:00:00, unless all are 0; a date
+/// or a time keeps its own part. Texts in 2-byte code sets are read in the default 8-bit one.
 #ifndef DATE_H
 #define DATE_H
 
@@ -68,7 +104,10 @@ class VQTM_API VqDate {
     /// Days from this date to the first of the next month; for December, of month 13.
     long daynxtmonth() const { return VqDate(year, month + 1, 1).dayabs() - dayabs(); }
     /// 1 for a day that the calendar has, else 0. There is no limit to the years.
-    int IsDate() const { return day >= 1 && day <= 31 && month >= 1 && month <= 12 && daynxtmonth() > 0; }
+    int IsDate() const {
+        if (day < 1 || day > 31 || month < 1 || month > 12) return 0;
+        return (day <= 28 && year >= 0) || daynxtmonth() > 0;
+    }
     /// 1 or 0. Asks only whether the next day is the first of the next month.
     int IsLastDayOfTheMonth() const { return daynxtmonth() == 1; }
 
@@ -125,7 +164,7 @@ class VQTM_API VqDate {
 
     // --- Text
 
-    /// Appends the date's text to `out` under `format` (null: "%Y-%m-%d"); see docs/formats.md for the directives.
+    /// Appends the date's text to `out` under `format` (null: "%Y-%m-%d"), see above.
     void PrintToVqString(VqString& out, const char* format = nullptr) const;
     /// Reads the date from `text` under `format` (null: "%Y-%m-%d").
     void ScanFromVqString(const VqString& text, const char* format = nullptr);

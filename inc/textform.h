@@ -35,7 +35,9 @@
 #define TEXTFORM_H
 
 #include <cstdint>
+#include <optional>
 
+#include "vqcodeset.h"
 #include "vqdefs.h"
 #include "vqstring.h"
 
@@ -56,14 +58,18 @@ const char* ScanScalar(const char* text, const char* format, T& value, bool& fou
 /// A text's characters in 1-byte form, zero-terminated. Refers to the string while that is in 1-byte form itself.
 class SingleByteText {
   public:
-    explicit SingleByteText(const VqString& text);
+    explicit SingleByteText(const VqString& text) : text_(&text) {
+        if (text.GetCodeSet() >= VqFirstWideCodeSet) Map();
+    }
     SingleByteText(const SingleByteText&) = delete;
     SingleByteText& operator=(const SingleByteText&) = delete;
 
     const char* Get() const { return text_->StrGet(); }
 
   private:
-    VqString mapped_;
+    void Map();
+
+    std::optional<VqString> mapped_;
     const VqString* text_;
 };
 

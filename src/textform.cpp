@@ -155,18 +155,20 @@ template const char* ScanScalar(const char*, const char*, std::int32_t&, bool&);
 template const char* ScanScalar(const char*, const char*, float&, bool&);
 template const char* ScanScalar(const char*, const char*, double&, bool&);
 
-SingleByteText::SingleByteText(const VqString& text) : text_(&text) {
-    if (CharSizeOf(text.GetCodeSet()) == 1) return;
-    mapped_ = VqString(VqString::GetDefault8CodeSet(), text.GetLanguage());
-    mapped_ += text;
-    text_ = &mapped_;
+void SingleByteText::Map() {
+    mapped_.emplace(VqString::GetDefault8CodeSet(), text_->GetLanguage());
+    *mapped_ += *text_;
+    text_ = &*mapped_;
 }
 
 const char* SkipNullPrintString(const char* text) {
     const SingleByteText null(VqNullPrintString());
-    const std::size_t length = std::strlen(null.Get());
-    if (length == 0) return *text == 0 ? text : nullptr;
-    return std::strncmp(text, null.Get(), length) == 0 ? text + length : nullptr;
+    const char* sign = null.Get();
+    if (*sign == 0) return *text == 0 ? text : nullptr;
+    for (; *sign != 0; ++sign, ++text) {
+        if (*text != *sign) return nullptr;
+    }
+    return text;
 }
 
 }  // namespace vq

@@ -206,7 +206,7 @@ void VqString::AppendChars(const void* text, unsigned char codeSet, unsigned sho
     const unsigned z = CharSizeOf(codeSet);
     const std::size_t count = text == nullptr ? 0 : n == All ? vq::TextLength(text, z) : std::size_t{n};
     if (count == 0) return;
-    const std::size_t length = Len();
+    const std::size_t length = IsEmpty() ? 0 : Len();
     if (codeSet == codeSet_ && (length + count + 1) * z <= MaxSize) {
         AppendSame(length * z, text, count * z, z);
     } else {
