@@ -1,10 +1,10 @@
 #include "vqnull.h"
 
 #include <concepts>
-#include <cstring>
 #include <type_traits>
 
 #include "_vqnulty.h"
+#include "classslots.h"
 #include "textform.h"
 #include "valueslots.h"
 #include "vqbase.h"
@@ -70,23 +70,19 @@ const char* ScanValue(const char* text, const char* format, T& value, bool& foun
 }
 // A 64-bit integer reads its whole text, which here ends at the comma between elements.
 const char* ScanValue(const char* text, const char* format, VqInt64& value, bool& found) {
-    const char* const end = text + std::strcspn(text, ",");
+    const char* const end = vq::EndOfElement(text, format);
     value.ScanFromVqString(VqString(text, static_cast<unsigned short>(end - text)), format);
     found = end != text;
     return end;
 }
 
 // Exchange texts are those of the plain rows: numbers of the signed type.
-VqString ToExchange(signed char value) { return VqString(static_cast<short>(value)); }
-VqString ToExchange(std::int16_t value) { return VqString(value); }
-VqString ToExchange(std::int32_t value) { return VqString(static_cast<int>(value)); }
-VqString ToExchange(float value) { return VqString(static_cast<double>(value)); }
-VqString ToExchange(double value) { return VqString(value); }
-VqString ToExchange(const VqInt64& value) {
-    VqString text;
-    value.PrintToVqString(text, nullptr);
-    return text;
-}
+void ToExchange(VqString& text, signed char value) { text << static_cast<short>(value); }
+void ToExchange(VqString& text, std::int16_t value) { text << value; }
+void ToExchange(VqString& text, std::int32_t value) { text << static_cast<int>(value); }
+void ToExchange(VqString& text, float value) { text << static_cast<double>(value); }
+void ToExchange(VqString& text, double value) { text << value; }
+void ToExchange(VqString& text, const VqInt64& value) { value.PrintToVqString(text); }
 
 void FromExchange(const VqString& text, signed char& value) {
     value = static_cast<signed char>(static_cast<short>(text));
@@ -251,7 +247,7 @@ VqTypeConvertData* VqNullSlots<Null>::ConvertTo(void* values, unsigned long coun
         if (element.IsNullValue()) {
             text.SetNullValue();
         } else {
-            text += ToExchange(static_cast<Plain<typename Null::ValueType>>(element.value));
+            ToExchange(text, static_cast<Plain<typename Null::ValueType>>(element.value));
         }
     });
 }

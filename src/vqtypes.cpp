@@ -12,6 +12,7 @@
 #include "classslots.h"
 #include "dateslots.h"
 #include "defaultmanager.h"
+#include "int64slots.h"
 #include "istringslots.h"
 #include "ref.h"
 #include "scalar.h"
@@ -218,6 +219,12 @@ constexpr VqTypeDescriptor LifeNullAndText() {
 constexpr VqTypeDescriptor dateFamily = VALUE_FAMILY(VqDate, Date, vq::DateSlots);
 constexpr VqTypeDescriptor timeFamily = VALUE_FAMILY(VqTime, Time, vq::TimeSlots);
 constexpr VqTypeDescriptor dateTimeFamily = VALUE_FAMILY(VqDateTime, DaTime, vq::DateTimeSlots);
+constexpr VqTypeDescriptor Int64Family() {
+    VqTypeDescriptor row = VALUE_FAMILY(VqInt64, Int64, vq::Int64Slots);
+    row.compare = Int64Compare;
+    return row;
+}
+constexpr VqTypeDescriptor int64Family = Int64Family();
 constexpr VqTypeDescriptor booleanFamily = VALUE_FAMILY(VqBoolean, Boolean, vq::BooleanSlots);
 constexpr VqTypeDescriptor sealFamily = VALUE_FAMILY(VqSeal, Seal, vq::SealSlots);
 
@@ -319,7 +326,7 @@ constexpr IdentifiedRow rowsById[] = {
     ROW(d_Timestamp,     10,                    1, "%a %b %e %I:%M:%S %p",       stdTimestampFamily),
     ROW(d_Interval,      4,                     1, "%e days, %I hours, %M minutes, %S seconds",
         intervalFamily),
-    ROW(VqInt64,         8,                     1, "%S",                         opaque<VqInt64>),
+    ROW(VqInt64,         8,                     1, "%S",                         int64Family),
     ROW(VqBoolean,       1,                     1, "noop",                       booleanFamily),
     // nullable scalars
     ROW(VqNull_char,     2,                     1, "%c",                         nullable<VqNull_char>),

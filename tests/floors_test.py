@@ -12,7 +12,7 @@ FLOORS = [
     "vqdefs vqslots _vqnulty options linearsearch bytesearch decimaltext",
     "vqchar stringiterator charoperation strcompare order hash9 collationkey textunit orderunit keyreader comparebytes comparelevels compareready comparetexts equalrun",
     "vqstring stringedit stringsearch textsearch stringtransform stringdisk numbertext vqistring istringweights multibyte utf8kernel strhash",
-    "convert vqstd valueslots classslots booleanslots sealslots stringslots istringslots scalar vqint64 date datetime datetext dateslots storedyear stddate stddatetext stddateslots overlaps blob blobdisk blobtext blobslots boolean seal objid ref vqnull textform textscan cformat",
+    "convert vqstd valueslots classslots int64slots booleanslots sealslots stringslots istringslots scalar vqint64 date datetime datetext dateslots storedyear stddate stddatetext stddateslots overlaps blob blobdisk blobtext blobslots boolean seal objid ref vqnull textform textscan cformat",
     "vqtypcmp vqtypevl vqtyphash stringarray istringkeys",
     "vqtypes defaultmanager",
     "library",
