@@ -55,6 +55,7 @@
 #ifndef DATE_H
 #define DATE_H
 
+#include <bit>
 #include <concepts>
 #include <cstdint>
 
@@ -191,6 +192,8 @@ class VQTM_API VqDate {
         return *this;
     }
 
+    void SetBits(std::uint32_t bits);  // day, month and year, from the highest bits down
+
     // The formulas as they stand, for all fields and day numbers.
     long AnyDayNumber() const;
     void SetAnyDayNumber(std::uint32_t dayNumber);
@@ -315,12 +318,31 @@ VQTM_API unsigned long TimeSizeGetFromMemFile(MemFile* file, unsigned char forma
 // The formulas' results by fewer operations, after Neri and Schneider, "Euclidean affine functions and their
 // application to calendar algorithms" (Software: Practice and Experience 53, 2023). Years are counted from March on.
 
+namespace vq {
+
+// The days of a year that begins in March: the day in bits 31 to 24, the month in bits 23 to 16, and 1 from January on,
+// where the calendar's year is one more.
+struct MarchYear {
+    std::uint32_t at[366];
+
+    constexpr MarchYear() : at() {
+        for (std::uint32_t dayOfYear = 0; dayOfYear < 366; ++dayOfYear) {
+            const std::uint32_t months = 2141 * dayOfYear + 197913;  // 2^16 is a month
+            const std::uint32_t month = months >> 16, day = (months & 0xFFFF) / 2141 + 1;
+            at[dayOfYear] = day << 24 | (month > 12 ? month - 12 : month) << 16 | (month > 12);
+        }
+    }
+};
+inline constexpr MarchYear marchYear;
+
+}  // namespace vq
+
 inline long VqDate::dayabs() const {
     if (year < -4799 || static_cast<unsigned>(month - 1) >= 14) [[unlikely]]
         return AnyDayNumber();
-    const unsigned beforeMarch = month < 3;
-    const unsigned y = static_cast<unsigned>(year + 4800) - beforeMarch;  // [0:37567]
-    const unsigned m = static_cast<unsigned>(month) + 12 * beforeMarch;   // [3:14]
+    const bool beforeMarch = month < 3;
+    const unsigned y = static_cast<unsigned>(year + 4800 - beforeMarch);         // [0:37567]
+    const unsigned m = static_cast<unsigned>(beforeMarch ? month + 12 : month);  // [3:14]
     const unsigned century = y / 100;
     const unsigned days = 1461 * y / 4 - century + century / 4 + (979 * m - 2919) / 32;
     return static_cast<int>(days) + day - 32045;
@@ -338,22 +360,29 @@ inline void VqDate::dateabs(long dayNumber) {
     const std::uint64_t years = std::uint64_t{2939745} * (quarters % 146097 | 3);        // 2^32 is a year
     const std::uint32_t y = static_cast<std::uint32_t>(years >> 32);                     // [0:99]
     const std::uint32_t dayOfYear = static_cast<std::uint32_t>(years) / (4 * 2939745u);  // [0:365]
-    const std::uint32_t months = 2141 * dayOfYear + 197913;                              // 2^16 is a month
-    const std::uint32_t afterDecember = dayOfYear >= 306;
-    year = static_cast<std::int16_t>(100 * century + y + afterDecember - 5200);
-    month = static_cast<std::int8_t>((months >> 16) - 12 * afterDecember);
-    day = static_cast<std::int8_t>((months & 0xFFFF) / 2141 + 1);
+    const std::uint32_t found = vq::marchYear.at[dayOfYear];
+    SetBits((found & 0xFFFF0000) | ((100 * century + y + found - 5200) & 0xFFFF));
+}
+
+// One store: whoever copies the date next need not wait until three of them have met.
+inline void VqDate::SetBits(std::uint32_t bits) {
+    if constexpr (std::endian::native == std::endian::little) {
+        *this = std::bit_cast<VqDate>(bits);
+    } else {
+        *this = VqDate(static_cast<int>(bits), static_cast<int>(bits >> 16), static_cast<int>(bits >> 24));
+    }
 }
 
 inline int VqDate::DayOfTheDate() const {
     if (year < 1 || static_cast<unsigned>(month - 1) >= 12) [[unlikely]]
         return AnyWeekday();
-    const int beforeMarch = month < 3;
-    const unsigned y = static_cast<unsigned>(year - beforeMarch);        // [0:32767]
-    const unsigned m = static_cast<unsigned>(month + 12 * beforeMarch);  // [3:14]
-    const unsigned century = y / 100;                                    // [0:327]
-    const int sum = static_cast<int>(y + y / 4 + century / 4 - 127 * century + (13 * m - 27) / 5) + day + 77;
-    return sum < 0 ? 6 : static_cast<int>(static_cast<unsigned>(sum + 6) % 7);
+    const bool beforeMarch = month < 3;
+    const unsigned y = static_cast<unsigned>(year - beforeMarch);                // [0:32767]
+    const unsigned m = static_cast<unsigned>(beforeMarch ? month + 12 : month);  // [3:14]
+    const unsigned century = y / 100;                                            // [0:327]
+    const int sum = static_cast<int>(y + y / 4 - 127 * century + century / 4 + (83 * m - 170) / 32) + day + 77;
+    // The rest by 7 of a small number: the highest three bits of its multiple of 2^32 / 7.
+    return sum < 0 ? 6 : static_cast<int>(static_cast<std::uint32_t>(sum + 6) * 613566757u >> 29);
 }
 
 #endif

@@ -136,14 +136,11 @@ VqTime VqTime::operator-(const VqTime& other) const {
 
 namespace {
 
-// One word at a time; the areas are the same or apart.
-void SwapYears(unsigned char* dst, const unsigned char* src, unsigned long count) {
-    for (unsigned long i = 0; i < count; ++i) {
-        std::uint32_t date;
-        std::memcpy(&date, src + i * sizeof date, sizeof date);
-        date = vq::SwapYear(date);
-        std::memcpy(dst + i * sizeof date, &date, sizeof date);
-    }
+void ConvertDate(unsigned char* dst, const unsigned char* src, bool foreign) {
+    std::uint32_t date;
+    std::memcpy(&date, src, sizeof date);
+    if (foreign) date = vq::SwapYear(date);
+    std::memcpy(dst, &date, sizeof date);
 }
 
 unsigned long CopyBytes(void* dst, const void* src, unsigned long size) {
@@ -154,8 +151,16 @@ unsigned long CopyBytes(void* dst, const void* src, unsigned long size) {
 }  // namespace
 
 unsigned long DateStore(void* dst, const void* src, unsigned char format, unsigned long count) {
-    if (!vq::IsForeignOrder(format)) return CopyBytes(dst, src, count * 4);
-    SwapYears(static_cast<unsigned char*>(dst), static_cast<const unsigned char*>(src), count);
+    const bool foreign = vq::IsForeignOrder(format);
+    auto* const to = static_cast<unsigned char*>(dst);
+    const auto* const from = static_cast<const unsigned char*>(src);
+    if (count == 1) {
+        ConvertDate(to, from, foreign);
+    } else if (foreign) {
+        for (unsigned long i = 0; i < count; ++i) ConvertDate(to + i * 4, from + i * 4, true);
+    } else {
+        CopyBytes(dst, src, count * 4);
+    }
     return count * 4;
 }
 unsigned long DateLoad(void* dst, const void* src, unsigned char format, unsigned long count) {

@@ -74,25 +74,27 @@ namespace {
 
 constexpr unsigned long Stored = 7, Held = sizeof(VqDateTime);
 
-// The seven bytes as the first of a word, the last of which is 0.
-constexpr std::uint64_t Seven =
-    std::endian::native == std::endian::little ? ~std::uint64_t{0} >> 8 : ~std::uint64_t{0} << 8;
+// The first four bytes of an element.
+template <bool Foreign>
+void MoveDate(unsigned char* dst, const unsigned char* src) {
+    std::uint32_t date;
+    std::memcpy(&date, src, sizeof date);
+    if (Foreign) date = vq::SwapYear(date);
+    std::memcpy(dst, &date, sizeof date);
+}
 
-// Elements at a distance of `From` to elements at a distance of `To`, as words where both areas have room for one: all
-// but the last, of which only seven bytes are there for sure.
+// Elements at a distance of `From` to elements at a distance of `To`. The time moves as a word where both areas have
+// room behind it, which all elements but the last have; the byte too many is overwritten by the next element.
 template <unsigned long To, unsigned long From, bool Foreign>
 void MoveElements(unsigned char* dst, const unsigned char* src, unsigned long count) {
-    const auto convert = [](std::uint64_t word) { return (Foreign ? vq::SwapYear(word) : word) & Seven; };
-    std::uint64_t word = 0;
     for (; count > 1; --count, dst += To, src += From) {
-        std::memcpy(&word, src, sizeof word);
-        word = convert(word);
-        std::memcpy(dst, &word, sizeof word);
+        std::uint32_t time;
+        std::memcpy(&time, src + 4, sizeof time);
+        MoveDate<Foreign>(dst, src);
+        std::memcpy(dst + 4, &time, sizeof time);
     }
-    word = 0;
-    std::memcpy(&word, src, Stored);
-    word = convert(word);
-    std::memcpy(dst, &word, To);
+    MoveDate<Foreign>(dst, src);
+    std::memcpy(dst + 4, src + 4, 3);
 }
 
 template <unsigned long To, unsigned long From>
