@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <memory>
@@ -370,9 +371,9 @@ void PrintDateText(VqString& out, const VqDateTime& value, DateParts parts, cons
     std::unique_ptr<char[]> larger;
     if (most > sizeof local) larger.reset(new char[most]);
     char* const text = larger != nullptr ? larger.get() : local;
-    const char* const end = DatePrinter(value, parts, format).Print(text, format + length);
+    const std::ptrdiff_t size = DatePrinter(value, parts, format).Print(text, format + length) - text;
     out.AppendChars(text, VqString::GetDefault8CodeSet(),
-                    static_cast<unsigned short>(std::min<std::size_t>(end - text, VqString::All - 1)));
+                    static_cast<unsigned short>(std::min<std::ptrdiff_t>(size, VqString::All - 1)));
 }
 
 void ScanDateText(VqDateTime& value, const char* text, const char* format) {
