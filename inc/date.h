@@ -94,11 +94,11 @@ class VQTM_API VqDate {
     /// divisions truncate. Any fields will do: a day outside its month counts on, month 13 is January of the next year,
     /// and so are months beyond. From -4800-03-01 on it numbers the proleptic calendar's days without a gap; before
     /// that the truncation shifts days.
-    long dayabs() const;
+    inline long dayabs() const;
     /// Becomes the date with a Julian Day Number, by the same authors' inverse. It is the proleptic calendar's date
     /// from -68569 (-4900-03-01) up to 536802342, and below that, to -536939481, what the truncating divisions give;
     /// beyond either end the formula's steps wrap around in 32 bits. The year is cut to 16 bits.
-    void dateabs(long dayNumber);
+    inline void dateabs(long dayNumber);
     /// dayabs().
     operator long() const { return dayabs(); }
 
@@ -192,7 +192,7 @@ class VQTM_API VqDate {
         return *this;
     }
 
-    void SetBits(std::uint32_t bits);  // day, month and year, from the highest bits down
+    inline void SetBits(std::uint32_t bits);  // day, month and year, from the highest bits down
 
     // The formulas as they stand, for all fields and day numbers.
     long AnyDayNumber() const;
