@@ -320,6 +320,9 @@ VQTM_API unsigned long TimeSizeGetFromMemFile(MemFile* file, unsigned char forma
 
 namespace vq {
 
+// Days from March 1 to the first of each month, months 13 and 14 included.
+inline constexpr std::uint16_t daysBeforeMonth[] = {0, 306, 337, 0, 31, 61, 92, 122, 153, 184, 214, 245, 275, 306, 337};
+
 // The days of a year that begins in March: the day in bits 31 to 24, the month in bits 23 to 16, and 1 from January on,
 // where the calendar's year is one more.
 struct MarchYear {
@@ -340,11 +343,9 @@ inline constexpr MarchYear marchYear;
 inline long VqDate::dayabs() const {
     if (year < -4799 || static_cast<unsigned>(month - 1) >= 14) [[unlikely]]
         return AnyDayNumber();
-    const bool beforeMarch = month < 3;
-    const unsigned y = static_cast<unsigned>(year + 4800 - beforeMarch);         // [0:37567]
-    const unsigned m = static_cast<unsigned>(beforeMarch ? month + 12 : month);  // [3:14]
+    const unsigned y = static_cast<unsigned>(year + 4800 - (month < 3));  // [0:37567]
     const unsigned century = y / 100;
-    const unsigned days = 1461 * y / 4 - century + century / 4 + (979 * m - 2919) / 32;
+    const unsigned days = 1461 * y / 4 - century + century / 4 + vq::daysBeforeMonth[month];
     return static_cast<int>(days) + day - 32045;
 }
 
