@@ -1,5 +1,6 @@
 // Stored values of any row from outside: what the memory file's size function accepts, loading reads exactly; what was
-// loaded stores to a form that loads and stores the same again; comparing stored keys stays within the lengths given.
+// loaded stores to a form that loads and stores the same again, prints, and comes back from its exchange texts;
+// comparing stored keys stays within the lengths given.
 
 #include <cstdlib>
 #include <cstring>
@@ -31,8 +32,37 @@ std::vector<unsigned char> Stored(const VqTypeMgr& manager, char id, void* value
     return bytes;
 }
 
-void LoadAndStore(const VqTypeMgr& manager, char id, unsigned char format, unsigned long count,
-                  const unsigned char* data, unsigned long size) {
+bool LosesNothingInExchange(char id) {
+    switch (id) {
+        case VqTypeId_short:
+        case VqTypeId_VqDWord:
+        case VqTypeId_unsigned:
+        case VqTypeId_VqDateTime:
+        case VqTypeId_d_Date:
+        case VqTypeId_d_Time:
+        case VqTypeId_d_Timestamp:
+        case VqTypeId_VqInt64:
+        case VqTypeId_VqNull_uchar:
+        case VqTypeId_VqNull_ulong:
+        case VqTypeId_VqNull_VqInt64:
+        case VqTypeId_VqSeal:
+            return true;
+        default:
+            return false;
+    }
+}
+
+void Exchange(VqTypeMgr& manager, char id, void* values, unsigned char format, unsigned long count) {
+    VqTypeConvertData* const texts = manager.ConvertTo(id, values, count);
+    void* const back = manager.ConvertFrom(id, texts, count);
+    Require(!LosesNothingInExchange(id) ||
+            Stored(manager, id, back, format, count) == Stored(manager, id, values, format, count));
+    delete texts;
+    manager.Delete(id, back, count);
+}
+
+void LoadAndStore(VqTypeMgr& manager, char id, unsigned char format, unsigned long count, const unsigned char* data,
+                  unsigned long size) {
     const Bytes exact = Exact(data, size);
     MemFile file(exact.get(), size);
     const unsigned long guarded = manager.DiskLenGetFromMemFile(id, &file, format, count);
@@ -42,6 +72,9 @@ void LoadAndStore(const VqTypeMgr& manager, char id, unsigned char format, unsig
     const std::vector<unsigned char> once = Stored(manager, id, values, format, count);
     Require(manager.Load(id, values, once.data(), format, count) == once.size());
     Require(Stored(manager, id, values, format, count) == once);
+    Exchange(manager, id, values, format, count);
+    VqString text;
+    manager.PrintToVqString(id, text, values, nullptr, count);
     manager.Delete(id, values, count);
 }
 
@@ -65,7 +98,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     const unsigned char format = data[1] % 2 == 0 ? VqFormat_BigEndian : VqFormat_LittleEndian;
     const unsigned long count = data[2] % 8, n = static_cast<unsigned long>(size - 3);
     for (const unsigned long version : {1ul, 5ul}) {
-        const VqTypeMgr manager(version);
+        VqTypeMgr manager(version);
         LoadAndStore(manager, id, format, count, data + 3, n);
         CompareKeys(manager, id, format, count, data + 3, n);
     }

@@ -146,26 +146,25 @@ void* VqNullSlots<Null>::DefaultValue(unsigned long count, int) {
 
 template <class Null>
 unsigned long VqNullSlots<Null>::Store(void* dst, const void* src, unsigned char format, unsigned long count) {
-    const Null* const values = static_cast<const Null*>(src);
-    if (values == nullptr) return 0;
+    if (src == nullptr) return 0;
     unsigned char* out = static_cast<unsigned char*>(dst);
     for (unsigned long i = 0; i < count; ++i, out += Parts<Null>::Size) {
-        const auto value = values[i].value;
+        const Null element = vq::LoadValue<Null>(src, i);
+        const auto value = element.value;
         FormOf<Null>::Store(out + Parts<Null>::ValueAt(format), &value, format & VqFormat_OrderMask);
-        out[Parts<Null>::IndicatorAt(format)] = values[i].IsNullValue();
+        out[Parts<Null>::IndicatorAt(format)] = element.IsNullValue();
     }
     return count * Parts<Null>::Size;
 }
 
 template <class Null>
 unsigned long VqNullSlots<Null>::Load(void* dst, const void* src, unsigned char format, unsigned long count) {
-    Null* const values = static_cast<Null*>(dst);
-    if (values == nullptr) return 0;
+    if (dst == nullptr) return 0;
     const unsigned char* in = static_cast<const unsigned char*>(src);
     for (unsigned long i = 0; i < count; ++i, in += Parts<Null>::Size) {
         typename Null::ValueType value;
         FormOf<Null>::Load(&value, in + Parts<Null>::ValueAt(format), format & VqFormat_OrderMask);
-        values[i] = in[Parts<Null>::IndicatorAt(format)] == 1 ? Null() : Null(value);
+        vq::StoreValue(dst, i, in[Parts<Null>::IndicatorAt(format)] == 1 ? Null() : Null(value));
     }
     return count * Parts<Null>::Size;
 }
@@ -197,7 +196,7 @@ template <class Null>
 VqString& VqNullSlots<Null>::Print(VqString& out, void* values, const char* format, unsigned long count) {
     if (values == nullptr) return out;
     vq::PrintElements(out, count, [&](unsigned long i) {
-        const Null& element = static_cast<const Null*>(values)[i];
+        const Null element = vq::LoadValue<Null>(values, i);
         if (element.IsNullValue()) {
             out += VqNullPrintString();
         } else {
@@ -211,15 +210,14 @@ template <class Null>
 void* VqNullSlots<Null>::Scan(void* values, VqString& text, const char* format, unsigned long count) {
     if (values == nullptr) return values;
     vq::ScanElements(text, count, [&](const char* at, unsigned long i, bool& found) {
-        Null& element = static_cast<Null*>(values)[i];
         if (const char* const rest = vq::SkipNullPrintString(at)) {
-            element.SetNullValue();
+            vq::StoreValue(values, i, Null());
             found = true;
             return rest;
         }
-        auto value = element.value;
+        auto value = vq::LoadValue<Null>(values, i).value;
         at = ScanValue(at, format, value, found);
-        if (found) element = value;
+        if (found) vq::StoreValue(values, i, Null(value));
         return at;
     });
     return values;
@@ -229,12 +227,13 @@ void* VqNullSlots<Null>::Scan(void* values, VqString& text, const char* format, 
 
 template <class Null>
 int VqNullSlots<Null>::IsNull(void* value) {
-    return value != nullptr ? static_cast<const Null*>(value)->isNull : 0;
+    return value != nullptr ? vq::LoadValue<Null>(value, 0).isNull : 0;
 }
 
 template <class Null>
 int VqNullSlots<Null>::SetNull(void* value) {
-    return value != nullptr ? static_cast<Null*>(value)->SetNullValue() : 0;
+    if (value != nullptr) vq::StoreValue(value, 0, Null());
+    return VqStatus_Ok;
 }
 
 // --- Conversion
@@ -243,7 +242,7 @@ template <class Null>
 VqTypeConvertData* VqNullSlots<Null>::ConvertTo(void* values, unsigned long count) {
     if (values == nullptr && count != 0) return nullptr;
     return vq::MakeTexts(count, [values](unsigned long i, VqString& text) {
-        const Null& element = static_cast<const Null*>(values)[i];
+        const Null element = vq::LoadValue<Null>(values, i);
         if (element.IsNullValue()) {
             text.SetNullValue();
         } else {
