@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "_vqnulty.h"
-#include "blob.h"
+#include "blobslots.h"
 #include "booleanslots.h"
 #include "classslots.h"
 #include "dateslots.h"
@@ -225,6 +225,7 @@ constexpr VqTypeDescriptor Int64Family() {
     return row;
 }
 constexpr VqTypeDescriptor int64Family = Int64Family();
+constexpr VqTypeDescriptor blobFamily = VALUE_FAMILY(VqBlob, Blob, vq::BlobSlots);
 constexpr VqTypeDescriptor booleanFamily = VALUE_FAMILY(VqBoolean, Boolean, vq::BooleanSlots);
 constexpr VqTypeDescriptor sealFamily = VALUE_FAMILY(VqSeal, Seal, vq::SealSlots);
 
@@ -317,7 +318,7 @@ constexpr IdentifiedRow rowsById[] = {
     ROW(VqObjId,         12,                    1, "(%H-%L#%B)",                 opaqueWithNull<VqObjId>),
     ROW(VqClassId,       4,                     1, "(%Cv%V)",                    opaqueWithNull<VqClassId>),
     ROW(VqRef,           20,                    1, "(%D:%H-%L#%B, %C)",          opaqueWithNull<VqRef>),
-    ROW(VqBlob,          sizeof(VqBlob),        0, "[BLOB,len=%L]",              opaqueWithNull<VqBlob>),
+    ROW(VqBlob,          sizeof(VqBlob),        0, "[BLOB,len=%L]",              blobFamily),
     ROW(VqDateTime,      8,                     1, "%a %e.%b %Y %I:%M:%S %p",    dateTimeFamily),
     ROW(VqIString,       sizeof(VqIString),     0, "%s",                         istringFamily),
     ROW(VqCaseIString,   sizeof(VqCaseIString), 0, "%s",                         caseIStringFamily),
