@@ -132,6 +132,8 @@ void Compare(benchmark::State& state, std::size_t length, Order order) {
 
 int BlobOrder(const VqBlob& a, const VqBlob& b) { return a != b; }
 
+int StringOrder(const std::string& a, const std::string& b) { return a.compare(b); }
+
 // The lengths are known to be equal.
 int MemoryOrder(const std::string& a, const std::string& b) { return std::memcmp(a.data(), b.data(), a.size()); }
 
@@ -196,6 +198,8 @@ const bool registered = [] {
     for (const std::size_t length : {std::size_t{64}, std::size_t{4096}, std::size_t{1} << 20}) {
         const std::string name = "Compare/" + std::to_string(length);
         Register(name + "/ours", [length](benchmark::State& state) { Compare<VqBlob>(state, length, BlobOrder); });
+        Register(name + "/peer_std_string",
+                 [length](benchmark::State& state) { Compare<std::string>(state, length, StringOrder); });
         Register(name + "/peer_memcmp",
                  [length](benchmark::State& state) { Compare<std::string>(state, length, MemoryOrder); });
     }
