@@ -29,10 +29,11 @@ std::int64_t Draw(Kind kind, std::mt19937_64& random) {
 
 const std::vector<std::int64_t>& Numbers(Kind kind) {
     static const auto all = [] {
-        std::vector<std::vector<std::int64_t>> numbers(KindCount);
+        std::vector<std::vector<std::int64_t>> numbers;
         std::mt19937_64 random(1);
-        for (int k = 0; k < KindCount; ++k) {
-            while (numbers[k].size() < Count) numbers[k].push_back(Draw(static_cast<Kind>(k), random));
+        for (const Kind kind : {Small, Mixed, Full}) {
+            std::vector<std::int64_t>& drawn = numbers.emplace_back();
+            while (drawn.size() < Count) drawn.push_back(Draw(kind, random));
         }
         return numbers;
     }();
@@ -53,9 +54,7 @@ struct Texts {
     }
 };
 
-void CountItems(benchmark::State& state) {
-    state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * Count));
-}
+void CountItems(benchmark::State& state) { state.SetItemsProcessed(state.iterations() * std::int64_t{Count}); }
 
 // --- Text in a buffer
 

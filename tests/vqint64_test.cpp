@@ -318,7 +318,8 @@ TEST(VqInt64, TextIsThatOfDigitByDigit) {
     // Texts and formats from few characters, so that they often fit.
     const auto draw = [&random](const std::string& characters, std::size_t most) {
         std::string text;
-        for (std::size_t n = random() % (most + 1); n != 0; --n) text += characters[random() % characters.size()];
+        for (auto n = random() % (most + 1); n != 0; --n)
+            text += characters[static_cast<std::size_t>(random()) % characters.size()];
         return text;
     };
     int read = 0;
