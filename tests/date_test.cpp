@@ -34,7 +34,7 @@ TEST(DayNumbers, AgreeWithTheCalendarFromYearMinus4713To9999) {
         const year_month_day ymd(at);
         const VqDate date(int(ymd.year()), static_cast<int>(unsigned(ymd.month())),
                           static_cast<int>(unsigned(ymd.day())));
-        const long number = at.time_since_epoch().count() + Epoch;
+        const long number = static_cast<long>(at.time_since_epoch().count()) + Epoch;
         ASSERT_EQ(date.dayabs(), number) << at.time_since_epoch().count();
         ASSERT_EQ(Fields(VqDate(number)), Fields(date)) << number;
         ASSERT_EQ(date.IsDate(), 1) << number;
