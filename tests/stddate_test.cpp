@@ -161,7 +161,11 @@ TEST(StdDate, MovesADayLess) {
         date = saturday;
         EXPECT_EQ(Text(date.previous(static_cast<d_Date::Weekday>(i))), previous[i]);
     }
-    EXPECT_NO_FATAL_FAILURE(Text(saturday + Seconds(3e38f)) + Text(saturday - Seconds(3e38f)));
+    d_Date last, first;
+    last.setAbsDate(INT32_MAX);
+    first.setAbsDate(INT32_MIN);
+    EXPECT_EQ(Text(saturday + Seconds(3e38f)), Text(last));
+    EXPECT_EQ(Text(saturday - Seconds(3e38f)), Text(first));
 }
 
 TEST(StdDate, KnowsTheCalendar) {
@@ -283,8 +287,8 @@ TEST(StdDate, TimesCompareOnTheClocksOfTheirZones) {
     EXPECT_EQ(d_Time(3, 10, 0) != d_Time(3, 59, 59), -49);
     EXPECT_EQ(d_Time(3, 10, 8.25f) != d_Time(3, 10, 7.5f), 0) << "less than a second apart";
     EXPECT_EQ(d_Time(3, 10, 1.25f) != d_Time(3, 10, 3.5f), -2);
-    EXPECT_EQ((d_Time(13, 0, 1.75f, 2, 0) - d_Time(12, 59, 2)).seconds, 7259);
-    EXPECT_EQ((d_Time(1, 30, 0, -2, 0) - d_Time(0, 0, 0)).seconds, -5400) << "a negative hour";
+    EXPECT_EQ((d_Time(13, 0, 1.75f, 2, 0) - d_Time(12, 59, 2)).seconds, 7259.0f);
+    EXPECT_EQ((d_Time(1, 30, 0, -2, 0) - d_Time(0, 0, 0)).seconds, -5400.0f) << "a negative hour";
 }
 
 TEST(StdDate, TimesMoveRoundMidnight) {
@@ -374,8 +378,8 @@ TEST(StdDate, TimestampsCarryIntoTheCalendar) {
 // --- Intervals
 
 TEST(StdDate, IntervalsAddUpTheirParts) {
-    EXPECT_EQ(d_Interval().seconds, 0);
-    EXPECT_EQ(d_Interval(1, -2, 0, 0.0f).seconds, -(86400 + 7200));
+    EXPECT_EQ(d_Interval().seconds, 0.0f);
+    EXPECT_EQ(d_Interval(1, -2, 0, 0.0f).seconds, -93600.0f);
     EXPECT_EQ(d_Interval(0, 0, -1, -0.5f).seconds, -60.5f);
     EXPECT_EQ(d_Interval(std::numeric_limits<int>::min(), 0, 0, 0).seconds, -2147483648.0f * 86400);
     EXPECT_TRUE(std::isnan(Seconds(NotANumber).seconds));
@@ -500,8 +504,8 @@ TEST(StdDate, ReadsTextsWithoutAFormat) {
 
     EXPECT_EQ(Read<d_Interval>(" +1.5 seconds").seconds, 1.5f);
     EXPECT_EQ(Read<d_Interval>("1e999").seconds, Infinity);
-    EXPECT_EQ(Read<d_Interval>("-1e-999").seconds, 0);
-    EXPECT_EQ(Read<d_Interval>("x").seconds + Read<d_Interval>("").seconds, 0);
+    EXPECT_EQ(Read<d_Interval>("-1e-999").seconds, 0.0f);
+    EXPECT_EQ(Read<d_Interval>("x").seconds + Read<d_Interval>("").seconds, 0.0f);
     EXPECT_EQ(Text(Seconds(0.1f)) + Text(Days(-2)), "0.1-172800");
 }
 
