@@ -25,31 +25,13 @@ constexpr int Rounds = 1'000'000;
 
 const VqInt64 Min(INT64_MIN), Max(INT64_MAX);
 
-const std::int64_t extremes[] = {INT64_MIN,
-                                 INT64_MIN + 1,
-                                 INT64_MIN / 2,
-                                 -4294967297,
-                                 -4294967296,
-                                 -4294967295,
-                                 -2147483649,
-                                 -2147483648,
-                                 -10,
-                                 -3,
-                                 -2,
-                                 -1,
-                                 0,
-                                 1,
-                                 2,
-                                 3,
-                                 10,
-                                 0x7FFFFFFF,
-                                 0x80000000,
-                                 0xFFFFFFFF,
-                                 4294967296,
-                                 3037000500,
-                                 INT64_MAX / 2,
-                                 INT64_MAX - 1,
-                                 INT64_MAX};
+const std::int64_t extremes[] = {
+    // clang-format off
+    INT64_MIN, INT64_MIN + 1, INT64_MIN / 2, -4294967297, -4294967296, -4294967295, -2147483649, -2147483648, -10, -3,
+    -2, -1, 0, 1, 2, 3, 10, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF, 4294967296, 3037000500, INT64_MAX / 2, INT64_MAX - 1,
+    INT64_MAX,
+    // clang-format on
+};
 
 // Every width of up to 64 bits is as frequent as the others, and so are both signs.
 std::int64_t Draw(std::mt19937_64& random) {
