@@ -308,17 +308,18 @@ TEST(Blob, LengthsThatCannotBeHadAreToldToTheMemoryHandler) {
     blob.Append(nullptr, VqBlob::MaxLength);
     expectRefused(2147483650UL);
     if (LONG_MAX > VqBlob::MaxLength) {
-        const long most = VqBlob::MaxLength;
-        EXPECT_TRUE(VqBlob(most + 1).IsNullValue());
-        expectRefused(2147483648UL);
+        constexpr unsigned long TooLong = 2147483648UL;
+        const long tooLong = static_cast<long>(TooLong);
+        EXPECT_TRUE(VqBlob(tooLong).IsNullValue());
+        expectRefused(TooLong);
+        blob.SetTo("x", tooLong);
+        expectRefused(TooLong);
+        blob.Expand(tooLong);
+        expectRefused(TooLong);
+        blob.Resize(TooLong);
+        expectRefused(TooLong);
         blob.Append(blob.Data(), LONG_MAX);
-        expectRefused((1UL << 31 << 31) + 3);
-        for (int i = 0; i < 3; ++i) {
-            if (i == 0) blob.SetTo("x", most + 1);
-            if (i == 1) blob.Expand(most + 1);
-            if (i == 2) blob.Resize(static_cast<unsigned long>(most) + 1);
-            expectRefused(2147483648UL);
-        }
+        expectRefused(ULONG_MAX / 4 + 1 + 3);
     }
     EXPECT_EQ(Show(blob), "61 62 63");
     blob.Resize(ULONG_MAX);
