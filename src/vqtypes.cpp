@@ -91,18 +91,16 @@ constexpr VqTypeDescriptor illegalFamily = {
     .defaultValue = nothing,
 };
 
-// A class that has no row functions yet, with and without a null of its own.
+// A class that has a null of its own and no row functions yet.
 template <class T>
-constexpr VqTypeDescriptor OpaqueFamily(VqSetNullFunc setNull) {
+constexpr VqTypeDescriptor OpaqueFamily() {
     VqTypeDescriptor row = illegalFamily;
     row.memoryLength = sizeof(T);
-    row.setNull = setNull;
+    row.setNull = nothing;
     return row;
 }
 template <class T>
-constexpr VqTypeDescriptor opaque = OpaqueFamily<T>(nullptr);
-template <class T>
-constexpr VqTypeDescriptor opaqueWithNull = OpaqueFamily<T>(nothing);
+constexpr VqTypeDescriptor opaqueWithNull = OpaqueFamily<T>();
 
 // Slots is the class of static functions that the family has in common.
 template <class T, class Slots>
