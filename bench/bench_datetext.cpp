@@ -62,7 +62,7 @@ std::vector<std::tm> Tms() {
 }
 
 void CountItems(benchmark::State& state) {
-    state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * Count));
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(Count));
 }
 
 void Print(benchmark::State& state, const Format& format) {
@@ -171,8 +171,9 @@ void RegisterPeers(const std::string& name, const Format& format) {
 const bool registered = [] {
     for (const Format* format : {&Iso, &Named, &Twelve}) {
         const std::string name = format->name;
-        for (const auto& [kind, ours] : {std::pair("ToText", &Print), std::pair("ToNewText", &PrintNew)}) {
-            const std::string area = std::string("DateText/") + kind + "/" + name;
+        for (const auto& kind : {std::pair("ToText", &Print), std::pair("ToNewText", &PrintNew)}) {
+            const std::string area = std::string("DateText/") + kind.first + "/" + name;
+            const auto ours = kind.second;
             benchmark::RegisterBenchmark((area + "/ours").c_str(),
                                          [=](benchmark::State& state) { ours(state, *format); });
             RegisterPeers(area, *format);
