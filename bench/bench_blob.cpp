@@ -9,6 +9,7 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "vqtm.h"
@@ -18,6 +19,15 @@
 #endif
 
 namespace {
+
+template <class Bytes>
+Bytes Make(std::string_view bytes) {
+    if constexpr (std::is_same_v<Bytes, VqBlob>) {
+        return VqBlob(bytes.data(), static_cast<long>(bytes.size()));
+    } else {
+        return Bytes(bytes);
+    }
+}
 
 constexpr const char* syllables[] = {"ver", "be",  "sch", "ung", "en",  "er",  "ein", "lich", "keit", "an", "auf",
                                      "der", "die", "das", "und", "ist", "mit", "zu",  "bar",  "heit", "st", "ge"};
@@ -83,8 +93,7 @@ std::size_t ByMemmem(std::string_view bytes, std::string_view pattern) {
 
 template <class Bytes, class Find>
 void Search(benchmark::State& state, const Haystack& haystack, Find find) {
-    const Bytes bytes(haystack.bytes.data(), static_cast<long>(haystack.bytes.size()));
-    const Bytes pattern(haystack.pattern.data(), static_cast<long>(haystack.pattern.size()));
+    const Bytes bytes = Make<Bytes>(haystack.bytes), pattern = Make<Bytes>(haystack.pattern);
     for (auto _ : state) {
         if (find(bytes, pattern) != haystack.bytes.size() - 16) state.SkipWithError("not found");
     }
@@ -99,8 +108,9 @@ void SearchFields(benchmark::State& state, Find find) {
     std::vector<Bytes> fields, patterns;
     for (std::size_t i = 0; i < Count; ++i) {
         const std::size_t from = i % 2 == 0 ? i : random() % Count;
-        fields.emplace_back(text.data() + i * Field, static_cast<long>(Field));
-        patterns.emplace_back(text.data() + from * Field + random() % (Field - Pattern), static_cast<long>(Pattern));
+        fields.push_back(Make<Bytes>(std::string_view(text).substr(i * Field, Field)));
+        patterns.push_back(
+            Make<Bytes>(std::string_view(text).substr(from * Field + random() % (Field - Pattern), Pattern)));
     }
     for (auto _ : state) {
         std::size_t sum = 0;
@@ -118,7 +128,7 @@ void Compare(benchmark::State& state, std::size_t length, Order order) {
     const std::string noise = MakeNoise(length);
     std::vector<Bytes> first, second;
     for (std::size_t i = 0; i < count; ++i) {
-        first.emplace_back(noise.data(), static_cast<long>(length));
+        first.push_back(Make<Bytes>(noise));
         second.push_back(first.back());
     }
     for (auto _ : state) {
