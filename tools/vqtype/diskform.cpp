@@ -189,9 +189,10 @@ DiskForm ReadBlobs(const Bytes& bytes, unsigned char format) {
         const std::size_t at = starts[i];
         const std::size_t end = i + 1 < count ? starts[i + 1] : bytes.size();
         const bool isNull = form.values->IsNull(i);
-        form.fields.push_back({at, BlobLengthSize, prefix + "length",
-                               isNull ? fmt::format("{} (null: {})", NullBlobLength, form.values->Print(i))
-                                      : fmt::format("{} bytes", end - at - BlobLengthSize)});
+        form.fields.push_back(
+            {at, BlobLengthSize, prefix + "length",
+             isNull ? fmt::format("{} (null: {})", NullBlobLength, form.values->Print(i))
+                    : fmt::format("{} byte{}", end - at - BlobLengthSize, end - at - BlobLengthSize == 1 ? "" : "s")});
         if (!isNull) form.fields.push_back({at + BlobLengthSize, end - at - BlobLengthSize, prefix + "bytes", ""});
     }
     return form;
