@@ -38,9 +38,9 @@ class VQTM_API VqBlob {
         std::int32_t length;  ///< bytes at `data`
     };
 
-    static constexpr long MaxLength = 2147483647;
+    static const long MaxLength = 2147483647;
     /// Search's answer when nothing is found.
-    static constexpr long NotFound = 65535;
+    static const long NotFound = 65535;
 
     // --- Construction
     //

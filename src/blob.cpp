@@ -114,6 +114,10 @@ constexpr std::int64_t LengthOf(long n) { return std::clamp<std::int64_t>(n, 0, 
 
 }  // namespace
 
+// Not inline: Windows would import them from a library that has none.
+const long VqBlob::MaxLength;
+const long VqBlob::NotFound;
+
 // --- Construction
 
 VqBlob::VqBlob() : record_(MakeRecord(nullptr, 0)) {}
