@@ -82,7 +82,7 @@ TEST(OddFormats, OfAnyLengthStayWithinAString) {
                                           std::string("%.2147483647f"), std::string("%-4294967297s"), repeated}) {
             VqString out;
             manager.PrintToVqString(id, out, values.Get(), format.c_str(), 2);
-            EXPECT_LE(out.GetSize(), VqString::MaxSize);
+            EXPECT_LE(out.GetSize(), unsigned{VqString::MaxSize});
             VqString text(repeated.substr(0, 40000).c_str());
             manager.ScanFromVqString(id, values.Get(), text, format.c_str(), 2);
             manager.PrintToVqString(id, out, values.Get(), nullptr, 2);
