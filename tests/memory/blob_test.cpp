@@ -7,6 +7,7 @@
 #include <functional>
 #include <new>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "testsupport.h"
@@ -51,8 +52,14 @@ void __wrap_free(void* block) {
 }
 }
 
-// The records.
-void* operator new(std::size_t n, const std::nothrow_t&) noexcept { return Fails() ? nullptr : ::operator new(n); }
+// The records. What stands behind the other operator may be the C heap again.
+void* operator new(std::size_t n, const std::nothrow_t&) noexcept {
+    if (Fails()) return nullptr;
+    const long left = std::exchange(allocationsLeft, -1);
+    void* const block = ::operator new(n);
+    allocationsLeft = left;
+    return block;
+}
 
 namespace {
 
