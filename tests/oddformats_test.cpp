@@ -22,8 +22,9 @@ const char* const oddFormats[] = {
 
 std::string Readable(const VqString& text) {
     std::string readable;
-    for (const unsigned char c : Bytes(text)) {
-        readable += c >= 32 && c < 127 ? std::string(1, static_cast<char>(c)) : "\\" + Hex(&c, 1);
+    for (const char c : Bytes(text)) {
+        const auto byte = static_cast<unsigned char>(c);
+        readable += byte >= 32 && byte < 127 ? std::string(1, c) : "\\" + Hex(&byte, 1);
     }
     return readable;
 }
