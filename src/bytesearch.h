@@ -35,10 +35,14 @@ struct ByteHit {
     bool found;
 };
 
-// The bytes that may be compared at places where both looked-for bytes fit.
+// The bytes that may still be compared at places where the looked-for bytes fit.
 class ComparisonBudget {
   public:
-    explicit ComparisonBudget(std::size_t textLength) : left_(4 * std::min(textLength, SIZE_MAX / 8) + 1024) {}
+    explicit ComparisonBudget(std::size_t bytes) : left_(bytes) {}
+    // A few times what walking the text costs.
+    static ComparisonBudget ForText(std::size_t length) {
+        return ComparisonBudget(4 * std::min(length, SIZE_MAX / 8) + 1024);
+    }
     bool Spend(std::size_t bytes) {
         if (bytes > left_) return false;
         left_ -= bytes;
