@@ -21,14 +21,17 @@
 ///
 /// Scanning reads texts of 2-byte code sets in the default 8-bit one, strings aside. White space in a format matches
 /// any run of white space, other characters only themselves. Conversions but `c` and `s` pass over white space first,
-/// and
-/// `%*d` reads without storing; flags and precision mean nothing. The first mismatch ends the scan: what was stored
+/// and `%*d` reads without storing; flags and precision mean nothing. The first mismatch ends the scan: what was stored
 /// stays, and without a number the value keeps what it had. Integers saturate at the limits of 32 bits (signed for d
 /// and i, else unsigned, where -1 is 4294967295), then the type and the length keep the low bits: "70000" under %hd is
 /// 4464.
 ///
 /// Arrays print with ',' between the elements, and scan with it skipped; an element that cannot be read keeps its
-/// value, and the scan goes on behind the next comma. Bytes have no separator.
+/// value, and the scan goes on behind the next comma. Where numbers are read, what an element leaves unread before that
+/// comma counts as the next element: "1 2,3" holds three. Bytes have no separator.
+///
+/// A byte outside the printable ASCII characters prints as 0x and two hexadecimal digits, in place of the whole format
+/// whatever that is, and so it is read back: the byte 7 under "[%d]" is 0x07, the byte 65 is [65].
 ///
 /// May be called from several threads at once, on different strings.
 #ifndef TEXTFORM_H
@@ -43,15 +46,12 @@
 
 namespace vq {
 
-/// Appends one number. T: signed char, std::int16_t, std::int32_t, float, double.
-///
-/// Under a format with the letter c, a signed char outside the printable ASCII characters prints as 0x and two
-/// hexadecimal digits, without the rest of the format.
+/// Appends one number. T: signed char, which is a byte, std::int16_t, std::int32_t, float, double.
 template <class T>
 void PrintScalar(VqString& out, T value, const char* format);
 
 /// Reads one number from the zero-terminated `text` and returns where it stopped. `found` tells whether `value` was
-/// stored. A signed char is read back from the form with 0x as well.
+/// stored.
 template <class T>
 const char* ScanScalar(const char* text, const char* format, T& value, bool& found);
 
@@ -78,26 +78,36 @@ class SingleByteText {
 const char* SkipNullPrintString(const char* text);
 
 /// Scans `count` elements that are separated by commas: `scanElement(text, index, found)` reads one and returns where
-/// it stopped.
+/// it stopped. Behind every comma there is an element, which may be empty.
 template <class ScanElement>
 void ScanElements(const VqString& text, unsigned long count, ScanElement scanElement) {
     const SingleByteText single(text);
     const char* at = single.Get();
-    for (unsigned long i = 0; i < count && (i == 0 || *at != 0); ++i) {
+    bool more = true;
+    for (unsigned long i = 0; i < count && more; ++i) {
         bool found = false;
         at = scanElement(at, i, found);
         while (!found && *at != 0 && *at != ',') ++at;
+        more = *at != 0;
         if (*at == ',') ++at;
     }
 }
 
-/// Prints `count` elements with commas between them: `printElement(index)` prints one.
+/// Where an element of an array's text ends: at the comma behind as many as its format has, or behind the null print
+/// string.
+const char* EndOfElement(const char* text, const char* format);
+
+/// Appends the comma between two elements. False where the string is full, so that nothing behind it would get in.
+inline bool AppendComma(VqString& out) {
+    const unsigned short length = out.Len();
+    out << ',';
+    return out.Len() != length;
+}
+
+/// Prints `count` elements with commas between them, as long as there is room: `printElement(index)` prints one.
 template <class PrintElement>
 void PrintElements(VqString& out, unsigned long count, PrintElement printElement) {
-    for (unsigned long i = 0; i < count; ++i) {
-        if (i != 0) out << ',';
-        printElement(i);
-    }
+    for (unsigned long i = 0; i < count && (i == 0 || AppendComma(out)); ++i) printElement(i);
 }
 
 }  // namespace vq

@@ -2,10 +2,12 @@
 #ifndef VQ_CFORMAT_H
 #define VQ_CFORMAT_H
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
 #include "textunit.h"
+#include "vqstring.h"
 
 namespace vq {
 
@@ -31,10 +33,13 @@ constexpr const char* StringLetters = "s";
 // `letters`.
 const char* ParseConversion(const char* format, const char* letters, Conversion& conversion);
 
-// Copies `format` to `text`; where a conversion stands, calls print(conversion).
-template <class Print>
-void ExpandFormat(const char* format, const char* letters, std::string& text, Print print) {
-    while (*format != 0) {
+// True when a text of `length` characters is more than any string holds: what comes behind is lost whatever it is.
+constexpr bool IsTooLong(std::size_t length) { return length >= VqString::MaxSize; }
+
+// Copies `format` to `text`; where a conversion stands, calls print(conversion). Stops when the text is too long.
+template <class Text, class Print>
+void ExpandFormat(const char* format, const char* letters, Text& text, Print print) {
+    while (*format != 0 && !IsTooLong(text.size())) {
         Conversion conversion;
         const char* const next = *format == '%' ? ParseConversion(format, letters, conversion) : nullptr;
         if (next != nullptr && !conversion.suppressed) {

@@ -2,18 +2,11 @@
 #ifndef CLASSSLOTS_H
 #define CLASSSLOTS_H
 
-#include <algorithm>
-#include <cstring>
-
 #include "textform.h"
 #include "textunit.h"
 #include "valueslots.h"
 
 namespace vq {
-
-// Where an element of an array's text ends: at the comma behind as many as its format has, or behind the null print
-// string.
-const char* EndOfElement(const char* text, const char* format);
 
 // T has PrintToVqString and ScanFromVqString, with a format or without, and may have a null of its own. Exchange makes
 // the exchange text of a value: ToText(value, text) appends it, FromText(value, text) reads it back.

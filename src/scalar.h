@@ -13,9 +13,7 @@ struct ScalarSlots : ValueSlots<T> {
     static VqTypeConvertData* ConvertTo(void* values, unsigned long count) {
         if (values == nullptr && count != 0) return nullptr;
         return MakeTexts(count, [values](unsigned long i, VqString& text) {
-            T value;
-            std::memcpy(&value, static_cast<const char*>(values) + i * sizeof(T), sizeof(T));
-            text += VqString(static_cast<Text>(value));
+            text += VqString(static_cast<Text>(LoadValue<T>(values, i)));
         });
     }
 

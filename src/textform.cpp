@@ -8,8 +8,8 @@
 
 #include "_vqnulty.h"
 #include "cformat.h"
-#include "classslots.h"
 #include "textscan.h"
+#include "valueslots.h"
 
 namespace vq {
 namespace {
@@ -29,14 +29,6 @@ constexpr const char* OwnFormat<double> = "%f";
 
 constexpr bool IsPrintable(unsigned c) { return c >= 0x20 && c <= 0x7E; }
 
-// True when a character format is among the conversions.
-bool ShowsCharacter(const char* format) {
-    bool found = false;
-    std::string literal;
-    ExpandFormat(format, IntegerLetters, literal, [&](const Conversion& c) { found |= c.letter == 'c'; });
-    return found;
-}
-
 // The length of the form that an unprintable byte has, with its value, or 0 when none stands at `text`.
 unsigned ReadEscape(const char* text, std::uint32_t& byte) {
     static constexpr Conversion hex = {.width = 4, .bits = 8, .letter = 'x'};
@@ -53,7 +45,7 @@ void FormatScalar(std::string& text, T value, const char* format) {
                      [&](const Conversion& c) { AppendFloating(text, c, static_cast<double>(value)); });
     } else {
         const auto bits = static_cast<std::uint32_t>(value);
-        if (sizeof(T) == 1 && !IsPrintable(bits) && ShowsCharacter(format)) format = "0x%02x";
+        if (sizeof(T) == 1 && !IsPrintable(bits)) format = "0x%02x";
         ExpandFormat(format, IntegerLetters, text,
                      [&](const Conversion& c) { AppendInteger(text, c, bits, 8 * sizeof(T)); });
     }
@@ -74,24 +66,12 @@ bool ScanNumber(TextCursor& text, const Conversion& conversion, T& value) {
 }
 
 template <class T>
-T LoadElement(const void* values, unsigned long index) {
-    T value;
-    std::memcpy(&value, static_cast<const char*>(values) + index * sizeof(T), sizeof value);
-    return value;
-}
-
-template <class T>
-void StoreElement(void* values, unsigned long index, T value) {
-    std::memcpy(static_cast<char*>(values) + index * sizeof(T), &value, sizeof value);
-}
-
-template <class T>
 VqString& PrintValues(VqString& out, const void* values, const char* format, unsigned long count) {
     if (values == nullptr || count == 0) return out;
     std::string text;
-    for (unsigned long i = 0; i < count; ++i) {
+    for (unsigned long i = 0; i < count && !IsTooLong(text.size()); ++i) {
         if (i != 0 && sizeof(T) != 1) text += ',';
-        FormatScalar(text, LoadElement<T>(values, i), format);
+        FormatScalar(text, LoadValue<T>(values, i), format);
     }
     return out << text.c_str();
 }
@@ -100,9 +80,9 @@ template <class T>
 void* ScanValues(void* values, const VqString& text, const char* format, unsigned long count) {
     if (values == nullptr) return values;
     ScanElements(text, count, [&](const char* at, unsigned long i, bool& found) {
-        T value = LoadElement<T>(values, i);
+        T value = LoadValue<T>(values, i);
         at = ScanScalar(at, format, value, found);
-        if (found) StoreElement(values, i, value);
+        if (found) StoreValue(values, i, value);
         return at;
     });
     return values;
@@ -120,7 +100,8 @@ void PrintScalar(VqString& out, T value, const char* format) {
 template <class T>
 const char* ScanScalar(const char* text, const char* format, T& value, bool& found) {
     if (format == nullptr) format = OwnFormat<T>;
-    if (std::uint32_t byte; sizeof(T) == 1 && ShowsCharacter(format)) {
+    if constexpr (sizeof(T) == 1) {
+        std::uint32_t byte;
         if (const unsigned length = ReadEscape(text, byte)) {
             value = static_cast<T>(byte);
             found = true;
@@ -225,33 +206,50 @@ void* DoubleScan(void* values, VqString& text, const char* format, unsigned long
 
 namespace {
 
-void AppendLiteral(VqString& out, std::string& literal) {
-    out << literal.c_str();
-    literal.clear();
-}
+// Appends to a string: its own characters a run at a time, and parts of other strings.
+class TextPrinter {
+  public:
+    explicit TextPrinter(VqString& out) : out_(out), length_(out.Len()) {}
 
-// The text under one conversion; `literal` collects the text before and behind it.
-void AppendText(VqString& out, std::string& literal, const vq::Conversion& conversion, const VqString& value) {
-    const int length = value.Len();
-    const int taken = conversion.precision < 0 ? length : std::min(length, conversion.precision);
-    const std::string fill(static_cast<std::size_t>(std::max(conversion.width - taken, 0)), ' ');
-    if (!conversion.left) literal += fill;
-    AppendLiteral(out, literal);
-    VqString part(value.GetCodeSet(), value.GetLanguage());
-    part.AssignChars(value.StrGet(), value.GetCodeSet(), static_cast<unsigned short>(taken));
-    out += part;
-    if (conversion.left) literal += fill;
-}
+    // Of all that was to be appended, whether there was room for it or not.
+    std::size_t size() const { return length_ + literal_.size(); }
+
+    void operator+=(char c) { literal_ += c; }
+
+    void Append(const vq::Conversion& conversion, const VqString& value) {
+        const int length = value.Len();
+        const int taken = conversion.precision < 0 ? length : std::min(length, conversion.precision);
+        const std::string fill(static_cast<std::size_t>(std::max(conversion.width - taken, 0)), ' ');
+        if (!conversion.left) literal_ += fill;
+        Flush();
+        VqString part(value.GetCodeSet(), value.GetLanguage());
+        part.AssignChars(value.StrGet(), value.GetCodeSet(), static_cast<unsigned short>(taken));
+        out_ += part;
+        length_ += static_cast<std::size_t>(taken);
+        if (conversion.left) literal_ += fill;
+    }
+
+    void Flush() {
+        out_ << literal_.c_str();
+        length_ += literal_.size();
+        literal_.clear();
+    }
+
+  private:
+    VqString& out_;
+    std::size_t length_;
+    std::string literal_;
+};
 
 void PrintText(VqString& out, const VqString& value, const char* format) {
     if (value.IsNullValue()) {
         out += VqNullPrintString();
         return;
     }
-    std::string literal;
-    vq::ExpandFormat(format, vq::StringLetters, literal,
-                     [&](const vq::Conversion& conversion) { AppendText(out, literal, conversion, value); });
-    AppendLiteral(out, literal);
+    TextPrinter printer(out);
+    vq::ExpandFormat(format, vq::StringLetters, printer,
+                     [&](const vq::Conversion& conversion) { printer.Append(conversion, value); });
+    printer.Flush();
 }
 
 bool IsNullPrintString(const VqString& text) {

@@ -4,7 +4,6 @@
 #include <type_traits>
 
 #include "_vqnulty.h"
-#include "classslots.h"
 #include "textform.h"
 #include "valueslots.h"
 #include "vqbase.h"

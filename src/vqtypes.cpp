@@ -9,7 +9,6 @@
 #include "_vqnulty.h"
 #include "blobslots.h"
 #include "booleanslots.h"
-#include "classslots.h"
 #include "dateslots.h"
 #include "defaultmanager.h"
 #include "int64slots.h"
@@ -532,11 +531,10 @@ VqString& VqTypeMgr::PrintToVqString(char id, VqString& out, void* values, const
     // Bytes print as one piece, and where there is nothing to print there are no commas either.
     const bool whole = row.print == CharPrint || row.print == Nothing<VqPrintFunc>::Do || values == nullptr;
     if (whole || count <= 1) return row.print(out, values, format, count);
-    for (unsigned long i = 0; i < count; ++i) {
-        if (i != 0) out << ',';
+    vq::PrintElements(out, count, [&](unsigned long i) {
         VqString element(out.GetCodeSet(), out.GetLanguage());
         out += row.print(element, GetArrayElement(id, values, i, count), format, 1);
-    }
+    });
     return out;
 }
 

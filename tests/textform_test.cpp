@@ -2,14 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <limits>
+#include <vector>
 
 #include "_vqnulty.h"
 #include "testsupport.h"
+#include "vqtypes.h"
 
 namespace {
 
@@ -129,8 +132,8 @@ TEST(TextForm, ReadsUnsignedTypesByTheirOwnWidth) {
     EXPECT_EQ(Print(std::int16_t{-1}, "%hu"), "65535");
     EXPECT_EQ(Print(std::int16_t{-1}, "%u"), "65535");
     EXPECT_EQ(Print(std::int16_t{-1}, "%x"), "ffff");
-    EXPECT_EQ(Print(static_cast<signed char>(0xC8), "%u"), "200");
-    EXPECT_EQ(Print(static_cast<signed char>(0xC8), "%d"), "-56");
+    EXPECT_EQ(Print(static_cast<signed char>('~'), "%o"), "176");
+    EXPECT_EQ(Scan("200", "%u", static_cast<signed char>(0)), -56);
 }
 
 TEST(TextForm, KeepsHostileWidthsWithinTheLongestString) {
@@ -144,6 +147,46 @@ TEST(TextForm, KeepsHostileWidthsWithinTheLongestString) {
     EXPECT_EQ(Print(1.5, "%.99999g"), "1.5");
 }
 
+// Whatever formats and arrays ask for, work ends soon behind the longest text, and what it lacks is reported.
+TEST(TextForm, StopsWhereAStringIsFull) {
+    constexpr unsigned long Count = 20000;
+    std::string format;
+    for (unsigned long i = 0; i < Count; ++i) format += "%65532d%65532f%65532s";
+    const std::vector<VqString> strings(Count, VqString("text"));
+    const std::vector<char> zeros(8 * Count), bytes(Count, 'A');
+    struct Case {
+        const char* row;
+        VqPrintFunc print;
+        const void* values;
+    };
+    for (const Case& c : {Case{"char", CharPrint, bytes.data()}, Case{"short", ShortPrint, zeros.data()},
+                          Case{"long", LongPrint, zeros.data()}, Case{"double", DoublePrint, zeros.data()},
+                          Case{"string", StringPrint, strings.data()}}) {
+        for (const unsigned long count : {1ul, Count}) {
+            const vqtest::AssertRecorder asserts;
+            VqString out, wide = vqtest::Wide(u"");
+            c.print(out, const_cast<void*>(c.values), format.c_str(), count);
+            EXPECT_EQ(out.Len(), 65532) << c.row;
+            EXPECT_FALSE(asserts.Lines().empty()) << c.row;
+            c.print(wide, const_cast<void*>(c.values), format.c_str(), count);
+            EXPECT_EQ(wide.Len(), 32765) << c.row;
+        }
+    }
+}
+
+// A full string takes no further element, and the rest of the array is not gone through.
+TEST(TextForm, StopsArraysWhereAStringIsFull) {
+    const vqtest::AssertRecorder asserts;
+    constexpr unsigned long Count = 1000000;
+    std::vector<std::int32_t> values(Count, 1234567);
+    VqString out;
+    VqTypeMgr(5).PrintToVqString(VqTypeId_long, out, values.data(), nullptr, Count);
+    EXPECT_EQ(out.Len(), 65532);
+    EXPECT_EQ(Bytes(out).substr(65520), "1234567,1234");
+    EXPECT_FALSE(asserts.Lines().empty());
+    EXPECT_LT(asserts.Lines().size(), 10u);
+}
+
 TEST(TextForm, PrintsBytesAsOnePieceWithEscapes) {
     char bytes[] = {'A', ' ', '~', 0, 0x1F, 0x7F, static_cast<char>(0xE9), 'z'};
     VqString out("<");
@@ -154,8 +197,12 @@ TEST(TextForm, PrintsBytesAsOnePieceWithEscapes) {
     VqString text(Bytes(out).substr(1).c_str());
     CharScan(back, text, "%c", sizeof back);
     EXPECT_EQ(vqtest::Hex(back, sizeof back), vqtest::Hex(bytes, sizeof bytes));
-    EXPECT_EQ(Print<signed char>(1, "[%c]"), "0x01");
-    EXPECT_EQ(Print<signed char>(1, "[%d]"), "[1]");
+    for (const char* format : {"[%c]", "[%d]", "%x", "", "%ld %n"}) {
+        EXPECT_EQ(Print<signed char>(1, format), "0x01") << format;
+        EXPECT_EQ(Scan<signed char>("0x01", format, 'A'), 1) << format;
+    }
+    EXPECT_EQ(Print<signed char>('A', "[%d]"), "[65]");
+    EXPECT_EQ(Scan<signed char>("[65]", "[%d]", 0), 'A');
 }
 
 TEST(TextForm, PrintsAndScansArraysWithCommas) {
@@ -173,6 +220,21 @@ TEST(TextForm, PrintsAndScansArraysWithCommas) {
     EXPECT_EQ(values[1], -2);
     EXPECT_EQ(values[2], 30);
     EXPECT_EQ(LongScan(nullptr, text, "%d", 3), nullptr);
+
+    // An element may be empty, the last one too: its value stays. What follows a number is the next element.
+    static const struct {
+        const char* text;
+        std::int32_t values[3];
+    } cases[] = {
+        {"", {7, 8, 9}},      {"1", {1, 8, 9}},     {"1,", {1, 8, 9}},    {",2,", {7, 2, 9}},    {",,3", {7, 8, 3}},
+        {"1,,,4", {1, 8, 9}}, {"1 2,3", {1, 2, 3}}, {"1x2,3", {1, 8, 3}}, {"1x,2,3", {1, 8, 2}},
+    };
+    for (const auto& c : cases) {
+        std::int32_t read[] = {7, 8, 9};
+        VqString in(c.text);
+        LongScan(read, in, "%d", 3);
+        EXPECT_TRUE(std::equal(read, read + 3, c.values)) << c.text;
+    }
 }
 
 #ifdef __GLIBC__
