@@ -6,8 +6,11 @@
 ///
 /// - Values in memory form are at the type's memory length from each other; values in disk form follow one another
 ///   without a gap and at any address. A format byte is a set of VqFormat bits.
-/// - A count of 0 does nothing. A null array of values in memory does nothing and gives 0 or null.
-/// - Nothing is checked: the array holds `count` values, the destination has the room that the size function tells.
+/// - A count of 0 does nothing, whatever the addresses are; only Translate from disk to disk goes by its lengths alone.
+/// - The functions for life, conversion and text look whether an array is there: with a null one they do nothing. Those
+///   for disk form, keys and null trust their addresses, unless the count is 0. (Nullable scalars look in Store, Load,
+///   IsNull and SetNull as well.)
+/// - Nothing else is checked: the array holds `count` values, the destination has the room that the size function says.
 /// - No slot but SetNull is ever empty. An operation that a type does not have does nothing and gives 0 or null.
 /// - No exception leaves a slot function, except that memory which the platform refuses to a string follows the
 ///   platform's rule for `new`.
