@@ -40,13 +40,13 @@
 ///     "%a %e.%b %Y"       2005-03-07     <->  Mon 07.Mar 2005
 ///     "%I:%M:%S %p"       00:05:09       <->  12:05:09 am
 ///
-/// Names are Monday to Sunday, and Januar, Februar, March to December; the first two have been spelled so since ever. A
+/// Names are Monday to Sunday, and Januar, Februar, March to December; the first two have always been spelled so. A
 /// number has more digits where it needs them, and a sign before them where it is negative.
 ///
 /// Printing appends to `out`, in its code set; a null value *sets* it to the null print string. Directives for the part
 /// that a date or a time has not print the clock's.
 ///
-/// Scanning fails never. A text that begins with the null print string is null. Otherwise all six fields start as
+/// Scanning never fails. A text that begins with the null print string is null. Otherwise all six fields start as
 /// 0000-01-01T00:00:00, and the format is walked: an ordinary character passes over one of the text, which may be any;
 /// a directive reads a number as scanf does, white space first and a sign allowed, or leaves its field as it is, and
 /// advances by its width either way. Behind the end of the text there is nothing to read. Then the halves of the day
@@ -113,7 +113,7 @@ class VQTM_API VqDate {
     int IsLastDayOfTheMonth() const { return daynxtmonth() == 1; }
 
     /// The weekday, 0 = Monday to 6 = Sunday, by Zeller's congruence (Acta Mathematica 9, 1886). It is right from
-    /// 0000-03-01 to 4599-12-31. Later dates give 6 where the congruence's sum is negative; before, truncated divisions
+    /// 0000-03-01 to 4600-02-29. Later dates give 6 where the congruence's sum is negative; before, truncated divisions
     /// shift days.
     int DayOfTheDate() const;
     /// Its English name, "Monday" to "Sunday".

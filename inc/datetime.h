@@ -6,8 +6,7 @@
 ///
 ///     VqDateTime at(VqDate(2000, 3, 1), VqTime(0, 0, 0));
 ///     at.AddSeconds(-1);                                        // 2000-02-29T23:59:59
-///     at.ToLocalTime();                                         // where local time is an hour ahead:
-///     2000-03-01T00:59:59
+///     at.ToLocalTime();                                         // an hour ahead: 2000-03-01T00:59:59
 #ifndef DATETIME_H
 #define DATETIME_H
 
@@ -38,8 +37,9 @@ class VQTM_API VqDateTime {
     static VqDateTime Now();
     /// Now, universal time, by one reading of the clock.
     static VqDateTime NowUTC();
-    /// One object for all whose six fields are 0. It is no date, and it is not the null value either.
-    static const VqDateTime& Null();
+    /// One object for all whose six fields are 0, not const because callers hold it as such; nobody changes it. It is
+    /// no date, and it is not the null value either.
+    static VqDateTime& Null();
 
     /// 1 when the date is one (IsDate) and the time is one (IsTime), else 0.
     int IsDaTime() const { return date.IsDate() && time.IsTime(); }

@@ -136,13 +136,6 @@ VqTime VqTime::operator-(const VqTime& other) const {
 
 namespace {
 
-void ConvertDate(unsigned char* dst, const unsigned char* src, bool foreign) {
-    std::uint32_t date;
-    std::memcpy(&date, src, sizeof date);
-    if (foreign) date = vq::SwapYear(date);
-    std::memcpy(dst, &date, sizeof date);
-}
-
 unsigned long CopyBytes(void* dst, const void* src, unsigned long size) {
     if (size != 0) std::memmove(dst, src, size);
     return size;
@@ -155,9 +148,9 @@ unsigned long DateStore(void* dst, const void* src, unsigned char format, unsign
     auto* const to = static_cast<unsigned char*>(dst);
     const auto* const from = static_cast<const unsigned char*>(src);
     if (count == 1) {
-        ConvertDate(to, from, foreign);
+        vq::MoveDate(to, from, foreign);
     } else if (foreign) {
-        for (unsigned long i = 0; i < count; ++i) ConvertDate(to + i * 4, from + i * 4, true);
+        for (unsigned long i = 0; i < count; ++i) vq::MoveDate(to + i * 4, from + i * 4, true);
     } else {
         CopyBytes(dst, src, count * 4);
     }

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
+#include <optional>
 
 #include "_vqnulty.h"
 #include "cformat.h"
@@ -194,8 +195,9 @@ class DatePrinter {
     // Only where the text says which half of the day it is, midnight is twelve.
     int TwelveHour() {
         const int hour = Get(Hour);
-        if (hour > 12) return hour - 12;
-        return hour == 0 && AsksForHalf(format_) ? 12 : hour;
+        if (hour != 0) return hour > 12 ? hour - 12 : hour;
+        if (!midnight_) midnight_ = AsksForHalf(format_) ? 12 : 0;
+        return *midnight_;
     }
 
     int Get(Field field) {
@@ -228,6 +230,7 @@ class DatePrinter {
 
     VqDateTime value_;
     const char* format_;
+    std::optional<int> midnight_;  // as %I prints it
     bool hasDate_;
     bool hasTime_;
 };

@@ -1,12 +1,11 @@
 #include "datetime.h"
 
-#include <bit>
 #include <charconv>
-#include <cstdio>
 #include <cstring>
 #include <iterator>
 
 #include "dateslots.h"
+#include "datetext.h"
 #include "storedyear.h"
 #include "vqbase.h"
 
@@ -22,8 +21,8 @@ VqDateTime VqDateTime::NowUTC() {
     return VqDateTime(VqDate(date.year, date.month, date.day), VqTime(time.hour, time.minute, time.second));
 }
 
-const VqDateTime& VqDateTime::Null() {
-    static const VqDateTime zero(VqDate(0, 0, 0), VqTime(0, 0, 0));
+VqDateTime& VqDateTime::Null() {
+    static VqDateTime zero(VqDate(0, 0, 0), VqTime(0, 0, 0));
     return zero;
 }
 
@@ -74,15 +73,6 @@ namespace {
 
 constexpr unsigned long Stored = 7, Held = sizeof(VqDateTime);
 
-// The first four bytes of an element.
-template <bool Foreign>
-void MoveDate(unsigned char* dst, const unsigned char* src) {
-    std::uint32_t date;
-    std::memcpy(&date, src, sizeof date);
-    if (Foreign) date = vq::SwapYear(date);
-    std::memcpy(dst, &date, sizeof date);
-}
-
 // Elements at a distance of `From` to elements at a distance of `To`. The time moves as a word where both areas have
 // room behind it, which all elements but the last have; the byte too many is overwritten by the next element.
 template <unsigned long To, unsigned long From, bool Foreign>
@@ -90,10 +80,10 @@ void MoveElements(unsigned char* dst, const unsigned char* src, unsigned long co
     for (; count > 1; --count, dst += To, src += From) {
         std::uint32_t time;
         std::memcpy(&time, src + 4, sizeof time);
-        MoveDate<Foreign>(dst, src);
+        vq::MoveDate(dst, src, Foreign);
         std::memcpy(dst + 4, &time, sizeof time);
     }
-    MoveDate<Foreign>(dst, src);
+    vq::MoveDate(dst, src, Foreign);
     std::memcpy(dst + 4, src + 4, 3);
 }
 
@@ -120,12 +110,7 @@ unsigned long DaTimeSizeGetFromMemFile(MemFile*, unsigned char, unsigned long co
 // --- Exchange form
 
 void vq::DateTimeExchange::ToText(const VqDateTime& value, VqString& text) {
-    const VqDate& date = value.date;
-    const VqTime& time = value.time;
-    char fields[40];
-    std::snprintf(fields, sizeof fields, "%04d-%02d-%02dT%02d:%02d:%02d", date.year, date.month, date.day, time.hour,
-                  time.minute, time.second);
-    text += VqString(fields);
+    PrintDateText(text, value, DateParts::Both, DateTimeFormat);
 }
 
 void vq::DateTimeExchange::FromText(VqDateTime& value, const VqString& text) {
@@ -137,6 +122,6 @@ void vq::DateTimeExchange::FromText(VqDateTime& value, const VqString& text) {
         if (found != 0 && (at == end || *at++ != Before[found])) break;
         at = std::from_chars(at, end, fields[found]).ptr;
     }
-    value.date = found == 1 ? VqDate(static_cast<long>(fields[0])) : VqDate(fields[0], fields[1], fields[2]);
+    value.date = found == 1 ? VqDate(static_cast<long>(text)) : VqDate(fields[0], fields[1], fields[2]);
     value.time = VqTime(fields[3], fields[4], fields[5]);
 }

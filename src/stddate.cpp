@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
-#include <utility>
 
 #include "storedyear.h"
 #include "vqbase.h"
@@ -315,8 +314,9 @@ unsigned long d_TimestampStore(void* dst, const void* src, unsigned char format,
     const bool foreign = vq::IsForeignOrder(format);
     for (unsigned long i = 0; i < count; ++i) {
         char* const to = static_cast<char*>(dst) + i * TimestampSize;
-        std::memcpy(to, static_cast<const char*>(src) + i * TimestampSize, TimestampSize);
-        if (foreign) std::swap(to[0], to[1]);  // the year
+        const char* const from = static_cast<const char*>(src) + i * TimestampSize;
+        vq::MoveDate(to, from, foreign);
+        std::memmove(to + 4, from + 4, TimestampSize - 4);
     }
     return count * TimestampSize;
 }

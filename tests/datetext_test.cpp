@@ -7,6 +7,7 @@
 #include "_vqnulty.h"
 #include "datetextreference.h"
 #include "testsupport.h"
+#include "vqtypes.h"
 
 namespace {
 
@@ -125,6 +126,14 @@ TEST(DateText, PrintsFormatsOfAnyLength) {
     EXPECT_EQ(asserts.Lines().size(), 1u);
     EXPECT_EQ(Print(At(2005, 9, 7), std::string(65532, 'x').c_str()), std::string(65532, 'x'));
     EXPECT_EQ(asserts.Lines().size(), 1u);
+
+    // Midnight asks the whole format for the half of the day, once.
+    std::string hours(2 * 32766, 'x');
+    for (std::size_t i = 0; i < hours.size(); i += 2) hours.replace(i, 2, "%I");
+    for (int i = 0; i < 50; ++i) {
+        ASSERT_EQ(Print(At(2005, 9, 7, 0), hours.c_str()).substr(65528), "0000") << i;
+        ASSERT_EQ(Print(At(2005, 9, 7, 0), (hours + "%p").c_str()).substr(65528), "1212") << i;
+    }
 }
 
 // --- Scanning
@@ -220,6 +229,28 @@ TEST(DateText, NullReplacesTheText) {
     VqNullPrintString() = "20";
     EXPECT_TRUE(Scan<VqDate>("2005-03-07", nullptr).IsNullValue());
     VqNullPrintString() = before;
+}
+
+// An element between commas may be empty, the last one too.
+TEST(DateText, ReadsEmptyElementsOfArrays) {
+    VqTypeMgr manager(5);
+    const VqString before = VqNullPrintString();
+    VqString printed, text("2005-03-07,");
+    VqDate dates[] = {VqDate(2005, 3, 7), VqDate(2005, 3, 7), VqDate(2005, 3, 7)};
+    for (const int i : {0, 2}) dates[i].SetNullValue();
+    VqNullPrintString() = "";
+    manager.PrintToVqString(VqTypeId_VqDate, printed, dates, "%Y-%m-%d", 3);
+    VqDate read[] = {VqDate(1, 1, 1), VqDate(1, 1, 1), VqDate(1, 1, 1)};
+    manager.ScanFromVqString(VqTypeId_VqDate, read, printed, "%Y-%m-%d", 3);
+    VqNullPrintString() = before;
+    EXPECT_EQ(Bytes(printed), ",2005-03-07,");
+    EXPECT_TRUE(read[0].IsNullValue());
+    EXPECT_EQ(Print(read[1], nullptr), "2005-03-07");
+    EXPECT_TRUE(read[2].IsNullValue());
+
+    manager.ScanFromVqString(VqTypeId_VqDate, read, text, "%Y-%m-%d", 3);
+    EXPECT_EQ(Print(read[1], nullptr), "0000-01-01");
+    EXPECT_TRUE(read[2].IsNullValue());
 }
 
 // --- Against the slow way

@@ -42,7 +42,7 @@ inline std::string ReferenceDirective(char letter, const VqDateTime& value, bool
     std::string name(1, letter);
     if (letter == 'p') return hour >= 12 ? "pm" : "am";
     if (letter == 'P') return hour >= 12 ? "PM" : "AM";
-    if (letter == 'A' || letter == 'a') name = VqDate(value.date).PrintDayOfTheDate().StrGet();
+    if (letter == 'A' || letter == 'a') name = DayNameTable[value.date.DayOfTheDate()];
     if (letter == 'B' || letter == 'b') {
         if (month < 1 || month > 12) return Printf("%03.3d", month);
         name = MonthNameTable[month - 1];

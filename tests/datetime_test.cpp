@@ -168,7 +168,7 @@ TEST(VqDateTime, OrdersByDateThenTime) {
 }
 
 TEST(VqDateTime, NullIsOneObjectAndNotTheNullValue) {
-    const VqDateTime& null = VqDateTime::Null();
+    VqDateTime& null = VqDateTime::Null();
     EXPECT_EQ(&null, &VqDateTime::Null());
     EXPECT_EQ(Fields(null), FieldList{});
     EXPECT_FALSE(null.IsNullValue());
@@ -297,15 +297,26 @@ TEST(DateAndTimeRows, TravelAsTexts) {
         {"2005-3-7", {2005, 3, 7, 0, 0, 0}},
         {"2005-03-07T12", {2005, 3, 7, 12, 0, 0}},
         {"2005-03-07 12:05:09", {2005, 3, 7, 0, 0, 0}},
+        // A number alone, as dates read it.
         {"2451545", {2000, 1, 1, 0, 0, 0}},
+        {" +2451545 days", {2000, 1, 1, 0, 0, 0}},
+        {"-5", {-4713, 11, 19, 0, 0, 0}},
+        {"0x10", {-4713, 12, 10, 0, 0, 0}},
         {"", {-4713, 11, 24, 0, 0, 0}},
         {"noon", {-4713, 11, 24, 0, 0, 0}},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(Fields(ValueOf<VqDateTime>(manager, VqTypeId_VqDateTime, c.text)), c.fields) << c.text;
     }
+    for (const char* number : {"99999999999", "-99999999999", "017", "2147483647", "-2147483649"}) {
+        EXPECT_TRUE(IsSame(ValueOf<VqDateTime>(manager, VqTypeId_VqDateTime, number).date,
+                           ValueOf<VqDate>(manager, VqTypeId_VqDate, number)))
+            << number;
+    }
     VqDateTime at = At({2005, 3, 7, 12, 5, 9});
     EXPECT_EQ(TextOf(manager, VqTypeId_VqDateTime, &at), "2005-03-07T12:05:09");
+    at = At({-5, -5, 100, -128, 0, -1});
+    EXPECT_EQ(TextOf(manager, VqTypeId_VqDateTime, &at), "-0005--05-100T-128:00:-01");
     std::mt19937 random(3);
     for (int i = 0; i < 10000; ++i) {
         at = RandomDateTime(random);
