@@ -14,9 +14,11 @@
 /// null pointer stands for zero bytes, as many as the length says. Bytes that nobody has given a value are zero. Every
 /// argument may be this blob, or point into it.
 ///
-/// When memory cannot be had (a length above the largest one never can), the memory handler is told the size and may
-/// help (VqSetMemoryHandler). Otherwise every blob stays valid: a constructor, and a part that is copied out, give the
-/// null value, and every other member leaves all as it was. None throws an exception.
+/// When memory cannot be had, the memory handler is told the size and may help (VqSetMemoryHandler); about a length
+/// above the largest one it is told once, for none helps. Otherwise every blob stays valid: a constructor, and a part
+/// that is copied out, give the null value, and every other member leaves all as it was. None throws an exception, but
+/// for the memory of strings, which follows the rule of `new`: PrintToVqString makes text, and ScanFromVqString maps a
+/// 2-byte one.
 ///
 /// A blob belongs to one thread at a time. Pointers into it (Data, Seek) are valid until its next change.
 #ifndef BLOB_H
@@ -73,7 +75,7 @@ class VQTM_API VqBlob {
     // --- Assignment
 
     /// Copies from a buffer that begins with its length: a signed 32-bit number in the machine's byte order, then so
-    /// many bytes. A negative length, and a null pointer, make the blob null.
+    /// many bytes. A negative length, and a null pointer, make the blob null; `blob = 0` is that null pointer.
     VqBlob& operator=(const char* lengthAndBytes);
     /// Copies; where neither is null, as SetTo does.
     VqBlob& operator=(const VqBlob& other);
@@ -160,12 +162,14 @@ class VQTM_API VqBlob {
     // Everything else in a format is ordinary text. A null format is "[BLOB,len=%L]".
 
     /// Appends the text under `format` to `out`, the null print string for null. Pairs that a string has no room for
-    /// are left out: about 32000 bytes can be printed.
+    /// are left out, so that what stands behind them in the format has its place: about 32000 bytes can be printed.
     void PrintToVqString(VqString& out, const char* format = nullptr) const;
     /// Reads a text under `format`. A text that begins with the null print string makes the blob null. `%X` and `%x`
     /// read as many pairs as there are, of digits in either case, and make them the content. `%L` passes over a number
-    /// without changing anything, so that reading what a blob printed under its row's own format destroys no bytes. The
-    /// first character that the format does not expect ends the scan; without a pair in its place the content stays.
+    /// without changing anything, so that reading what a blob printed under its row's own format destroys no bytes.
+    /// Where the text does not match the format the content stays, whatever was read before; so it does where pairs
+    /// should be and another character is. Text behind the end of the format is ignored, as an odd last digit is under
+    /// "%x".
     void ScanFromVqString(const VqString& text, const char* format = nullptr);
 
     // --- Records

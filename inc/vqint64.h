@@ -27,7 +27,9 @@ class VQTM_API VqInt64 {
   public:
     // --- Construction
     //
-    // An integer of any width keeps its value; one without sign of 64 bits keeps its bits.
+    // An integer of any width keeps its value; one without sign of 64 bits keeps its bits. A `long` has 32 bits on some
+    // targets and 64 on others, where it may be std::int64_t, and `unsigned long` std::uint64_t: only with values of 32
+    // bits does it give the same everywhere.
 
     /// Zero.
     VqInt64() : low(0), high(0) {}

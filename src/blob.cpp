@@ -17,7 +17,7 @@ using Record = VqBlob::Record;
 
 // --- Memory
 
-// What `allocate` gives, as long as the memory handler has something to free for it.
+// What `allocate` gives, or gives after the memory handler has freed something for it.
 template <class Allocate>
 auto AllocateOrAsk(std::int64_t size, Allocate allocate) {
     auto* memory = allocate();
@@ -27,9 +27,11 @@ auto AllocateOrAsk(std::int64_t size, Allocate allocate) {
 
 template <void* (*allocate)(std::size_t)>
 unsigned char* AllocateBytes(std::int64_t n) {
-    return AllocateOrAsk(n, [n] {
-        return n <= VqBlob::MaxLength ? static_cast<unsigned char*>(allocate(static_cast<std::size_t>(n))) : nullptr;
-    });
+    if (n > VqBlob::MaxLength) {
+        VqCallMemoryHandler(static_cast<unsigned long>(n));
+        return nullptr;
+    }
+    return AllocateOrAsk(n, [n] { return static_cast<unsigned char*>(allocate(static_cast<std::size_t>(n))); });
 }
 
 void* ZeroMemory(std::size_t n) { return std::calloc(n, 1); }

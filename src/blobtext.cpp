@@ -13,14 +13,6 @@
 namespace {
 
 constexpr const char* DefaultFormat = "[BLOB,len=%L]";
-constexpr unsigned NoDigit = 16;
-
-constexpr unsigned DigitValue(char c) {
-    if (c >= '0' && c <= '9') return static_cast<unsigned>(c - '0');
-    if (c >= 'A' && c <= 'F') return static_cast<unsigned>(c - 'A') + 10;
-    if (c >= 'a' && c <= 'f') return static_cast<unsigned>(c - 'a') + 10;
-    return NoDigit;
-}
 
 // One element of a format: a directive, or an ordinary character.
 struct Element {
@@ -41,6 +33,18 @@ struct Element {
 // Characters that `out` has room for.
 std::size_t RoomOf(const VqString& out) { return VqString::MaxSize / vq::CharSizeOf(out.GetCodeSet()) - 1 - out.Len(); }
 
+// Characters that a format takes besides pairs.
+std::size_t SizeWithoutPairs(const char* format, std::size_t lengthDigits) {
+    std::size_t size = 0;
+    while (*format != 0) {
+        const Element element(format);
+        if (element.directive == 0) ++size;
+        if (element.directive == 'L') size += lengthDigits;
+        format = element.next;
+    }
+    return size;
+}
+
 void AppendPairs(std::string& text, const VqBlob& blob, const char* digits, std::size_t room) {
     const std::size_t left = room - std::min(room, text.size());
     const std::size_t bytes = std::min(static_cast<std::size_t>(blob.Length()), left / 2);
@@ -51,9 +55,11 @@ void AppendPairs(std::string& text, const VqBlob& blob, const char* digits, std:
     }
 }
 
+unsigned DigitAt(const char* text) { return vq::DigitValue(static_cast<unsigned char>(*text)); }
+
 // Behind the pairs at `text`.
 const char* SkipPairs(const char* text) {
-    while (DigitValue(text[0]) != NoDigit && DigitValue(text[1]) != NoDigit) text += 2;
+    while (DigitAt(text) != vq::NoDigit && DigitAt(text + 1) != vq::NoDigit) text += 2;
     return text;
 }
 
@@ -62,13 +68,11 @@ const char* SkipNumber(const char* text) {
     return text;
 }
 
-void TakePairs(VqBlob& blob, const char* text, long count) {
-    VqBlob bytes(count);
+void TakePairs(VqBlob& blob, const char* from, const char* to) {
+    VqBlob bytes(static_cast<long>(to - from) / 2);
     if (bytes.IsNullValue()) return;
-    unsigned char* const data = bytes.Data();
-    for (long i = 0; i < count; ++i, text += 2) {
-        data[i] = static_cast<unsigned char>(DigitValue(text[0]) << 4 | DigitValue(text[1]));
-    }
+    unsigned char* data = bytes.Data();
+    for (; from != to; from += 2) *data++ = static_cast<unsigned char>(DigitAt(from) << 4 | DigitAt(from + 1));
     blob = std::move(bytes);
 }
 
@@ -80,23 +84,29 @@ void VqBlob::PrintToVqString(VqString& out, const char* format) const {
         return;
     }
     if (format == nullptr) format = DefaultFormat;
+    const std::string length = std::to_string(Length());
     std::string text;
+    // What stands behind pairs keeps its place.
+    const auto roomForPairs = [&](const char* rest) {
+        const std::size_t room = RoomOf(out);
+        return room - std::min(room, SizeWithoutPairs(rest, length.size()));
+    };
     while (*format != 0) {
         const Element element(format);
+        format = element.next;
         switch (element.directive) {
             case 'L':
-                text += std::to_string(Length());
+                text += length;
                 break;
             case 'X':
-                AppendPairs(text, *this, "0123456789ABCDEF", RoomOf(out));
+                AppendPairs(text, *this, "0123456789ABCDEF", roomForPairs(format));
                 break;
             case 'x':
-                AppendPairs(text, *this, "0123456789abcdef", RoomOf(out));
+                AppendPairs(text, *this, "0123456789abcdef", roomForPairs(format));
                 break;
             default:
                 text += element.literal;
         }
-        format = element.next;
     }
     out << text.c_str();
 }
@@ -109,18 +119,19 @@ void VqBlob::ScanFromVqString(const VqString& text, const char* format) {
         return;
     }
     if (format == nullptr) format = DefaultFormat;
+    const char *pairs = nullptr, *pairsEnd = nullptr;
     while (*format != 0) {
         const Element element(format);
         format = element.next;
         if (element.directive == 'L') {
             at = SkipNumber(at);
         } else if (element.directive != 0) {
-            const char* const end = SkipPairs(at);
-            if (end == at && *at != *format) return;
-            TakePairs(*this, at, (end - at) / 2);
-            at = end;
+            pairs = at;
+            at = pairsEnd = SkipPairs(at);
+            if (pairs == at && *at != *format) return;
         } else if (*at++ != element.literal) {
             return;
         }
     }
+    if (pairs != nullptr) TakePairs(*this, pairs, pairsEnd);
 }

@@ -160,13 +160,6 @@ std::string FloatingDigits(double magnitude, const Conversion& conversion) {
     return ToChars(magnitude, std::chars_format::general, std::min(significant, MaxFraction));
 }
 
-// The value of a digit in bases up to 16, or 16 when it is none.
-unsigned DigitValue(unsigned c) {
-    if (c >= '0' && c <= '9') return c - '0';
-    if ((c | 0x20) >= 'a' && (c | 0x20) <= 'f') return (c | 0x20) - 'a' + 10;
-    return 16;
-}
-
 // The base of the digits, past their prefix: letter i takes it from the text, x allows 0x before it.
 unsigned ReadBase(TextCursor& text, char letter) {
     if (letter != 'i' && BaseOf(letter) != 16) return static_cast<unsigned>(BaseOf(letter));

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstring>
 #include <limits>
 #include <string>
 #include <string_view>
@@ -12,14 +13,6 @@ namespace vq {
 namespace {
 
 constexpr bool IsBlank(unsigned short c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
-
-// The digit's value in bases up to 16, or 16 when it is none.
-constexpr unsigned DigitValue(unsigned c) {
-    if (c >= '0' && c <= '9') return c - '0';
-    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-    return 16;
-}
 
 // A forward reader over either character size.
 class Reader {
@@ -41,6 +34,10 @@ class Reader {
         if (c == '+' || c == '-') Skip(1);
         return c == '-';
     }
+    // What is left of 1-byte text.
+    std::string_view Bytes() const {
+        return {at_, end_ != nullptr ? static_cast<std::size_t>(end_ - at_) : std::strlen(at_)};
+    }
     bool AtHexPrefix() const { return (*this)[0] == '0' && ((*this)[1] | 0x20) == 'x'; }
 
   private:
@@ -49,7 +46,7 @@ class Reader {
     unsigned charSize_;
 };
 
-// The leading run of characters that a floating number can be made of.
+// Copies the leading run of characters that a floating number can be made of.
 std::string NarrowRun(Reader& in) {
     std::string run;
     for (unsigned short c; (c = in[0]) != 0 && c < 128; in.Skip(1)) {
@@ -77,30 +74,27 @@ bool IsHuge(std::string_view digits) {
     return magnitude + exponent > 0;
 }
 
-// The value of the number at the start of `run`; 0 when there is none.
-double ParseDecimal(const std::string& run) {
-    double value = 0;
-    const auto [end, error] = std::from_chars(run.data(), run.data() + run.size(), value);
-    if (error != std::errc::result_out_of_range) return value;
-    const std::string_view number(run.data(), static_cast<std::size_t>(end - run.data()));
-    return IsHuge(number) ? std::numeric_limits<double>::infinity() : 0.0;
+// The number at the start of the characters, which a sign does not precede; false when there is none.
+bool ParseDecimal(std::string_view text, double& value) {
+    if (text.starts_with('-')) return false;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error == std::errc::result_out_of_range) {
+        const bool huge = IsHuge(text.substr(0, static_cast<std::size_t>(end - text.data())));
+        value = huge ? std::numeric_limits<double>::infinity() : 0.0;
+    }
+    return error != std::errc::invalid_argument;
 }
 
-// The same for the digits behind 0x.
-double ParseHex(const std::string& digits) {
+// The same for the digits behind 0x; without any the 0 is the number.
+double ParseHex(std::string_view digits) {
     double value = 0;
-    if (digits.empty() || (DigitValue(static_cast<unsigned char>(digits[0])) == 16 && digits[0] != '.')) return 0;
+    if (digits.empty() || (DigitValue(static_cast<unsigned char>(digits[0])) == NoDigit && digits[0] != '.')) return 0;
     const auto [end, error] =
         std::from_chars(digits.data(), digits.data() + digits.size(), value, std::chars_format::hex);
     if (error != std::errc::result_out_of_range) return value;
+    digits = digits.substr(0, static_cast<std::size_t>(end - digits.data()));
     const std::size_t p = digits.find_first_of("pP");
-    return p != std::string::npos && digits[p + 1] == '-' ? 0.0 : std::numeric_limits<double>::infinity();
-}
-
-// True when the run begins with a number, so that a sign before it counts.
-bool BeginsNumber(const std::string& run) {
-    double value = 0;
-    return std::from_chars(run.data(), run.data() + run.size(), value).ec != std::errc::invalid_argument;
+    return p != std::string_view::npos && digits[p + 1] == '-' ? 0.0 : std::numeric_limits<double>::infinity();
 }
 
 }  // namespace
@@ -128,9 +122,14 @@ double ParseDouble(const char* text, unsigned charSize, const char* end) {
     in.SkipBlanks();
     const bool negative = in.SkipSign();
     const bool hex = in.AtHexPrefix();
-    const std::string run = NarrowRun(in);
-    if (run.empty() || run[0] == '-' || run[0] == '+' || !BeginsNumber(run)) return 0;
-    const double value = hex ? ParseHex(run.substr(2)) : ParseDecimal(run);
+    const std::string narrowed = charSize != 1 ? NarrowRun(in) : std::string();
+    const std::string_view number = charSize != 1 ? narrowed : in.Bytes();
+    double value = 0;
+    if (hex) {
+        value = ParseHex(number.substr(2));
+    } else if (!ParseDecimal(number, value)) {
+        return 0;
+    }
     return negative ? -value : value;
 }
 

@@ -51,6 +51,14 @@ inline void StoreChar(void* at, unsigned charSize, unsigned short code) {
         *static_cast<unsigned char*>(at) = code < 256 ? static_cast<unsigned char>(code) : '?';
 }
 
+// A digit's value in bases up to 16, or NoDigit.
+constexpr unsigned NoDigit = 16;
+constexpr unsigned DigitValue(unsigned c) {
+    if (c >= '0' && c <= '9') return c - '0';
+    const unsigned letter = c | 0x20;
+    return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : NoDigit;
+}
+
 // Characters before the zero character.
 inline std::size_t TextLength(const void* text, unsigned charSize) {
     const char* const bytes = static_cast<const char*>(text);

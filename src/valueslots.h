@@ -59,17 +59,21 @@ void StoreValue(void* values, unsigned long index, const T& value) {
     std::memcpy(static_cast<char*>(values) + index * sizeof(T), &value, sizeof(T));
 }
 
-// A new array of constructed values; null when neither the heap nor the memory handler has room for it.
+// A new array of constructed values; null when neither the heap nor the memory handler has room for it. About one that
+// no heap has room for, the handler is told once.
 template <class T>
 Values<T> NewValues(unsigned long count) {
     constexpr std::size_t Most = PTRDIFF_MAX / sizeof(T) - sizeof(std::max_align_t);
-    const unsigned long size = count <= Most ? static_cast<unsigned long>(count * sizeof(T)) : ULONG_MAX;
+    if (count > Most) {
+        VqCallMemoryHandler(ULONG_MAX);
+        return nullptr;
+    }
     do {
-        void* const values = count <= Most ? new (std::nothrow) ValueStorage<T>[count] : nullptr;
+        void* const values = new (std::nothrow) ValueStorage<T>[count];
         if (values == nullptr) continue;
         if constexpr (IsPlain<T>) FillValues(values, T(), count);
         return Values<T>(static_cast<T*>(values));
-    } while (VqCallMemoryHandler(size) != 0);
+    } while (VqCallMemoryHandler(static_cast<unsigned long>(count * sizeof(T))) != 0);
     return nullptr;
 }
 

@@ -11,6 +11,7 @@
 
 #include "decimaltext.h"
 #include "textform.h"
+#include "textunit.h"
 #include "vqbase.h"
 #include "vqstring.h"
 
@@ -119,18 +120,11 @@ unsigned TakeBase(const char*& text) {
     return 16;
 }
 
-unsigned DigitOf(char c) {
-    if (c >= '0' && c <= '9') return static_cast<unsigned>(c - '0');
-    if (c >= 'a' && c <= 'z') return static_cast<unsigned>(c - 'a') + 10;
-    if (c >= 'A' && c <= 'Z') return static_cast<unsigned>(c - 'A') + 10;
-    return 99;
-}
-
 bool ReadDigits(const char* at, const char* end, unsigned base, std::uint64_t& bits) {
     if (base == 10) return vq::ReadDecimal(at, end, bits);
     bits = 0;
     for (; at != end; ++at) {
-        const unsigned digit = DigitOf(*at);
+        const unsigned digit = vq::DigitValue(static_cast<unsigned char>(*at));
         if (digit >= base) return false;
         bits = bits * base + digit;
     }

@@ -168,11 +168,12 @@ TEST(TypeMgr, CreateAsksTheMemoryHandlerAndGivesNull) {
     refusals = 0;
     const VqMemoryHandler before = VqSetMemoryHandler([](unsigned long size) {
         refusedBytes = size;
-        return ++refusals < 3 ? 1 : 0;
+        ++refusals;
+        return 1;
     });
     VqTypeMgr manager(5);
     EXPECT_EQ(manager.Create(VqTypeId_double, ULONG_MAX / 4), nullptr);
-    EXPECT_EQ(refusals, 3) << "it is tried again as long as the handler helps";
+    EXPECT_EQ(refusals, 1) << "no help makes room for so many";
     EXPECT_EQ(refusedBytes, ULONG_MAX);
     EXPECT_EQ(manager.DefaultValue(VqTypeId_short, ULONG_MAX, 0), nullptr);
     EXPECT_EQ(manager.ConvertFrom(VqTypeId_int, nullptr, ULONG_MAX), nullptr);

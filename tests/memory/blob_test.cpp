@@ -3,14 +3,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <functional>
+#include <memory>
 #include <new>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "testsupport.h"
+#include "rowvalues.h"
 #include "vqbase.h"
 
 namespace {
@@ -19,6 +20,7 @@ namespace {
 long allocationsLeft = -1;
 bool failed = false;
 long blocks = 0;  // in use
+long news = 0;    // so far
 
 bool Fails() {
     if (allocationsLeft < 0 || allocationsLeft-- != 0) return false;
@@ -52,19 +54,31 @@ void __wrap_free(void* block) {
 }
 }
 
-// The records. What stands behind the other operator may be the C heap again.
-void* operator new(std::size_t n, const std::nothrow_t&) noexcept {
-    if (Fails()) return nullptr;
-    const long left = std::exchange(allocationsLeft, -1);
-    void* const block = ::operator new(n);
-    allocationsLeft = left;
-    return block;
+// What neither can fail nor counts among the blocks.
+void* operator new(std::size_t n) {
+    ++news;
+    if (void* const block = __real_malloc(n != 0 ? n : 1)) return block;
+    throw std::bad_alloc();
 }
+void operator delete(void* block) noexcept { __real_free(block); }
+void operator delete(void* block, std::size_t) noexcept { __real_free(block); }
+
+// The records, and the arrays of a row.
+void* operator new(std::size_t n, const std::nothrow_t&) noexcept { return Fails() ? nullptr : ::operator new(n); }
+void* operator new[](std::size_t n, const std::nothrow_t&) noexcept { return operator new(n, std::nothrow); }
 
 namespace {
 
 std::string Show(const VqBlob& blob) {
     return blob.IsNullValue() ? "null" : vqtest::Hex(blob.Data(), static_cast<std::size_t>(blob.Length()));
+}
+
+// The record's bytes, which it gives back; null without a record.
+VqBlob Adopted(VqBlob::Record* record) {
+    const char* const none = nullptr;
+    VqBlob blob = record != nullptr ? VqBlob(record->data, record->length) : VqBlob(none);
+    VqBlob::FreeData(record);
+    return blob;
 }
 
 struct Operation {
@@ -92,6 +106,10 @@ const Operation operations[] = {
     {"Append", [](VqBlob& a, VqBlob& b) { a.Append(b); }},
     {"Append itself", [](VqBlob& a, VqBlob&) { a += a; }},
     {"Cut", [](VqBlob& a, VqBlob&) { a.Cut(1, 1); }},
+    {"string", [](VqBlob& a, VqBlob&) { a = VqBlob(VqString("xyz")); }, true},
+    {"ScanFromVqString", [](VqBlob& a, VqBlob&) { a.ScanFromVqString(VqString("<0102>"), "<%x>"); }},
+    {"AllocData", [](VqBlob& a, VqBlob&) { a = Adopted(VqBlob::AllocData(3)); }, true},
+    {"BlobLoad", [](VqBlob& a, VqBlob&) { BlobLoad(&a, "\0\0\0\6\0\0\0\2ab", VqFormat_BigEndian, 1); }, true},
 };
 
 std::vector<unsigned long> refused;
@@ -161,6 +179,54 @@ TEST_F(BlobMemory, WithHelpEverythingGoesOn) {
             EXPECT_EQ(Show(other), Show(expectedOther)) << operation.name << ", " << allocation;
         }
     }
+}
+
+// An array that cannot be had is null; an element that finds no memory is a null blob.
+TEST_F(BlobMemory, RowsMakeArraysWithoutMemory) {
+    help = 0;
+    VqTypeMgr manager(5);
+    const vqtest::RowValues samples(manager, VqTypeId_VqBlob, 3);
+    const std::unique_ptr<VqTypeConvertData> texts(manager.ConvertTo(VqTypeId_VqBlob, samples.Get(), 3));
+    const struct {
+        std::function<void*()> run;
+        int nulls;  // what fails to be made may be made when it is given its value
+    } makers[] = {
+        {[&] { return manager.Create(VqTypeId_VqBlob, 3); }, 1},
+        {[&] { return manager.ConvertFrom(VqTypeId_VqBlob, texts.get(), 3); }, 0},
+    };
+    for (const auto& maker : makers) {
+        for (long allocation = 0;; ++allocation) {
+            SCOPED_TRACE(allocation);
+            refused.clear();
+            refused.reserve(4);
+            failed = false;
+            const long blocksBefore = blocks;
+            allocationsLeft = allocation;
+            VqBlob* const blobs = static_cast<VqBlob*>(maker.run());
+            allocationsLeft = -1;
+            const bool ran = failed;
+            EXPECT_EQ(refused.size(), ran ? 1u : 0u);
+            if (ran && allocation == 0) {
+                EXPECT_EQ(blobs, nullptr);
+                continue;
+            }
+            EXPECT_EQ(std::count_if(blobs, blobs + 3, [](const VqBlob& blob) { return blob.IsNullValue(); }),
+                      ran ? maker.nulls : 0);
+            manager.Delete(VqTypeId_VqBlob, blobs, 3);
+            EXPECT_EQ(blocks, blocksBefore);
+            if (!ran) break;
+        }
+    }
+}
+
+TEST(BlobNumbers, AreReadInPlace) {
+    const std::string digits = "0." + std::string(5000, '7') + "e1";
+    const VqBlob blob(digits.data(), static_cast<long>(digits.size()));
+    const long blocksBefore = blocks, newsBefore = news;
+    const double number = blob;
+    EXPECT_EQ(news, newsBefore);
+    EXPECT_EQ(blocks, blocksBefore);
+    EXPECT_NEAR(number, 70. / 9, 1e-12);
 }
 
 }  // namespace
