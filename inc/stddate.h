@@ -42,7 +42,7 @@ class MemFile;
 class VqString;
 class d_Timestamp;
 
-/// A length of time. Sums, products and quotients are rounded to the nearest float, from exact or double operands.
+/// A length of time. Sums, products and quotients are computed in double and rounded to a float.
 class VQTM_API d_Interval {
   public:
     // --- Construction
@@ -67,8 +67,10 @@ class VQTM_API d_Interval {
     // --- Arithmetic
 
     d_Interval operator-() const { return Seconds(-seconds); }
-    friend d_Interval operator+(const d_Interval& a, const d_Interval& b) { return Seconds(a.seconds + b.seconds); }
-    friend d_Interval operator-(const d_Interval& a, const d_Interval& b) { return Seconds(a.seconds - b.seconds); }
+    friend d_Interval operator+(const d_Interval& a, const d_Interval& b) {
+        return Seconds(static_cast<double>(a.seconds) + static_cast<double>(b.seconds));
+    }
+    friend d_Interval operator-(const d_Interval& a, const d_Interval& b) { return a + -b; }
     friend d_Interval operator*(const d_Interval& a, int n) { return Seconds(static_cast<double>(a.seconds) * n); }
     friend d_Interval operator*(int n, const d_Interval& a) { return a * n; }
     /// A division by 0 leaves the interval as it is.
@@ -92,7 +94,8 @@ class VQTM_API d_Interval {
     void PrintToVqString(VqString& out, const char* format = nullptr) const;
     /// Reads the interval from `text` under `format`. A directive reads a decimal number; one that is not there counts
     /// as 0. Any other character of the format passes over one of the text. The numbers make an interval as they do in
-    /// the constructor, fractions counted. Under a null format text without a number gives 0.
+    /// the constructor, fractions counted. A null format reads seconds, or a time of day ("12:05:09") as so much time,
+    /// whatever its zone; a date, and text without a number, gives 0.
     void ScanFromVqString(const VqString& text, const char* format = nullptr);
 
     float seconds = 0;  // negative for an interval back in time
@@ -231,10 +234,11 @@ class VQTM_API d_Time {
 
     // --- Arithmetic
     //
-    // The clock moves round midnight and the zone fields stay. Stored fields and interval are added exactly; what is
-    // cut off are parts of a hundredth. As in the constructor of an interval, one negative field makes the time count
-    // from midnight back: a stored -3:30 (02:30 in zone -5, by its minutes) is three hours and a half before midnight.
-    // An interval that is infinite or not a number counts as 0.
+    // The clock moves round midnight and the zone fields stay. Stored fields and interval are added exactly, not in the
+    // single precision of intervals, so that no hundredth is lost; what is cut off are parts of one. As in the
+    // constructor of an interval, one negative field makes the time count from midnight back: a stored -3:30 (02:30 in
+    // zone -5, by its minutes) is three hours and a half before midnight. An interval that is infinite or not a number
+    // counts as 0.
 
     d_Time& operator+=(const d_Interval& interval);
     d_Time& operator-=(const d_Interval& interval) { return *this += -interval; }
@@ -243,8 +247,9 @@ class VQTM_API d_Time {
     friend d_Time operator-(d_Time time, const d_Interval& interval) { return time -= interval; }
 
     // --- Text: see above. A scanned hour is stored as it stands; a text without a zone has the default one. A null
-    // format reads hour, minute and second, with decimals and zone ("+01:00", "Z") where they follow; a whole number
-    // alone is seconds since midnight, and text that is neither gives zeros.
+    // format reads hour, minute and second, with decimals and zone ("+01:00", "Z") where they follow. Minutes and
+    // seconds that are missing are 0, and a date before the hour ("2005-03-07T") is passed over. A number alone is
+    // seconds since midnight, with decimals or without, and text that is neither gives zeros.
 
     void PrintToVqString(VqString& out, const char* format = nullptr) const;
     void ScanFromVqString(const VqString& text, const char* format = nullptr);
@@ -262,7 +267,7 @@ class VQTM_API d_Time {
 /// apart is equal.
 VQTM_API int operator!=(const d_Time& a, const d_Time& b);
 
-/// Seconds from `b` to `a` by their stored hours, minutes and seconds, one negative field counting as in arithmetic.
+/// Seconds from `b` to `a`: of each hour * 3600 + minute * 60 + second, as they are stored, each field with its sign.
 /// Hundredths and zones do not count.
 VQTM_API d_Interval operator-(const d_Time& a, const d_Time& b);
 
@@ -303,8 +308,8 @@ class VQTM_API d_Timestamp {
     friend d_Timestamp operator+(const d_Interval& interval, d_Timestamp timestamp) { return timestamp += interval; }
     friend d_Timestamp operator-(d_Timestamp timestamp, const d_Interval& interval) { return timestamp -= interval; }
 
-    // --- Text: see above. Under a null format a missing time is midnight; text without a date gives zeros but for
-    // month and day, 1.
+    // --- Text: see above. Under a null format a missing time is midnight, and a number behind the date an hour; text
+    // without a date gives zeros but for month and day, 1.
 
     void PrintToVqString(VqString& out, const char* format = nullptr) const;
     void ScanFromVqString(const VqString& text, const char* format = nullptr);

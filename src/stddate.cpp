@@ -205,7 +205,7 @@ d_Time::d_Time(long seconds) : d_Time(0, 0, 0) {
 
 d_Time::d_Time(const VqTime& time) {
     *this = time;
-    hour = LowByte(hour + default_Time_Zone());
+    hour = LowByte(hour + tz_hour);
 }
 d_Time::d_Time(const d_Timestamp& timestamp) : d_Time(timestamp.time) {}
 d_Time& d_Time::operator=(const d_Timestamp& timestamp) { return *this = timestamp.time; }
@@ -261,7 +261,7 @@ d_Time& d_Time::operator+=(const d_Interval& interval) {
 }
 
 d_Interval operator-(const d_Time& a, const d_Time& b) {
-    const auto seconds = [](const d_Time& time) { return Clock(time.hour, time.minute, time.second * 100) / 100; };
+    const auto seconds = [](const d_Time& time) { return time.hour * 3600 + time.minute * 60 + time.second; };
     return d_Interval(0, 0, 0, static_cast<float>(seconds(a) - seconds(b)));
 }
 
@@ -303,7 +303,7 @@ unsigned long d_DateLoad(void* dst, const void* src, unsigned char format, unsig
 }
 
 unsigned long d_TimeStore(void* dst, const void* src, unsigned char, unsigned long count) {
-    if (count != 0) std::memcpy(dst, src, count * TimeSize);
+    if (count != 0) std::memmove(dst, src, count * TimeSize);
     return count * TimeSize;
 }
 unsigned long d_TimeLoad(void* dst, const void* src, unsigned char format, unsigned long count) {

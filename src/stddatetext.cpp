@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <limits>
 #include <string>
 
 #include "datetext.h"
@@ -33,7 +32,7 @@ void AppendDate(std::string& out, const d_Date& date) {
     AppendField(out, date.day, 2);
 }
 
-// Hundredths that are none have a sign before them, and so has a minute of the zone that goes the other way.
+// Hundredths outside their range have a sign before them, and so has a minute of the zone that goes the other way.
 void AppendTime(std::string& out, const d_Time& time) {
     AppendField(out, time.hour, 2);
     out += ':';
@@ -50,7 +49,10 @@ void AppendTime(std::string& out, const d_Time& time) {
     AppendField(out, west && time.tz_minute < 0 ? -time.tz_minute : time.tz_minute, 2);
 }
 
-// Reads fields from the beginning of a text. After a failure everything fails.
+d_Date NoDate() { return d_Date(0, 1, 1); }
+d_Time NoTime() { return d_Time(0, 0, 0, 0, 0); }
+
+// Reads fields from the beginning of a text.
 class FieldReader {
   public:
     explicit FieldReader(const char* text) : at_(text), end_(text + std::strlen(text)) {}
@@ -67,26 +69,28 @@ class FieldReader {
     // The next digit, or 0 where there is none.
     int Digit() { return IsAtDigit() ? *at_++ - '0' : 0; }
 
-    // A whole number that fits the field, with or without a sign.
-    template <class Field>
-    bool Number(Field& field) {
-        int number = 0;
-        return Whole(number) && Fits(number, field);
-    }
-    // The same with the sign given, unless it has one of its own.
-    bool Zone(std::int8_t& field, bool west) {
-        const bool signedItself = IsAtSign();
-        int number = 0;
-        return Whole(number) && Fits(west && !signedItself ? -number : number, field);
-    }
-
-  private:
-    bool Whole(int& number) {
-        if (IsAtSign() && *at_ == '+') ++at_;
+    // A number as its type has it, with or without a sign.
+    template <class Value>
+    bool Parse(Value& number) {
+        Skip('+');
         const auto [end, error] = std::from_chars(at_, end_, number);
         at_ = end;
         return error == std::errc();
     }
+    // A whole number that fits the field, with or without a sign.
+    template <class Field>
+    bool Number(Field& field) {
+        int number = 0;
+        return Parse(number) && Fits(number, field);
+    }
+    // A whole number with the sign given, unless it has one of its own.
+    bool Zone(std::int8_t& field, bool west) {
+        const bool signedItself = IsAtSign();
+        int number = 0;
+        return Parse(number) && Fits(west && !signedItself ? -number : number, field);
+    }
+
+  private:
     template <class Field>
     static bool Fits(int number, Field& field) {
         field = static_cast<Field>(number);
@@ -97,16 +101,19 @@ class FieldReader {
     const char* end_;
 };
 
-bool ReadDate(FieldReader& in, d_Date& date) {
-    std::int32_t number = 0;
-    if (!in.Number(number)) return false;
-    if (in.AtEnd()) {
-        date.setAbsDate(number);
-        return true;
-    }
-    date.year = static_cast<std::int16_t>(number);
-    return date.year == number && in.Skip('-') && in.Number(date.month) && in.Skip('-') && in.Number(date.day);
+bool ReadFields(FieldReader& in, d_Date& date) {
+    return in.Number(date.year) && in.Skip('-') && in.Number(date.month) && in.Skip('-') && in.Number(date.day);
 }
+
+// The Julian day number that is the whole text.
+bool ReadDayNumber(FieldReader in, d_Date& date) {
+    std::int32_t number = 0;
+    if (!in.Parse(number) || !in.AtEnd()) return false;
+    date.setAbsDate(number);
+    return true;
+}
+
+bool ReadDate(FieldReader& in, d_Date& date) { return ReadDayNumber(in, date) || ReadFields(in, date); }
 
 bool ReadHundredths(FieldReader& in, std::int8_t& hundredths) {
     if (in.IsAtSign()) return in.Number(hundredths);
@@ -128,20 +135,48 @@ bool ReadZone(FieldReader& in, d_Time& time) {
     return in.IsAtDigit() && in.Zone(time.tz_hour, west) && (!in.Skip(':') || in.Zone(time.tz_minute, west));
 }
 
-bool ReadTime(FieldReader& in, d_Time& time) {
-    std::int32_t number = 0;
-    if (!in.Number(number)) return false;
-    if (in.AtEnd()) {
-        time = VqTime(static_cast<long>(number));
-        return true;
-    }
-    time = VqTime(number, 0, 0);
-    return time.hour == number && in.Skip(':') && in.Number(time.minute) && in.Skip(':') && in.Number(time.second) &&
-           (!in.Skip('.') || ReadHundredths(in, time.hundredths)) && ReadZone(in, time);
+bool ReadSeconds(FieldReader& in, d_Time& time) {
+    return in.Number(time.second) && (!in.Skip('.') || ReadHundredths(in, time.hundredths));
 }
 
-d_Date NoDate() { return d_Date(0, 1, 1); }
-d_Time NoTime() { return d_Time(0, 0, 0, 0, 0); }
+bool ReadMinutes(FieldReader& in, d_Time& time) {
+    return in.Number(time.minute) && (!in.Skip(':') || ReadSeconds(in, time));
+}
+
+bool ReadClock(FieldReader& in, d_Time& time, bool hourMayBeAlone) {
+    time = VqTime(0, 0, 0);
+    return in.Number(time.hour) && (in.Skip(':') ? ReadMinutes(in, time) : hourMayBeAlone) && ReadZone(in, time);
+}
+
+// The whole hundredths of a decimal number, whose nearest double may be below it.
+double WholeHundredths(double magnitude) {
+    const double whole = std::floor(magnitude * 100);
+    return (whole + 1) / 100 <= magnitude ? whole + 1 : whole;
+}
+
+// The seconds since midnight that are the whole text, where a time of the library's own can be made of them.
+bool ReadSecondsOfDay(FieldReader in, d_Time& time) {
+    constexpr double Limit = 2147483648;
+    double number = 0;
+    if (!in.Parse(number) || !in.AtEnd() || !(std::fabs(number) < Limit)) return false;
+    time = VqTime(static_cast<long>(number));
+    const double hundredths = std::fmod(WholeHundredths(std::fabs(number)), 100);
+    time.hundredths = static_cast<std::int8_t>(number < 0 ? -hundredths : hundredths);
+    return true;
+}
+
+// The time that may follow a date.
+bool ReadTimeBehindDate(FieldReader& in, d_Time& time) {
+    time = VqTime(0, 0, 0);
+    return !(in.Skip('T') || in.Skip(' ')) || ReadClock(in, time, true);
+}
+
+bool ReadTime(FieldReader& in, d_Time& time) {
+    FieldReader behind = in;
+    d_Date passed = NoDate();
+    if (ReadFields(behind, passed)) return ReadTimeBehindDate(behind, time);
+    return ReadSecondsOfDay(in, time) || ReadClock(in, time, false);
+}
 
 }  // namespace
 
@@ -216,10 +251,7 @@ void d_Timestamp::ScanFromVqString(const VqString& text, const char* format) {
     }
     const vq::SingleByteText single(text);
     FieldReader in(single.Get());
-    time = VqTime(0, 0, 0);
-    bool read = ReadDate(in, date);
-    if (read && (in.Skip('T') || in.Skip(' '))) read = ReadTime(in, time);
-    if (!read) *this = d_Timestamp(NoDate(), NoTime());
+    if (!ReadDate(in, date) || !ReadTimeBehindDate(in, time)) *this = d_Timestamp(NoDate(), NoTime());
 }
 
 // --- Intervals
@@ -347,12 +379,15 @@ float ScanParts(const char* text, const char* format) {
     return parts.Total();
 }
 
-// The shortest text of a float, read as such: by way of a double it could be rounded twice.
+// The shortest text of a float, read as such: by way of a double it could be rounded twice. Where fields of a date or
+// a time begin, their first number is no length of time.
 float ScanSeconds(const char* text) {
     while (*text == ' ') ++text;
-    if (*text == '+') ++text;
+    const char* const number = *text == '+' ? text + 1 : text;
     float seconds = 0;
-    const auto error = std::from_chars(text, text + std::strlen(text), seconds).ec;
+    const auto [end, error] = std::from_chars(number, number + std::strlen(number), seconds);
+    if (end != number && *end == ':') return ScanParts(text, "%H:%M:%S");
+    if (end != number && *end == '-') return 0;
     return error == std::errc::result_out_of_range ? static_cast<float>(vq::ParseDouble(text, 1)) : seconds;
 }
 

@@ -5,6 +5,7 @@
 #include <bit>
 #include <chrono>
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 #include <limits>
 
@@ -288,7 +289,9 @@ TEST(StdDate, TimesCompareOnTheClocksOfTheirZones) {
     EXPECT_EQ(d_Time(3, 10, 8.25f) != d_Time(3, 10, 7.5f), 0) << "less than a second apart";
     EXPECT_EQ(d_Time(3, 10, 1.25f) != d_Time(3, 10, 3.5f), -2);
     EXPECT_EQ((d_Time(13, 0, 1.75f, 2, 0) - d_Time(12, 59, 2)).seconds, 7259.0f);
-    EXPECT_EQ((d_Time(1, 30, 0, -2, 0) - d_Time(0, 0, 0)).seconds, -5400.0f) << "a negative hour";
+    EXPECT_EQ((d_Time(2, 30, 0, -5, 0) - d_Time(2, 0, 0, -5, 0)).seconds, 1800.0f) << "behind a negative hour";
+    EXPECT_EQ((d_Time(2, 0, 0, -5, 0) - d_Time(2, 0, 59.5f, -5, 0)).seconds, -59.0f);
+    EXPECT_EQ((d_Time(1, 30, 7, -2, 0) - d_Time(0, 0, 0)).seconds, -1793.0f);
 }
 
 TEST(StdDate, TimesMoveRoundMidnight) {
@@ -303,16 +306,25 @@ TEST(StdDate, TimesMoveRoundMidnight) {
     EXPECT_EQ(Text(d_Time(0, 0, 0) + Seconds(3e38f)), Text(d_Time(0, 0, 0) - -Seconds(3e38f)));
 
     std::mt19937 random(3);
+    constexpr int Parts = 128;  // of a second, so that an interval has more digits than hundredths
     for (int i = 0; i < 200000; ++i) {
-        d_Time start = RandomFields<d_Time>(random);
-        start.hundredths = static_cast<std::int8_t>(25 * (start.hundredths % 4));
-        const float interval = static_cast<float>(static_cast<int>(random() % (1u << 24)) - (1 << 23)) / 4;
-        ASSERT_TRUE(Same(start + Seconds(interval), ReferenceSum(start, interval))) << Text(start) << " " << interval;
+        const d_Time start = RandomFields<d_Time>(random);
+        const int interval = static_cast<int>(random() % (1u << 25)) - (1 << 24);
+        const float seconds = static_cast<float>(interval) / Parts;
+        ASSERT_TRUE(Same(start + Seconds(seconds), ReferenceSum<Parts>(start, interval)))
+            << Text(start) << " " << seconds;
+        ASSERT_TRUE(Same(start - Seconds(seconds), ReferenceSum<Parts>(start, -interval))) << Text(start);
     }
+    // Late in the day an interval has no room for hundredths.
     for (int hundredths = 0; hundredths < 6000; ++hundredths) {
         d_Time start(23, 59, static_cast<float>(hundredths / 100));
         start.hundredths = static_cast<std::int8_t>(hundredths % 100);
-        ASSERT_TRUE(Same(start + Days(1), start)) << Text(start);
+        for (const d_Interval& none : {Seconds(0), Days(1), Days(-400)}) ASSERT_TRUE(Same(start + none, start));
+        for (const int interval : {Parts, -Parts, 59 * Parts, 1, -1, 12345678}) {
+            ASSERT_TRUE(
+                Same(start + Seconds(static_cast<float>(interval) / Parts), ReferenceSum<Parts>(start, interval)))
+                << Text(start) << " " << interval;
+        }
     }
 }
 
@@ -478,6 +490,9 @@ TEST(StdDate, ReadsTextsWithoutAFormat) {
         {"2005-03-07T12:05:09.5", "2005-03-07T12:05:09.50+02:00"},
         {"2005-03-07T12:05:09.2599-05", "2005-03-07T12:05:09.25-05:00"},
         {"2005-03-07T12:05:09-00:30", "2005-03-07T12:05:09.00-00:30"},
+        {"2005-03-07T12", "2005-03-07T12:00:00.00+02:00"},
+        {"2005-03-07T12-01:30", "2005-03-07T12:00:00.00-01:30"},
+        {"2005-03-07T12:05", "2005-03-07T12:05:00.00+02:00"},
         {"2005-03-07", "2005-03-07T00:00:00.00+02:00"},
         {"2451545", "2000-01-01T00:00:00.00+02:00"},
         {"+44-03-15", "0044-03-15T00:00:00.00+02:00"},
@@ -488,15 +503,41 @@ TEST(StdDate, ReadsTextsWithoutAFormat) {
         {"2005-03-200", "0000-01-01T00:00:00.00+00:00"},
         {"40000-01-01", "0000-01-01T00:00:00.00+00:00"},
         {"99999999999", "0000-01-01T00:00:00.00+00:00"},
-        {"2005-03-07T12", "2005-03-07T00:00:12.00+02:00"},
-        {"2005-03-07T12:05", "0000-01-01T00:00:00.00+00:00"},
+        {"2005-03-07T12:", "0000-01-01T00:00:00.00+00:00"},
+        {"2005-03-07T200", "0000-01-01T00:00:00.00+00:00"},
         {"2005-03-07T12:05:09.", "0000-01-01T00:00:00.00+00:00"},
         {"2005-03-07T12:05:09+", "0000-01-01T00:00:00.00+00:00"},
         {"2005-03-07T12:05:09+1:", "0000-01-01T00:00:00.00+00:00"},
     };
     for (const auto& c : cases) EXPECT_EQ(Text(Read<d_Timestamp>(c.text)), c.timestamp) << c.text;
-    EXPECT_EQ(Text(Read<d_Time>("43509")), "12:05:09.00+02:00");
-    EXPECT_EQ(Text(Read<d_Time>("12:05")), "00:00:00.00+00:00");
+    const struct {
+        const char* text;
+        const char* time;
+    } times[] = {
+        {"43509", "12:05:09.00+02:00"},
+        {"43509.25", "12:05:09.25+02:00"},
+        {"43509.58", "12:05:09.58+02:00"},
+        {"9.5799999", "00:00:09.57+02:00"},
+        {"-3661.25", "-01:-01:-01.-25+02:00"},
+        {"4e+04", "11:06:40.00+02:00"},
+        {"12:05", "12:05:00.00+02:00"},
+        {"2005-03-07T12:05:09.25+01:00", "12:05:09.25+01:00"},
+        {"2005-03-07 12", "12:00:00.00+02:00"},
+        {"2005-03-07", "00:00:00.00+02:00"},
+        // what is no time
+        {"2005-03-07Tx", "00:00:00.00+00:00"},
+        {"12 x", "00:00:00.00+00:00"},
+        {"12.5x", "00:00:00.00+00:00"},
+        {"1e+10", "00:00:00.00+00:00"},
+        {"nan", "00:00:00.00+00:00"},
+    };
+    for (const auto& c : times) EXPECT_EQ(Text(Read<d_Time>(c.text)), c.time) << c.text;
+    for (int hundredths = 0; hundredths < 8640000; hundredths += 97) {
+        char text[16];
+        std::snprintf(text, sizeof text, "%d.%02d", hundredths / 100, hundredths % 100);
+        const auto time = Read<d_Time>(text);
+        ASSERT_EQ(((time.hour * 60 + time.minute) * 60 + time.second) * 100 + time.hundredths, hundredths) << text;
+    }
     EXPECT_EQ(Text(Read<d_Date>("2005-03-07T12:05:09")), "2005-03-07");
     d_Date wide;
     wide.ScanFromVqString(Wide(u"2005-03-07"));
@@ -506,6 +547,11 @@ TEST(StdDate, ReadsTextsWithoutAFormat) {
     EXPECT_EQ(Read<d_Interval>("1e999").seconds, Infinity);
     EXPECT_EQ(Read<d_Interval>("-1e-999").seconds, 0.0f);
     EXPECT_EQ(Read<d_Interval>("x").seconds + Read<d_Interval>("").seconds, 0.0f);
+    EXPECT_EQ(Read<d_Interval>("12:05:09.25+01:00").seconds, 43509.25f);
+    EXPECT_EQ(Read<d_Interval>("-03:30:00.00-05:00").seconds, -12600.0f);
+    EXPECT_EQ(Read<d_Interval>("100:05").seconds, 360300.0f);
+    EXPECT_EQ(Read<d_Interval>("2005-03-07T12:05:09").seconds, 0.0f) << "no length of time";
+    EXPECT_EQ(Read<d_Interval>("5 - 3").seconds, 5.0f);
     EXPECT_EQ(Text(Seconds(0.1f)) + Text(Days(-2)), "0.1-172800");
 }
 

@@ -1,9 +1,9 @@
-// The standard types' formulas in floating numbers and loops, as they are given in books.
+// The standard types' formulas in loops, and for dates in floating numbers, as they are given in books.
 #ifndef VQ_STDDATEREFERENCE_H
 #define VQ_STDDATEREFERENCE_H
 
-#include <cmath>
 #include <cstdint>
+#include <cstdlib>
 
 #include "stddate.h"
 
@@ -38,19 +38,20 @@ inline d_Date ReferenceDate(std::int64_t n) {
     return date;
 }
 
-// Exact where hundredths and interval are quarters of a second.
-inline d_Time ReferenceSum(const d_Time& time, double interval) {
-    const double second = time.second + time.hundredths * 0.01;
-    double sum = std::fabs(second) + std::abs(time.minute) * 60 + std::abs(time.hour) * 3600;
-    if (second < 0 || time.minute < 0 || time.hour < 0) sum = -sum;
-    sum += interval;
-    while (sum < 0) sum += 86400;
-    const std::int64_t whole = Truncated(sum);
+// The interval in parts of a second, `Parts` of them, so that whole numbers tell all.
+template <std::int64_t Parts>
+d_Time ReferenceSum(const d_Time& time, std::int64_t interval) {
+    const std::int64_t seconds = 100 * time.second + time.hundredths;
+    std::int64_t sum = std::abs(seconds) + 6000 * std::abs(time.minute) + 360000 * std::abs(time.hour);
+    if (seconds < 0 || time.minute < 0 || time.hour < 0) sum = -sum;
+    sum = sum * Parts + interval * 100;
+    while (sum < 0) sum += 8640000 * Parts;
+    const std::int64_t hundredths = sum / Parts;
     d_Time result = time;
-    result.hour = static_cast<std::int8_t>(whole % 86400 / 3600);
-    result.minute = static_cast<std::int8_t>(whole % 3600 / 60);
-    result.second = static_cast<std::int8_t>(whole % 60);
-    result.hundredths = static_cast<std::int8_t>(Truncated((sum - static_cast<double>(whole)) * 100));
+    result.hour = static_cast<std::int8_t>(hundredths / 360000 % 24);
+    result.minute = static_cast<std::int8_t>(hundredths / 6000 % 60);
+    result.second = static_cast<std::int8_t>(hundredths / 100 % 60);
+    result.hundredths = static_cast<std::int8_t>(hundredths % 100);
     return result;
 }
 
