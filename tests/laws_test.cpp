@@ -9,9 +9,8 @@
 #include <set>
 #include <sstream>
 
-#include "blob.h"
 #include "rowtest.h"
-#include "vqbase.h"
+#include "vqtm.h"
 
 using namespace vqtest;
 
@@ -92,8 +91,8 @@ TEST_P(Laws, EqualKeysHashEqualInEveryForm) {
 }
 
 TEST_P(Laws, ScanReadsWhatPrintWrites) {
-    const RowValues scanned(manager, id, count);
-    for (unsigned long i = 0; i < count; ++i) {
+    const RowValues scanned(manager, id, readable);
+    for (unsigned long i = 0; i < readable; ++i) {
         VqString text(samples->Print(i, format).c_str());
         EXPECT_EQ(manager.ScanFromVqString(id, scanned.At(i), text, format, 1), scanned.At(i));
     }
@@ -268,7 +267,41 @@ TEST(RowsWithoutFunctions, DoNothing) {
     }
 }
 
-// --- Golden bytes
+// --- Disk bytes
+
+// A caller who has no values yet makes room for null ones.
+TEST(NullSizes, AreWhatNullValuesTake) {
+    const struct {
+        char id;
+        VqNullSizeGetFunc nullSizeGet;
+    } rows[] = {
+        {VqTypeId_char, CharNullSizeGet},
+        {VqTypeId_short, ShortNullSizeGet},
+        {VqTypeId_long, LongNullSizeGet},
+        {VqTypeId_int, IntNullSizeGet},
+        {VqTypeId_float, FloatNullSizeGet},
+        {VqTypeId_double, DoubleNullSizeGet},
+        {VqTypeId_VqString, StringNullSizeGet},
+        {VqTypeId_VqIString, VqIStringNullSizeGet},
+        {VqTypeId_VqCaseIString, VqCaseIStringNullSizeGet},
+        {VqTypeId_VqDate, DateNullSizeGet},
+        {VqTypeId_VqTime, TimeNullSizeGet},
+        {VqTypeId_VqDateTime, DaTimeNullSizeGet},
+        {VqTypeId_VqBlob, BlobNullSizeGet},
+        {VqTypeId_VqBoolean, BooleanNullSizeGet},
+        {VqTypeId_VqSeal, SealNullSizeGet},
+        {VqTypeId_VqInt64, Int64NullSizeGet},
+        {VqTypeId_d_Date, d_DateNullSizeGet},
+        {VqTypeId_d_Time, d_TimeNullSizeGet},
+        {VqTypeId_d_Timestamp, d_TimestampNullSizeGet},
+        {VqTypeId_d_Interval, FloatNullSizeGet},
+    };
+    VqTypeMgr manager(5);
+    for (const auto& row : rows) {
+        const RowValues nulls(manager, row.id, 3, manager.DefaultValue(row.id, 3, 1));
+        EXPECT_EQ(nulls.Store(VqFormat_BigEndian, 0, 3).size(), row.nullSizeGet(3)) << manager.NameGet(row.id, nullptr);
+    }
+}
 
 struct GoldenRow {
     std::string name, text, little, big;
@@ -303,7 +336,10 @@ TEST(GoldenBytes, EveryRowWritesThem) {
         VqTypeMgr manager(golden.version);
         char id;
         ASSERT_EQ(manager.Name2VqTypeId(golden.name.c_str(), id), 0);
-        const RowValues value(manager, id, std::vector<std::string>{golden.text}, SamplesOf(id).format);
+        const Samples& own = SamplesOf(id);
+        const std::vector<std::string> none, text = {golden.text};
+        const RowValues value(manager, id, own.exchange.empty() ? text : none, own.format,
+                              own.exchange.empty() ? none : text);
         for (const unsigned char format : disk) {
             const ByteVector bytes = value.Store(format, 0, 1);
             EXPECT_EQ(Hex(bytes.data(), bytes.size()), format == VqFormat_BigEndian ? golden.big : golden.little);

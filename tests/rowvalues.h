@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "convert.h"
 #include "testsupport.h"
 #include "vqtypes.h"
 
@@ -14,10 +15,11 @@ namespace vqtest {
 using ByteVector = std::vector<unsigned char>;
 
 // Texts of which a row makes sample values, in and out of its range, and the format under which it reads them and
-// prints them so that nothing is lost; null for the row's own.
+// prints them so that nothing is lost; null for the row's own. Exchange texts make the values that no format carries.
 struct Samples {
     const char* format;
     std::vector<std::string> texts;
+    std::vector<std::string> exchange = {};
 };
 
 inline const Samples& SamplesOf(char id) {
@@ -36,10 +38,14 @@ inline const Samples& SamplesOf(char id) {
           {"2005-03-07T12:05:09", "0000-00-00T00:00:00", "1600-02-29T23:59:59", "9999-99-99T99:99:99"}}},
         {VqTypeId_d_Date,
          {"%Y-%m-%d", {"0000-01-01", "1582-10-04", "2005-03-07", "9999-12-31", "2005-02-30", "x", ""}}},
-        {VqTypeId_d_Time, {"%H:%M:%S", {"00:00:00", "12:05:09", "23:59:59", "24:00:00", ""}}},
+        {VqTypeId_d_Time,
+         {"%H:%M:%S",
+          {"00:00:00", "12:05:09", "23:59:59", "24:00:00", ""},
+          {"12:05:09.25+01:00", "-03:30:00.99-05:00", "25:75:07.08+02:45", "127:-128:-01.-50-00:30"}}},
         {VqTypeId_d_Timestamp,
          {"%Y-%m-%dT%H:%M:%S",
-          {"0000-01-01T00:00:00", "2005-03-07T12:05:09", "9999-12-31T23:59:59", "2005-03-07", ""}}},
+          {"0000-01-01T00:00:00", "2005-03-07T12:05:09", "9999-12-31T23:59:59", "2005-03-07", ""},
+          {"2005-03-07T12:05:09.25+01:00", "-4712-01-01T-03:30:00.99-05:00", "32767--128-127T25:75:07.08+02:45"}}},
         {VqTypeId_d_Interval,
          {nullptr,
           {"0 days, 0 hours, 0 minutes, 0 seconds", "1 days, 2 hours, 3 minutes, 4 seconds",
@@ -63,13 +69,16 @@ class RowValues {
         : manager_(manager), id_(id), count_(count), values_(values) {}
     RowValues(VqTypeMgr& manager, char id, unsigned long count)
         : RowValues(manager, id, count, manager.Create(id, count)) {}
-    // One value for each text, as the row reads it under `format`, null for its own.
-    RowValues(VqTypeMgr& manager, char id, const std::vector<std::string>& texts, const char* format = nullptr)
-        : RowValues(manager, id, static_cast<unsigned long>(texts.size())) {
-        for (unsigned long i = 0; i < count_; ++i) {
+    // One value for each text, as the row reads it under `format`, null for its own, and behind them one for each
+    // exchange text.
+    RowValues(VqTypeMgr& manager, char id, const std::vector<std::string>& texts, const char* format = nullptr,
+              const std::vector<std::string>& exchange = {})
+        : RowValues(manager, id, static_cast<unsigned long>(texts.size() + exchange.size())) {
+        for (unsigned long i = 0; i < texts.size(); ++i) {
             VqString text(texts[i].c_str());
             manager_.ScanFromVqString(id_, At(i), text, format, 1);
         }
+        if (!exchange.empty()) Assign(static_cast<unsigned long>(texts.size()), exchange);
     }
     RowValues(const RowValues&) = delete;
     RowValues& operator=(const RowValues&) = delete;
@@ -99,6 +108,15 @@ class RowValues {
     }
 
   private:
+    // Makes the values from `first` on those of the exchange texts.
+    void Assign(unsigned long first, const std::vector<std::string>& exchange) {
+        const RowValues strings(manager_, VqTypeId_VqString, exchange);
+        VqTypeConvertData* const data = manager_.ConvertTo(VqTypeId_VqString, strings.Get(), strings.Count());
+        const RowValues values(manager_, id_, strings.Count(), manager_.ConvertFrom(id_, data, strings.Count()));
+        delete data;
+        manager_.AssignmentPtrGet(id_)(At(first), values.Get(), values.Count(), 0);
+    }
+
     VqTypeMgr& manager_;
     char id_;
     unsigned long count_;

@@ -48,10 +48,24 @@ TEST_P(TextLaws, TextsOfTwoByteCharactersReadAsTheirOneByteForms) {
 
 TEST_P(TextLaws, AnArrayScansAsItPrints) {
     VqString text;
-    manager.PrintToVqString(id, text, samples->Get(), format, count);
-    const RowValues scanned(manager, id, count);
-    EXPECT_EQ(manager.ScanFromVqString(id, scanned.Get(), text, format, count), scanned.Get());
+    manager.PrintToVqString(id, text, samples->Get(), format, readable);
+    const RowValues scanned(manager, id, readable);
+    EXPECT_EQ(manager.ScanFromVqString(id, scanned.Get(), text, format, readable), scanned.Get());
     ExpectEqualArrays(*samples, scanned);
+}
+
+// A row's print function prints arrays also without the manager, which takes them apart itself.
+TEST_P(TextLaws, TheRowsOwnPrintFunctionPrintsArraysAsTheManagerDoes) {
+    const VqPrintFunc print = manager.ExchangePrintToVqStringFunc(id, nullptr);
+    const char* const rowFormat = manager.ExchangeFormat(id, nullptr);
+    for (const char* const under : {rowFormat, format != nullptr ? format : rowFormat}) {
+        for (const unsigned long n : {0ul, 1ul, 3ul, count}) {
+            VqString own("<"), managed("<");
+            EXPECT_EQ(&print(own, samples->Get(), under, n), &own);
+            manager.PrintToVqString(id, managed, samples->Get(), under, n);
+            EXPECT_EQ(Bytes(own), Bytes(managed)) << n;
+        }
+    }
 }
 
 // All values in one text: what was null comes back as what an empty text gives.
@@ -102,7 +116,7 @@ TEST_P(TextLaws, ValuesOfFixedLengthNeedNoAlignment) {
     manager.SetNullValue(id, manager.GetArrayElement(id, values, count - 1, count));
     manager.Load(id, values, stored.data(), VqFormat_BigEndian, count);
     EXPECT_EQ(manager.Cmp(id, values, samples->Get(), VqCmp_Exact, count, VqFormat_Memory), 0);
-    manager.ScanFromVqString(id, values, aligned, format, count);
+    manager.ScanFromVqString(id, values, aligned, format, readable);
     manager.Store(id, bytes.data(), values, VqFormat_BigEndian, count);
     EXPECT_EQ(bytes, stored);
     EXPECT_EQ(memory[0], 0xA5);
