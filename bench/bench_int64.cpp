@@ -139,6 +139,33 @@ void PrintCopiedString(benchmark::State& state, Kind kind) {
     CountItems(state);
 }
 
+// Into a string that had the same text: it keeps its buffer.
+void PrintEmptiedString(benchmark::State& state, Kind kind) {
+    std::vector<VqString> texts;
+    for (const std::int64_t value : Numbers(kind)) texts.emplace_back(std::to_string(value).c_str());
+    for (auto _ : state) {
+        for (std::size_t i = 0; i < Count; ++i) {
+            *const_cast<char*>(texts[i].StrGet()) = 0;  // what a VqChar does, with checks that are not to be measured
+            VqInt64(Numbers(kind)[i]).PrintToVqString(texts[i], "%S");
+            benchmark::DoNotOptimize(texts[i].StrGet());
+        }
+    }
+    CountItems(state);
+}
+
+void AssignStdString(benchmark::State& state, Kind kind) {
+    std::vector<std::string> texts;
+    for (const std::int64_t value : Numbers(kind)) texts.push_back(std::to_string(value));
+    for (auto _ : state) {
+        for (std::size_t i = 0; i < Count; ++i) {
+            char text[32];
+            texts[i].assign(text, std::to_chars(text, text + sizeof text, Numbers(kind)[i]).ptr);
+            benchmark::DoNotOptimize(texts[i].c_str());
+        }
+    }
+    CountItems(state);
+}
+
 void ScanString(benchmark::State& state, Kind kind) {
     std::vector<VqString> texts;
     for (const std::int64_t value : Numbers(kind)) texts.emplace_back(std::to_string(value).c_str());
@@ -212,6 +239,7 @@ const bool registered = [] {
     AddTexts("Print", PrintBuffer<PrintOurs>, {{"to_chars", PrintBuffer<PrintStd>}});
     AddTexts("Scan", ScanBuffer<ScanOurs>, {{"from_chars", ScanBuffer<ScanStd>}});
     AddTexts("PrintString", PrintString, {{"to_string", PrintStdString}, {"to_string_copied", PrintCopiedString}});
+    AddTexts("PrintEmptiedString", PrintEmptiedString, {{"to_chars_assigned", AssignStdString}});
     AddTexts("ScanString", ScanString, {{"stoll", ScanStdString}});
     return true;
 }();

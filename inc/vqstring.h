@@ -307,6 +307,7 @@ class VQTM_API VqString {
     void SpliceChars(const Splice& splice);
     void ConstructSame(const void* text, std::size_t bytes, unsigned charSize);
     void AssignSame(const void* text, std::size_t bytes, unsigned charSize);
+    void AppendToText(const void* text, unsigned char codeSet, unsigned short n);
     void AppendSame(std::size_t head, const void* text, std::size_t bytes, unsigned charSize);
     template <unsigned charSize>
     void ConstructFrom(const void* text, unsigned short n);

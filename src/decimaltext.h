@@ -62,7 +62,8 @@ inline char* WriteFewDigits(char* out, std::uint32_t number) {
     const std::uint32_t pairs = hundreds | (number - 100 * hundreds) << 16;
     const std::uint32_t tens = pairs * 103 >> 10 & 0x000F'000F;
     const std::uint32_t digits = tens + ((pairs - 10 * tens) << 8);
-    const int zeros = std::countr_zero(digits | std::uint32_t{1} << 24) / 8;
+    // Not counted in the digits: who allocates for the text need not wait for them.
+    const int zeros = (number < 1000) + (number < 100) + (number < 10);
     StoreText(out, (digits | static_cast<std::uint32_t>(DigitZeros)) >> 8 * zeros);
     return out + 4 - zeros;
 }

@@ -13,6 +13,7 @@
 #include "textform.h"
 #include "textunit.h"
 #include "vqbase.h"
+#include "vqlanguagecontext.h"
 #include "vqstring.h"
 
 namespace {
@@ -107,7 +108,16 @@ char* WriteUnder(char* out, std::int64_t value, const char* format) {
 
 void Append(VqString& out, const char* text, const char* end) {
     const auto length = std::min<std::size_t>(static_cast<std::size_t>(end - text), VqString::MaxSize);
-    out.AppendChars(text, VqString::GetDefault8CodeSet(), static_cast<unsigned short>(length));
+    out.AppendChars(text, VqLanguageContext::GetDefault8CodeSet(), static_cast<unsigned short>(length));
+}
+
+// Apart from the decimal way, which does without all this.
+[[gnu::noinline]] void AppendUnder(VqString& out, std::int64_t value, const char* format) {
+    char stack[256];
+    const std::size_t room = RoomFor(format);
+    const std::unique_ptr<char[]> heap(room > sizeof stack ? new char[room] : nullptr);
+    char* const text = heap != nullptr ? heap.get() : stack;
+    Append(out, text, WriteUnder(text, value, format));
 }
 
 // --- Number of a text
@@ -171,13 +181,9 @@ VqInt64 VqInt64::DivideByZero(int wantRemainder) const {
 // --- Text
 
 void VqInt64::PrintToVqString(VqString& out, const char* format) const {
-    if (format == nullptr) format = "%S";
-    char stack[256];
-    if (IsDecimal(format)) return Append(out, stack, vq::WriteSignedDecimal(stack, Value()));
-    const std::size_t room = RoomFor(format);
-    const std::unique_ptr<char[]> heap(room > sizeof stack ? new char[room] : nullptr);
-    char* const text = heap != nullptr ? heap.get() : stack;
-    Append(out, text, WriteUnder(text, Value(), format));
+    if (format != nullptr && !IsDecimal(format)) return AppendUnder(out, Value(), format);
+    char text[vq::DecimalRoom];
+    Append(out, text, vq::WriteSignedDecimal(text, Value()));
 }
 
 void VqInt64::ScanFromVqString(const VqString& text, const char* format) {

@@ -204,6 +204,14 @@ void VqString::AssignSame(const void* text, std::size_t bytes, unsigned charSize
 
 void VqString::AppendChars(const void* text, unsigned char codeSet, unsigned short n) {
     const unsigned z = CharSizeOf(codeSet);
+    // Much is printed into new strings: there is nothing to keep, and so nothing to measure.
+    const bool isNew = buffer_ == nullptr && codeSet == codeSet_;
+    if (isNew && text != nullptr && n != All && (n + 1u) * z <= MaxSize) return ConstructSame(text, n * z, z);
+    AppendToText(text, codeSet, n);
+}
+
+void VqString::AppendToText(const void* text, unsigned char codeSet, unsigned short n) {
+    const unsigned z = CharSizeOf(codeSet);
     const std::size_t count = text == nullptr ? 0 : n == All ? vq::TextLength(text, z) : std::size_t{n};
     if (count == 0) return;
     const std::size_t length = IsEmpty() ? 0 : Len();
