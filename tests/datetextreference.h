@@ -8,7 +8,6 @@
 #include <string>
 
 #include "datetime.h"
-#include "vqstring.h"
 
 namespace vqtest {
 
