@@ -202,7 +202,7 @@ class VQTM_API d_Time {
 
     /// Sets the process's default zone, 0 at start.
     static void set_default_Time_Zone(Time_Zone zone);
-    /// Sets it to the clock's zone offset (btime::zoneSeconds, positive west of Greenwich) in whole hours, unless that
+    /// Sets it to the clock's zone offset (btime::zoneSeconds, positive east of Greenwich) in whole hours, unless that
     /// offset is 0.
     static void set_default_Time_Zone_to_local();
     static Time_Zone default_Time_Zone();

@@ -207,13 +207,13 @@ TEST(StdDate, ReadsTheClockAndTheDefaultZone) {
     EXPECT_EQ(Text(d_Timestamp::current()), Text(d_Timestamp()));
 
     d_Time::set_default_Time_Zone_to_local();
-    EXPECT_EQ(d_Time::default_Time_Zone(), -2) << "as the clock's record counts it, toward the west";
+    EXPECT_EQ(d_Time::default_Time_Zone(), 2) << "toward the east";
     clock.Set({2005, 3, 7}, {12, 5, 9, 0}, -330);
     d_Time::set_default_Time_Zone_to_local();
-    EXPECT_EQ(d_Time::default_Time_Zone(), 5);
+    EXPECT_EQ(d_Time::default_Time_Zone(), -5) << "in whole hours";
     clock.Set({2005, 3, 7}, {12, 5, 9, 0}, 0);
     d_Time::set_default_Time_Zone_to_local();
-    EXPECT_EQ(d_Time::default_Time_Zone(), 5) << "stays without an offset";
+    EXPECT_EQ(d_Time::default_Time_Zone(), -5) << "stays without an offset";
 }
 
 // A clock on which midnight comes after the first reading of the date.

@@ -48,7 +48,7 @@ class FixedClock {
     void Set(const bdate& date, const btime& time, int zoneMinutes = 0) {
         const int minutes = zoneMinutes == VqTimeZoneUnknown ? 0 : zoneMinutes;
         State() = {date, time, zoneMinutes};
-        State().time.zoneSeconds = -60L * minutes;
+        State().time.zoneSeconds = 60L * minutes;
     }
 
   private:
@@ -71,7 +71,7 @@ class FixedClock {
         const btime& at = State().time;
         const sys_days day = year(State().date.year) / State().date.month / State().date.day;
         const sys_seconds utc =
-            day + hours(at.hour) + minutes(at.minute) + seconds(at.second) + seconds(at.zoneSeconds);
+            day + hours(at.hour) + minutes(at.minute) + seconds(at.second) - seconds(at.zoneSeconds);
         const year_month_day utcDay(floor<days>(utc));
         const hh_mm_ss clock(utc - floor<days>(utc));
         *date = {static_cast<short>(int(utcDay.year())), static_cast<signed char>(unsigned(utcDay.month())),

@@ -40,10 +40,10 @@ void ExpectOneMomentInAllForms() {
     const auto local = LocalNow(&localTime);
     const auto after = Now();
     EXPECT_TRUE(before <= utc && utc <= after);
-    EXPECT_TRUE(before <= local + std::chrono::seconds(localTime.zoneSeconds));
-    EXPECT_TRUE(local + std::chrono::seconds(localTime.zoneSeconds) <= after);
+    EXPECT_TRUE(before <= local - std::chrono::seconds(localTime.zoneSeconds));
+    EXPECT_TRUE(local - std::chrono::seconds(localTime.zoneSeconds) <= after);
     EXPECT_EQ(utcTime.zoneSeconds, 0);
-    EXPECT_EQ(bksgettimezone(), -localTime.zoneSeconds / 60);
+    EXPECT_EQ(bksgettimezone(), localTime.zoneSeconds / 60);
 }
 
 TEST(Clock, ReadsOneMomentInAllForms) { ExpectOneMomentInAllForms(); }
@@ -77,7 +77,7 @@ TEST(Clock, CountsZonesEastward) {
 TEST(Clock, AsksTheReplacement) {
     static constexpr VqClock Stopped = {
         [](btime* time, bdate* date) {
-            *time = {23, 59, 58, -3600}, *date = {1999, 12, 31};
+            *time = {23, 59, 58, 3600}, *date = {1999, 12, 31};
         },
         [](btime* time, bdate* date) {
             *time = {22, 59, 58, 0}, *date = {1999, 12, 31};
@@ -94,7 +94,7 @@ TEST(Clock, AsksTheReplacement) {
         bksgettime(&time);
         bksgetsystemtime(&utcTime, &utcDate);
         EXPECT_EQ(SecondsOf(date, time) - SecondsOf(utcDate, utcTime), std::chrono::hours(1));
-        EXPECT_EQ(time.zoneSeconds, -3600);
+        EXPECT_EQ(time.zoneSeconds, 3600);
         EXPECT_EQ(bksgettimezone(), VqTimeZoneUnknown);
         bksgetdate(nullptr);
         bksgettime(nullptr);

@@ -17,7 +17,7 @@ struct btime {
     signed char hour;    ///< [0:23]
     signed char minute;  ///< [0:59]
     signed char second;  ///< [0:60], 60 in a leap second where the system tells
-    /// Seconds to add to this time for universal time: positive west of Greenwich, 0 in universal time.
+    /// Seconds that this time is ahead of universal time: positive east of Greenwich, 0 in universal time.
     long zoneSeconds;
 };
 
@@ -33,7 +33,7 @@ VQBASE_API void bksgettime(btime* time);
 /// Fills in universal time and date, both from one reading.
 VQBASE_API void bksgetsystemtime(btime* time, bdate* date);
 
-/// Minutes that local time is ahead of universal time: positive east of Greenwich, the opposite of btime's zone.
+/// Minutes that local time is ahead of universal time: positive east of Greenwich, as btime's zone.
 /// Summer time counts. VqTimeZoneUnknown when the system cannot tell.
 VQBASE_API int bksgettimezone();
 

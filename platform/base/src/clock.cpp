@@ -62,7 +62,7 @@ void SystemLocal(btime* time, bdate* date) {
     tm local{}, utc{};
     const bool known = BreakDown(SecondsSinceEpoch(), &local, &utc);
     FillIn(local, time, date);
-    if (known) time->zoneSeconds = -LocalMinusUtc(local, utc);
+    if (known) time->zoneSeconds = LocalMinusUtc(local, utc);
 }
 
 int SystemZoneMinutes() {
