@@ -78,6 +78,8 @@ void PrintBuffer(benchmark::State& state, Kind kind) {
     CountItems(state);
 }
 
+// Digits up to a known end, as the scanner reads them once it has found base and terminator. The peer finds the end
+// itself and looks for overflow; through strings both sides do all that they do.
 [[gnu::noinline]] std::int64_t ScanOurs(const char* at, const char* end) {
     const bool negative = at != end && *at == '-';
     std::uint64_t bits;
