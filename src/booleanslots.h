@@ -13,12 +13,7 @@ struct BooleanExchange {
     static void FromText(VqBoolean& value, const VqString& text) { value = text[0].GetCode() == '1'; }
 };
 
-struct BooleanSlots : ClassSlots<VqBoolean, BooleanExchange> {
-    // A format means nothing, and so do the commas in it.
-    static void* Scan(void* values, VqString& text, const char*, unsigned long count) {
-        return ClassSlots::Scan(values, text, "", count);
-    }
-};
+using BooleanSlots = ClassSlots<VqBoolean, BooleanExchange, Formats::Ignored>;
 
 }  // namespace vq
 

@@ -9,8 +9,11 @@
 namespace vq {
 
 // T has PrintToVqString and ScanFromVqString, with a format or without, and may have a null of its own. Exchange makes
-// the exchange text of a value: ToText(value, text) appends it, FromText(value, text) reads it back.
-template <class T, class Exchange>
+// the exchange text of a value: ToText(value, text) appends it, FromText(value, text) reads it back. Where formats mean
+// nothing, the commas in one do not either.
+enum class Formats { Read, Ignored };
+
+template <class T, class Exchange, Formats formats = Formats::Read>
 struct ClassSlots : ValueSlots<T> {
     static constexpr bool HasNull = requires(T value) { value.SetNullValue(); };
 
@@ -71,6 +74,7 @@ struct ClassSlots : ValueSlots<T> {
     }
     static void* Scan(void* values, VqString& text, const char* format, unsigned long count) {
         if (values == nullptr) return values;
+        if constexpr (formats == Formats::Ignored) format = "";
         if (count == 1) {
             ScanElement(values, 0, text, format);
             return values;

@@ -12,12 +12,7 @@ struct SealExchange {
     static void FromText(VqSeal& value, const VqString& text) { value.ScanFromVqString(text); }
 };
 
-struct SealSlots : ClassSlots<VqSeal, SealExchange> {
-    // A format means nothing, and so do the commas in it.
-    static void* Scan(void* values, VqString& text, const char*, unsigned long count) {
-        return ClassSlots::Scan(values, text, "", count);
-    }
-};
+using SealSlots = ClassSlots<VqSeal, SealExchange, Formats::Ignored>;
 
 }  // namespace vq
 

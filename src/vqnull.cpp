@@ -1,6 +1,7 @@
 #include "vqnull.h"
 
 #include <concepts>
+#include <cstring>
 #include <type_traits>
 
 #include "_vqnulty.h"
@@ -61,15 +62,15 @@ void PrintValue(VqString& out, T value, const char* format) {
 void PrintValue(VqString& out, const VqInt64& value, const char* format) { value.PrintToVqString(out, format); }
 
 template <class T>
-const char* ScanValue(const char* text, const char* format, T& value, bool& found) {
+const char* ScanValue(const char* text, const char* format, bool, T& value, bool& found) {
     auto plain = static_cast<Plain<T>>(value);
     text = vq::ScanScalar(text, format, plain, found);
     value = static_cast<T>(plain);
     return text;
 }
-// A 64-bit integer reads its whole text, which here ends at the comma between elements.
-const char* ScanValue(const char* text, const char* format, VqInt64& value, bool& found) {
-    const char* const end = vq::EndOfElement(text, format);
+// A 64-bit integer reads its whole text, which in an array ends at the comma between elements.
+const char* ScanValue(const char* text, const char* format, bool alone, VqInt64& value, bool& found) {
+    const char* const end = alone ? text + std::strlen(text) : vq::EndOfElement(text, format);
     value.ScanFromVqString(VqString(text, static_cast<unsigned short>(end - text)), format);
     found = end != text;
     return end;
@@ -215,7 +216,7 @@ void* VqNullSlots<Null>::Scan(void* values, VqString& text, const char* format, 
             return rest;
         }
         auto value = vq::LoadValue<Null>(values, i).value;
-        at = ScanValue(at, format, value, found);
+        at = ScanValue(at, format, count == 1, value, found);
         if (found) vq::StoreValue(values, i, Null(value));
         return at;
     });

@@ -11,6 +11,7 @@
 #include "_vqnulty.h"
 #include "convert.h"
 #include "testsupport.h"
+#include "vqtypes.h"
 
 namespace {
 
@@ -46,6 +47,25 @@ VQ_SAMPLE(VqNull_VqInt64, VqInt64(0xFFFFFFFF, -1), VqInt64(0x89ABCDEF, 1), "%S",
           "00 89 ab cd ef 00 00 00 01")
 
 #undef VQ_SAMPLE
+
+template <class Value>
+constexpr char PlainRow = VqTypeId_char;
+template <>
+constexpr char PlainRow<unsigned char> = VqTypeId_VqByte;
+template <>
+constexpr char PlainRow<std::int16_t> = VqTypeId_short;
+template <>
+constexpr char PlainRow<std::uint16_t> = VqTypeId_VqWord;
+template <>
+constexpr char PlainRow<std::int32_t> = VqTypeId_int;
+template <>
+constexpr char PlainRow<std::uint32_t> = VqTypeId_unsigned;
+template <>
+constexpr char PlainRow<float> = VqTypeId_float;
+template <>
+constexpr char PlainRow<double> = VqTypeId_double;
+template <>
+constexpr char PlainRow<VqInt64> = VqTypeId_VqInt64;
 
 template <class Null>
 class Nullable : public testing::Test {
@@ -211,6 +231,54 @@ TYPED_TEST(Nullable, PrintsAndScansValuesAndNulls) {
     VqString again;
     Slots::Print(again, scanned, Sample<TypeParam>::format, 3);
     EXPECT_EQ(Bytes(again), Bytes(in));
+}
+
+// Texts and formats that the plain row and its nullable one read to the same values, whatever they make of them.
+TYPED_TEST(Nullable, ScansAsThePlainRow) {
+    using Slots = typename TestFixture::Slots;
+    using Value = typename TypeParam::ValueType;
+    VqTypeMgr manager(5);
+    const char* const own = Sample<TypeParam>::format;
+    const std::string quoted = std::string("<") + own + ">", comma = std::string(own) + ",";
+    const char* const texts[] = {"",
+                                 "7",
+                                 "-3",
+                                 " 12",
+                                 "1,2",
+                                 "1 2,3",
+                                 "x",
+                                 "0x1F",
+                                 "017",
+                                 "1.5e1",
+                                 "<7>",
+                                 "<7,",
+                                 "7,x",
+                                 "7,",
+                                 "999999",
+                                 "0x80",
+                                 "A,B",
+                                 ",",
+                                 "1,,2",
+                                 "-",
+                                 "<1>,<2>",
+                                 "1,2,3,4",
+                                 "99999999999999999999"};
+    for (const char* const format : {own, quoted.c_str(), comma.c_str(), "", "%", "%%"}) {
+        for (const char* const text : texts) {
+            for (const unsigned long count : {1ul, 3ul}) {
+                if (sizeof(Value) == 1 && count != 1) continue;  // arrays of plain bytes have no separator
+                const Value first = Sample<TypeParam>::low();
+                Value plain[] = {first, first, first};
+                TypeParam values[] = {first, first, first};
+                VqString a(text), b(text);
+                manager.ScanFromVqString(PlainRow<Value>, plain, a, format, count);
+                Slots::Scan(values, b, format, count);
+                for (int i = 0; i < 3; ++i) {
+                    EXPECT_EQ(values[i], TypeParam(plain[i])) << text << " under " << format << ", " << i;
+                }
+            }
+        }
+    }
 }
 
 TYPED_TEST(Nullable, ConvertsThroughStrings) {
