@@ -6,10 +6,12 @@ and the time zone database (tzdata).
     make_territories.py --check    exits with 1 when the file is not what this script writes, with 77 without the data
 
 A row a territory, by code: its names in four languages, population, gross domestic product in US dollars by purchasing
-power, literacy in per cent, and the universal time at which the year 2026 began in the first of its time zones. Groups of
-territories have names but no figures and no zones of their own: those fields are empty.
+power, literacy in per cent, and the universal time at which the year 2026 first began in one of its time zones. Fields
+without data are empty: groups of territories (the European Union, the eurozone, outlying Oceania, the United Nations) have
+neither figures nor zones; a few territories (Ascension Island, the Canary Islands, Kosovo) have no zone under their code.
 """
 import argparse
+import collections
 import csv
 import datetime
 import io
@@ -38,25 +40,25 @@ def figures():
     return {entry.get("type"): entry.attrib for entry in entries}
 
 
-def first_zones():
-    zones = {}
+def zones_of_territories():
+    zones = collections.defaultdict(list)
     for line in ZONES.read_text(encoding="utf-8").splitlines():
         if not line.startswith("#"):
             code, _, zone = line.split("\t")[:3]
-            zones.setdefault(code, zone)
+            zones[code].append(zone)
     return zones
 
 
-def new_year(zone):
-    """The universal time at which YEAR began in the zone."""
-    midnight = datetime.datetime(YEAR, 1, 1, tzinfo=zoneinfo.ZoneInfo(zone))
-    return midnight.astimezone(datetime.timezone.utc).strftime("%Y-%m-%dT%H:%M:%S")
+def new_year(zones):
+    """The universal time at which YEAR began in the first of the zones that it reached."""
+    midnights = (datetime.datetime(YEAR, 1, 1, tzinfo=zoneinfo.ZoneInfo(zone)) for zone in zones)
+    return min(midnights).astimezone(datetime.timezone.utc).strftime("%Y-%m-%dT%H:%M:%S")
 
 
 def territories():
     named = {language: names(language) for language in LANGUAGES}
     known = figures()
-    zones = first_zones()
+    zones = zones_of_territories()
     text = io.StringIO()
     writer = csv.writer(text, lineterminator="\n")
     writer.writerow(["code", *LANGUAGES.values(), *FIGURES.values(), "newyear"])
