@@ -148,6 +148,7 @@ TEST(Blob, FloatingNumbersAreReadAsInStrings) {
                                  "1" + zeros + "e-400",
                                  "1" + zeros,
                                  "-0x1" + zeros,
+                                 "0x1" + zeros + ";p-1",
                                  "0x1" + zeros + "p-1600",
                                  "0x0p9999",
                                  "0e9999",

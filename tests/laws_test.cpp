@@ -18,7 +18,19 @@ namespace {
 
 constexpr unsigned char disk[] = {VqFormat_LittleEndian, VqFormat_BigEndian};
 
-class Laws : public RowTest {};
+class Laws : public RowTest {
+  protected:
+    // The value at any address as bytes; rows whose keys cannot be compared have nothing else to tell values apart.
+    ByteVector Stored(const void* value) const {
+        const unsigned long size = manager.DiskLenGet(id, value, VqFormat_BigEndian, 1, VqFormat_Memory);
+        ByteVector bytes(size);
+        EXPECT_EQ(manager.Store(id, bytes.data(), value, VqFormat_BigEndian, 1), size);
+        return bytes;
+    }
+
+  private:
+    const FixedClock clock_{{2005, 3, 7}, {12, 5, 9, 0}};  // new dates and times are the clock's
+};
 
 TEST_P(Laws, LoadGivesWhatStoreTookAndSizesAreWhatIsWritten) {
     for (const unsigned char format : disk) {
@@ -128,7 +140,7 @@ TEST_P(Laws, ExchangeTextsGiveTheValuesBack) {
     delete texts;
     ExpectEqualArrays(*samples, more);
     const RowValues empty(manager, id, 1, manager.DefaultValue(id, 1, 1));
-    EXPECT_EQ(more.Cmp(count + 1, empty, 0), 0);
+    ExpectEqual(more, count + 1, empty, 0);
 }
 
 TEST_P(Laws, CopiesAreEqualAndApart) {
@@ -142,23 +154,18 @@ TEST_P(Laws, CopiesAreEqualAndApart) {
     manager.CopyPtrGet(id)(values, samples->Get(), count, 0);
     manager.AssignmentPtrGet(id)(values, samples->At(count - 1), count, 1);
     for (unsigned long i = 0; i < count; ++i) {
-        const void* const value = manager.GetArrayElement(id, values, i, count);
-        EXPECT_EQ(manager.Cmp(id, value, samples->At(count - 1), VqCmp_Exact, 1, VqFormat_Memory), 0);
+        EXPECT_EQ(Stored(manager.GetArrayElement(id, values, i, count)), Stored(samples->At(count - 1))) << i;
     }
     manager.DestructorPtrGet(id)(values, count);
 
     manager.CopyPtrGet(id)(values, samples->Get(), count, 1);
-    EXPECT_EQ(manager.Cmp(id, manager.GetArrayElement(id, values, count - 1, count), samples->Get(), VqCmp_Exact, 1,
-                          VqFormat_Memory),
-              0);
+    EXPECT_EQ(Stored(manager.GetArrayElement(id, values, count - 1, count)), Stored(samples->Get()));
     manager.DestructorPtrGet(id)(values, count);
 
     std::memset(raw.data(), 0xA5, raw.size());
     manager.ConstructorPtrGet(id)(values, count);
     const RowValues created(manager, id, 1);
-    EXPECT_EQ(manager.Cmp(id, manager.GetArrayElement(id, values, count - 1, count), created.Get(), VqCmp_Exact, 1,
-                          VqFormat_Memory),
-              0);
+    EXPECT_EQ(Stored(manager.GetArrayElement(id, values, count - 1, count)), Stored(created.Get()));
     manager.DestructorPtrGet(id)(values, count);
     ExpectEqualArrays(*samples, assigned);
 }
@@ -202,7 +209,7 @@ TEST_P(Laws, NullAndDefaultValues) {
     for (unsigned long i = 0; i < count; ++i) {
         EXPECT_EQ(manager.SetNullValue(id, samples->At(i)), VqStatus_Ok);
         EXPECT_EQ(samples->IsNull(i), hasNull);
-        EXPECT_EQ(samples->Cmp(i, hasNull ? nulls : defaults, 2), 0);
+        ExpectEqual(*samples, i, hasNull ? nulls : defaults, 2);
     }
 }
 
@@ -303,8 +310,9 @@ TEST(NullSizes, AreWhatNullValuesTake) {
     }
 }
 
+// A line of a golden file: its columns, of which the first is the name of a row.
 struct GoldenRow {
-    std::string name, text, little, big;
+    std::vector<std::string> columns;
     unsigned long version;
 };
 
@@ -313,43 +321,62 @@ std::string Trimmed(const std::string& text) {
     return first == text.npos ? "" : text.substr(first, last - first + 1);
 }
 
-std::vector<GoldenRow> ReadGoldenRows() {
-    std::ifstream file(VQTM_SOURCE_DIR "/tests/golden/rows.txt");
+std::vector<GoldenRow> ReadGoldenRows(const char* name) {
+    std::ifstream file(std::string(VQTM_SOURCE_DIR "/tests/golden/") + name);
     std::vector<GoldenRow> rows;
     for (std::string line; std::getline(file, line);) {
         if (Trimmed(line).empty() || line[0] == '#') continue;
-        std::vector<std::string> columns;
+        GoldenRow& row = rows.emplace_back();
         std::istringstream in(line);
-        for (std::string column; std::getline(in, column, '|');) columns.push_back(Trimmed(column));
-        if (columns.size() == 3) columns.push_back(columns[2]);
-        columns.resize(4);
-        const bool legacy = columns[0].starts_with("legacy ");
-        rows.push_back({columns[0].substr(legacy ? 7 : 0), columns[1], columns[2], columns[3], legacy ? 3ul : 5ul});
+        for (std::string column; std::getline(in, column, '|');) row.columns.push_back(Trimmed(column));
+        const bool legacy = row.columns[0].starts_with("legacy ");
+        row.columns[0].erase(0, legacy ? 7 : 0);
+        row.version = legacy ? 3 : 5;
     }
     return rows;
 }
 
-TEST(GoldenBytes, EveryRowWritesThem) {
+// Checks each line with its row, and that every row has one: `check(manager, id, columns)`.
+template <class Check>
+void CheckGoldenRows(const char* file, Check check) {
     std::set<std::string> seen;
-    for (const GoldenRow& golden : ReadGoldenRows()) {
-        SCOPED_TRACE(golden.name + " " + golden.text);
+    for (const GoldenRow& golden : ReadGoldenRows(file)) {
+        SCOPED_TRACE(golden.columns[0] + " " + golden.columns[1]);
         VqTypeMgr manager(golden.version);
         char id;
-        ASSERT_EQ(manager.Name2VqTypeId(golden.name.c_str(), id), 0);
-        const Samples& own = SamplesOf(id);
-        const std::vector<std::string> none, text = {golden.text};
-        const RowValues value(manager, id, own.exchange.empty() ? text : none, own.format,
-                              own.exchange.empty() ? none : text);
-        for (const unsigned char format : disk) {
-            const ByteVector bytes = value.Store(format, 0, 1);
-            EXPECT_EQ(Hex(bytes.data(), bytes.size()), format == VqFormat_BigEndian ? golden.big : golden.little);
-        }
-        seen.insert(golden.name);
+        ASSERT_EQ(manager.Name2VqTypeId(golden.columns[0].c_str(), id), 0);
+        check(manager, id, golden.columns);
+        seen.insert(golden.columns[0]);
     }
     for (const Subject& subject : Subjects(true)) {
         const std::string name = VqTypeMgr(subject.version).NameGet(subject.id, nullptr);
         EXPECT_TRUE(seen.contains(name)) << name << " has no golden bytes";
     }
+}
+
+std::string StoredHex(const RowValues& values, unsigned char format) {
+    const ByteVector bytes = values.Store(format, 0, 1);
+    return Hex(bytes.data(), bytes.size());
+}
+
+TEST(GoldenBytes, EveryRowWritesThem) {
+    CheckGoldenRows("rows.txt", [](VqTypeMgr& manager, char id, const std::vector<std::string>& columns) {
+        const Samples& own = SamplesOf(id);
+        const std::vector<std::string> none, text = {columns[1]};
+        const RowValues value(manager, id, own.exchange.empty() ? text : none, own.format,
+                              own.exchange.empty() ? none : text);
+        EXPECT_EQ(StoredHex(value, VqFormat_LittleEndian), columns[2]);
+        EXPECT_EQ(StoredHex(value, VqFormat_BigEndian), columns.back());
+    });
+}
+
+TEST(GoldenBytes, EveryRowHasItsDefaultValue) {
+    CheckGoldenRows("defaults.txt", [](VqTypeMgr& manager, char id, const std::vector<std::string>& columns) {
+        for (const int asNull : {0, 1}) {
+            const RowValues value(manager, id, 1, manager.DefaultValue(id, 1, asNull));
+            EXPECT_EQ(StoredHex(value, VqFormat_BigEndian), asNull ? columns.back() : columns[1]);
+        }
+    });
 }
 
 }  // namespace
