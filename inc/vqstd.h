@@ -40,9 +40,13 @@ namespace vq {
 /// How a class is ordered: `Of(a, b)` gives its standard category. Absent for classes without.
 ///
 ///     strong     equal values are the same        VqInt64, VqTime, VqSeal, VqBlob, nullable integers
-///     weak       they may differ                  VqString, VqBoolean (odd bytes), VqDate and VqDateTime (fields of -1
-///                                                 stand for any), d_Date, d_Time, d_Timestamp, d_Interval
-///     partial    some values have no order        nullable floating numbers
+///     weak       they may differ                  VqString, VqBoolean, d_Date, d_Interval
+///     partial    not all values can be ordered    VqDate, VqDateTime, d_Time, d_Timestamp, nullable floating numbers
+///
+/// Dates and times of a partial order are ordered among themselves as long as none has a field of -1, which stands for
+/// any value, and no two different ones are less than a second apart, which makes them equal. Otherwise what equals one
+/// value may differ from another that equals it too: such values are no keys of ordered containers. Neither is a
+/// VqBoolean of another byte than 0, 1 and 255.
 ///
 /// Null comes first. VqIString and VqCaseIString are absent: their equality is not transitive.
 template <class Value>
@@ -81,17 +85,17 @@ struct StandardOrder<VqBoolean> : OrderByLess<std::weak_ordering> {};
 template <>
 struct StandardOrder<VqInt64> : OrderByLess<std::strong_ordering> {};
 template <>
-struct StandardOrder<VqDate> : OrderByDifference<std::weak_ordering> {};
+struct StandardOrder<VqDate> : OrderByDifference<std::partial_ordering> {};
 template <>
 struct StandardOrder<VqTime> : OrderByDifference<std::strong_ordering> {};
 template <>
-struct StandardOrder<VqDateTime> : OrderByDifference<std::weak_ordering> {};
+struct StandardOrder<VqDateTime> : OrderByDifference<std::partial_ordering> {};
 template <>
 struct StandardOrder<d_Date> : OrderByDifference<std::weak_ordering> {};
 template <>
-struct StandardOrder<d_Time> : OrderByDifference<std::weak_ordering> {};
+struct StandardOrder<d_Time> : OrderByDifference<std::partial_ordering> {};
 template <>
-struct StandardOrder<d_Timestamp> : OrderByDifference<std::weak_ordering> {};
+struct StandardOrder<d_Timestamp> : OrderByDifference<std::partial_ordering> {};
 template <>
 struct StandardOrder<d_Interval> : OrderByDifference<std::weak_ordering> {};
 template <>
@@ -240,8 +244,8 @@ class Utf8Text {
     Utf8Text(const Utf8Text&) = delete;
     Utf8Text& operator=(const Utf8Text&) = delete;
 
-    /// Zero-terminated.
-    const char* Get() const { return bytes_; }
+    /// Zero-terminated; empty where there was no memory.
+    const char* Get() const { return bytes_ != nullptr ? bytes_ : ""; }
 
   private:
     char* bytes_ = nullptr;
@@ -253,7 +257,8 @@ class Utf8Text {
 /// Writes the value's text as the stream writes any text: width, fill and adjustment count bytes of UTF-8.
 template <class Traits, vq::Streamed Value>
 std::basic_ostream<char, Traits>& operator<<(std::basic_ostream<char, Traits>& out, const Value& value) {
-    VqString text(253, 0);  // Unicode
+    constexpr unsigned char Unicode = 253;
+    VqString text(Unicode, 0);
     vq::AppendDefaultText(text, value);
     return out << vq::Utf8Text(text).Get();
 }

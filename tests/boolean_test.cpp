@@ -90,6 +90,10 @@ TEST(VqBoolean, PrintsAndScans) {
     VqBoolean boolean;
     boolean.ScanFromVqString(Wide(u"true"));
     EXPECT_EQ(boolean, 1);
+    VqBoolean booleans[2];
+    VqString array("T,1");
+    VqTypeMgr(5).ScanFromVqString(VqTypeId_VqBoolean, booleans, array, ",,", 2);  // whatever commas the format has
+    EXPECT_TRUE(booleans[0] == 1 && booleans[1] == 1);
 }
 
 // The exchange texts, and what becomes of texts that the row does not write.

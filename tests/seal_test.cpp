@@ -4,6 +4,7 @@
 
 #include "testsupport.h"
 #include "vqbase.h"
+#include "vqtypes.h"
 
 using namespace vqtest;
 
@@ -78,6 +79,10 @@ TEST(VqSeal, PrintsAndScans) {
     VqSeal seal;
     seal.ScanFromVqString(Wide(u"8590131204"), "noop");
     EXPECT_EQ(Words(seal), "2 3 4");
+    VqSeal seals[2];
+    VqString array("5,8590131204");
+    VqTypeMgr(5).ScanFromVqString(VqTypeId_VqSeal, seals, array, ",,", 2);  // whatever commas the format has
+    EXPECT_EQ(Words(seals[0]) + ", " + Words(seals[1]), "0 0 5, 2 3 4");
     VqString text(">");
     seal.PrintToVqString(text, "%x");
     Seal(65535, 65535, 65535).PrintToVqString(text << ' ');

@@ -68,17 +68,19 @@ TEST(StandardLibrary, OrdersAsTheClassesDoNullFirst) {
     using Date = VqDate;
     using Time = VqTime;
     ExpectAscending<std::strong_ordering, VqInt64>({VqInt64(0, -5), -1, 0, 1, VqInt64(0x80000000, 0), VqInt64(0, 5)});
-    ExpectAscending<std::weak_ordering, VqDate>({Null<Date>(), Date(1999, 12, 31), Date(2000, 1, 1), Date(2000, 2, 1)});
+    ExpectAscending<std::partial_ordering, VqDate>(
+        {Null<Date>(), Date(1999, 12, 31), Date(2000, 1, 1), Date(2000, 2, 1)});
     ExpectAscending<std::strong_ordering, VqTime>({Null<Time>(), Time(0, 0, 59), Time(0, 1, 0), Time(23, 59, 59)});
-    ExpectAscending<std::weak_ordering, VqDateTime>({Null<VqDateTime>(),
-                                                     {Date(1999, 12, 31), Time(23, 0, 0)},
-                                                     {Date(2000, 1, 1), Time(0, 0, 0)},
-                                                     {Date(2000, 1, 1), Time(0, 0, 1)}});
+    ExpectAscending<std::partial_ordering, VqDateTime>({Null<VqDateTime>(),
+                                                        {Date(1999, 12, 31), Time(23, 0, 0)},
+                                                        {Date(2000, 1, 1), Time(0, 0, 0)},
+                                                        {Date(2000, 1, 1), Time(0, 0, 1)}});
     ExpectAscending<std::weak_ordering, d_Date>({d_Date(1582, 10, 4), d_Date(1582, 10, 15), d_Date(2000, 1, 1)});
-    ExpectAscending<std::weak_ordering, d_Time>({d_Time(1, 0, 0, 0, 0), d_Time(3, 0, 0, 1, 0), d_Time(3, 0, 5, 0, 0)});
-    ExpectAscending<std::weak_ordering, d_Timestamp>({{d_Date(2000, 1, 1), d_Time(1, 0, 0, 0, 0)},
-                                                      {d_Date(2000, 1, 1), d_Time(2, 0, 0, 0, 0)},
-                                                      {d_Date(2000, 1, 2), d_Time(0, 0, 0, 0, 0)}});
+    ExpectAscending<std::partial_ordering, d_Time>(
+        {d_Time(1, 0, 0, 0, 0), d_Time(3, 0, 0, 1, 0), d_Time(3, 0, 5, 0, 0)});
+    ExpectAscending<std::partial_ordering, d_Timestamp>({{d_Date(2000, 1, 1), d_Time(1, 0, 0, 0, 0)},
+                                                         {d_Date(2000, 1, 1), d_Time(2, 0, 0, 0, 0)},
+                                                         {d_Date(2000, 1, 2), d_Time(0, 0, 0, 0, 0)}});
     ExpectAscending<std::weak_ordering, d_Interval>({d_Interval(-1, 0, 0, 0), d_Interval(0, 0, 0, 0.5f)});
     ExpectAscending<std::weak_ordering, VqBoolean>({Byte(255), 0, 1});
     ExpectAscending<std::strong_ordering, VqSeal>({Seal(0), Seal(65536), Seal(VqInt64(0, 1)), Seal(-1)});
@@ -90,6 +92,7 @@ TEST(StandardLibrary, OrdersAsTheClassesDoNullFirst) {
     const VqNull_double none(std::numeric_limits<double>::quiet_NaN());
     EXPECT_TRUE((none <=> VqNull_double(1.0)) == std::partial_ordering::unordered);
     EXPECT_TRUE(VqDate(-1, 5, 7) <=> VqDate(2000, 5, 7) == 0);
+    static_assert(!std::three_way_comparable<VqDate, std::weak_ordering>, "2000-05-07 and 2001-05-07 are not equal");
     EXPECT_FALSE(VqDateTime(VqDate(-1, 5, 7), VqTime(0, 0, 0)) == VqDateTime(VqDate(2000, 5, 7), VqTime(0, 0, 0)));
     EXPECT_TRUE(Byte(200) <=> Byte(1) == 0 && Byte(1) <=> Byte(200) == 0);
 }
