@@ -259,8 +259,8 @@ void PrintJson(const Explanation& all) {
 void AddCollateCommand(CLI::App& program) {
     const auto options = std::make_shared<CollateOptions>();
     CLI::App* command = program.add_subcommand("collate", "Show why two texts sort as they do");
-    command->add_option("A", options->texts[0], "A text")->required();
-    command->add_option("B", options->texts[1], "The text, or with --pattern the pattern, to compare it with")
+    AddText(*command, "A", options->texts[0], "A text")->required();
+    AddText(*command, "B", options->texts[1], "The text, or with --pattern the pattern, to compare it with")
         ->required();
     AddTextOptions(*command, options->codeSet, options->language);
     AddLevelOptions(*command, options->ignoreCase, options->ignoreAccents);

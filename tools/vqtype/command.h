@@ -22,22 +22,32 @@ void AddCodeSetsCommand(CLI::App& program);
 void AddLanguagesCommand(CLI::App& program);
 void AddDemoCommand(CLI::App& program);
 
-/// The parser would take a value like [a,b] or {} for a list, and cannot go on with values behind `--`. A zero
-/// character in front, which no argument can hold, makes such values plain text; Unshielded takes it off.
-std::vector<std::string> ShieldedValues(const std::vector<std::string>& arguments);
-inline std::string Unshielded(const std::string& value) {
-    return !value.empty() && value[0] == '\0' ? value.substr(1) : value;
-}
+/// The parser would take an argument like [a,b] or {} for a list, and cannot go on with values behind `--`. A zero
+/// character in front, which no argument can hold, makes such arguments plain text.
+std::vector<std::string> ShieldedArguments(const std::vector<std::string>& arguments);
+std::string Unshielded(const std::string& argument);
 
-std::vector<std::string> Unshielded(const std::vector<std::string>& values);
+/// Adds an option or an argument that is stored as it was given, without that zero character.
+template <class Text>  // std::string, or an optional one
+CLI::Option* AddText(CLI::App& command, const std::string& name, Text& text, const std::string& description) {
+    const auto take = [&text](const CLI::results_t& given) {
+        text = Unshielded(given.back());
+        return true;
+    };
+    return command.add_option(name, take, description)->type_name("TEXT");
+}
+/// The same for one text or more.
+CLI::Option* AddTexts(CLI::App& command, const std::string& name, std::vector<std::string>& texts,
+                      const std::string& description);
+
+/// Adds the values as texts that most commands take.
+inline void AddValues(CLI::App& command, std::vector<std::string>& values) {
+    AddTexts(command, "VALUE", values, "Values as text; {NULL} is the null value")->required();
+}
 
 /// Adds --format; `format` stays empty without it.
 inline void AddFormatOption(CLI::App& command, std::optional<std::string>& format) {
-    command
-        .add_option_function<std::string>(
-            "--format", [&format](const std::string& text) { format = Unshielded(text); },
-            "The format instead of the row's own")
-        ->type_name("FORMAT");
+    AddText(command, "--format", format, "The format instead of the row's own")->type_name("FORMAT");
 }
 
 /// Adds --order little|big, stored as its name.
@@ -49,11 +59,10 @@ inline void AddOrderOption(CLI::App& command, std::string& order) {
 
 /// Adds --code-set and --language, stored as their texts.
 inline void AddTextOptions(CLI::App& command, std::string& codeSet, std::string& language) {
-    command
-        .add_option("--code-set", codeSet,
-                    "Code set of strings, by number or name: 1 is Windows-1252, 253 Unicode (default " + codeSet + ")")
+    AddText(command, "--code-set", codeSet,
+            "Code set of strings, by number or name: 1 is Windows-1252, 253 Unicode (default " + codeSet + ")")
         ->type_name("N|NAME");
-    command.add_option("--language", language, "Language of strings, by number or name (default " + language + ")")
+    AddText(command, "--language", language, "Language of strings, by number or name (default " + language + ")")
         ->type_name("N|NAME");
 }
 

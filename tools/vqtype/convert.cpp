@@ -17,7 +17,7 @@ struct ConvertOptions {
 };
 
 VqTypeId ParseEnd(const std::string& name, const char* place, bool (*can)(VqTypeId)) {
-    const VqTypeId id = ParseType(Unshielded(name), place);
+    const VqTypeId id = ParseType(name, place);
     if (can(id)) return id;
     throw CommandError("{} {}: cannot be converted (`vqtype types` shows which can: convert)", place, TypeName(id));
 }
@@ -39,12 +39,11 @@ void ShowTable(const ValueArray& from, const VqTypeConvertData& record, const Va
 void Convert(const ConvertOptions& options) {
     const VqTypeId from = ParseEnd(options.from, "FROM", CanConvertTo);
     const VqTypeId to = ParseEnd(options.to, "TO", CanConvertFrom);
-    const ValueArray values(from, Unshielded(options.values),
-                            {ParseCodeSet(options.codeSet), ParseLanguage(options.language)});
+    const ValueArray values(from, options.values, {ParseCodeSet(options.codeSet), ParseLanguage(options.language)});
     const std::unique_ptr<VqTypeConvertData> record(Manager().ConvertTo(from, values.Data(), values.GetCount()));
     const ValueArray converted(to, values.GetCount(), Manager().ConvertFrom(to, record.get(), values.GetCount()));
-    if (!options.plain) return ShowTable(values, *record, converted);
-    for (unsigned long i = 0; i < converted.GetCount(); ++i) Write(converted.PrintExact(i) + "\n");
+    if (options.plain) return Write(converted.PrintLines());
+    ShowTable(values, *record, converted);
 }
 
 }  // namespace
@@ -52,14 +51,16 @@ void Convert(const ConvertOptions& options) {
 void AddConvertCommand(CLI::App& program) {
     const auto options = std::make_shared<ConvertOptions>();
     CLI::App* command = program.add_subcommand("convert", "Convert values of one type into another");
-    command->add_option("FROM", options->from, "The values' type")->required();
-    command->add_option("TO", options->to, "The type that they become")->required();
-    command->add_option("VALUE", options->values, "Values as text; {NULL} is the null value")->required();
+    AddText(*command, "FROM", options->from, "The values' type")->required();
+    AddText(*command, "TO", options->to, "The type that they become")->required();
+    AddValues(*command, options->values);
     AddTextOptions(*command, options->codeSet, options->language);
     command->add_flag("--plain", options->plain, "Only the results, one a line");
     command->footer(
-        "Every value travels as a text, its exchange text, from which the other type reads what it can; no conversion\n"
-        "fails. A null value travels as the null string, dates as numbers, of a blob only whether it is null.\n"
+        "Types that have an exchange text convert into each other: a value travels as that text, from which the other\n"
+        "type reads what it can, and no conversion fails. Plain numbers, VqDate and VqTime read the number that a text\n"
+        "begins with; VqInt64 reads all of it or becomes -1. A null value travels as the null string, a VqDate as its\n"
+        "day number, a VqTime as its seconds, of a blob nothing but whether it is null.\n"
         "Example: vqtype convert VqBoolean short TRUE FALSE '{NULL}'");
     command->callback([options] { Convert(*options); });
 }

@@ -24,10 +24,8 @@ void Decode(const DecodeOptions& options) {
     const bool fromInput = options.hex == std::vector<std::string>{"-"};
     const Bytes bytes = ParseHex(fromInput ? ReadFile("-") : fmt::to_string(fmt::join(options.hex, " ")));
     const DiskForm form = ReadDiskForm(id, bytes, ByteOrderOf(options.order));
-    if (!options.plain) {
-        return Write(FormatFields(bytes, form.fields) + FormatSummary(form, bytes, options.order));
-    }
-    for (unsigned long i = 0; i < form.values->GetCount(); ++i) Write(form.values->PrintExact(i) + "\n");
+    if (options.plain) return Write(form.values->PrintLines());
+    Write(FormatFields(bytes, form.fields) + FormatSummary(form, bytes, options.order));
 }
 
 }  // namespace
@@ -35,9 +33,9 @@ void Decode(const DecodeOptions& options) {
 void AddDecodeCommand(CLI::App& program) {
     const auto options = std::make_shared<DecodeOptions>();
     CLI::App* command = program.add_subcommand("decode", "Read values from the bytes of their disk form");
-    command->add_option("TYPE", options->type, "The values' type")->required();
-    command
-        ->add_option("HEX", options->hex, "Pairs of hexadecimal digits, blanks between at will; - reads standard input")
+    AddText(*command, "TYPE", options->type, "The values' type")->required();
+    AddTexts(*command, "HEX", options->hex,
+             "Pairs of hexadecimal digits, blanks between at will; - reads standard input")
         ->required();
     AddOrderOption(*command, options->order);
     command->add_flag("--plain", options->plain, "Only the values' texts, one a line");

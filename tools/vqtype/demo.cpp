@@ -231,7 +231,7 @@ void AddDemoCommand(CLI::App& program) {
     const auto file = std::make_shared<std::string>();
     CLI::App* command =
         program.add_subcommand("demo", "Load the world's territories, store them, sort them, print them");
-    command->add_option("FILE", *file, "The table, if not the one that belongs to the program");
+    AddText(*command, "FILE", *file, "The table, if not the one that belongs to the program");
     command->footer(
         "Without FILE the table territories.csv is looked for in the folder VQ_EXAMPLES, then in the program's own\n"
         "installation, then in the source tree that it was built in.");

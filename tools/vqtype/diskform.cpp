@@ -38,7 +38,7 @@ std::size_t ReadLength(const Bytes& bytes, std::size_t at, unsigned char format)
 }
 
 [[noreturn]] void FailShort(VqTypeId id, std::size_t at, std::size_t needed, std::size_t left) {
-    throw CommandError("HEX: a {} at offset {} needs {} bytes; {} are left", TypeName(id), at, needed, left);
+    throw CommandError("HEX: {} at offset {} needs {} bytes; {} are left", TypeName(id), at, needed, left);
 }
 
 std::size_t RequireStringLength(const Bytes& bytes, std::size_t at, unsigned char format) {
@@ -154,8 +154,8 @@ constexpr std::int32_t NullBlobLength = -1;
 // The places where the blobs begin.
 std::vector<std::size_t> RequireBlobs(const Bytes& bytes, unsigned char format) {
     if (bytes.size() < BlobLengthSize) FailShort(VqTypeId_VqBlob, 0, BlobLengthSize, bytes.size());
-    const std::int64_t total = ReadSigned(bytes, 0, BlobLengthSize, format);
-    const auto following = static_cast<std::int64_t>(bytes.size() - BlobLengthSize);
+    const std::size_t total = ReadNumber(bytes, 0, BlobLengthSize, format);
+    const std::size_t following = bytes.size() - BlobLengthSize;
     if (total != following) {
         throw CommandError("HEX: the blobs' total at offset 0 counts {} bytes behind it; there are {}", total,
                            following);

@@ -19,13 +19,12 @@ struct EncodeOptions {
 };
 
 Bytes EncodeValues(VqTypeId id, const EncodeOptions& options) {
-    const ValueArray values(id, Unshielded(options.values),
-                            {ParseCodeSet(options.codeSet), ParseLanguage(options.language)});
+    const ValueArray values(id, options.values, {ParseCodeSet(options.codeSet), ParseLanguage(options.language)});
     return values.Store(ByteOrderOf(options.order));
 }
 
 void Encode(const EncodeOptions& options) {
-    const VqTypeId id = ParseType(Unshielded(options.type));
+    const VqTypeId id = ParseType(options.type);
     if (!CanEncode(id)) {
         throw CommandError("TYPE {}: cannot be encoded (`vqtype types` shows which can: disk and text)", TypeName(id));
     }
@@ -40,8 +39,8 @@ void Encode(const EncodeOptions& options) {
 void AddEncodeCommand(CLI::App& program) {
     const auto options = std::make_shared<EncodeOptions>();
     CLI::App* command = program.add_subcommand("encode", "Show the disk form of values, byte by byte");
-    command->add_option("TYPE", options->type, "The values' type")->required();
-    command->add_option("VALUE", options->values, "Values as text; {NULL} is the null value")->required();
+    AddText(*command, "TYPE", options->type, "The values' type")->required();
+    AddValues(*command, options->values);
     AddOrderOption(*command, options->order);
     AddTextOptions(*command, options->codeSet, options->language);
     command->add_flag("--plain", options->plain, "Only the bytes, as `vqtype decode` reads them");

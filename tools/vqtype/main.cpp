@@ -3,10 +3,8 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <iterator>
 #include <new>
 #include <sstream>
-#include <string_view>
 
 #include "command.h"
 #include "error.h"
@@ -43,7 +41,9 @@ int Fail(const CLI::App& program, const std::string& text) {
 }
 
 int FailToParse(const CLI::App& program, const CLI::ParseError& error) {
-    Fail(program, Printable(Shortened(error.what(), 200)));
+    std::string text = error.what();
+    text.erase(std::remove(text.begin(), text.end(), '\0'), text.end());  // that shielded an argument
+    Fail(program, Printable(Shortened(text, 200)));
     Say(fmt::format("Try `{} --help`.\n", CalledName(program)));
     return Failure;
 }
@@ -78,11 +78,6 @@ void CheckCommand(const CLI::App& program, const std::vector<std::string>& argum
     throw CommandError("{}: there is no such command; expected one of {}", Echo(arguments[0]), names);
 }
 
-bool TakesValues(std::string_view command) {
-    constexpr std::string_view Commands[] = {"encode", "print", "scan", "convert"};
-    return std::find(std::begin(Commands), std::end(Commands), command) != std::end(Commands);
-}
-
 // Help and version end the parsing early; their text is output like any other.
 void Parse(CLI::App& program, std::vector<std::string> arguments) {
     try {
@@ -99,7 +94,7 @@ int Run(CLI::App& program, std::vector<std::string> arguments) {
     try {
         AddCommands(program);
         CheckCommand(program, arguments);
-        if (!arguments.empty() && TakesValues(arguments[0])) arguments = ShieldedValues(arguments);
+        arguments = ShieldedArguments(arguments);
         std::reverse(arguments.begin(), arguments.end());  // as the parser takes them
         Parse(program, std::move(arguments));
         FlushOutput();

@@ -17,12 +17,14 @@ struct PrintOptions {
 };
 
 void Print(const PrintOptions& options) {
-    const VqTypeId id = ParsePrintableType(Unshielded(options.type), "printed");
+    const VqTypeId id = ParsePrintableType(options.type, "printed");
     const TextOptions text{ParseCodeSet(options.codeSet), ParseLanguage(options.language)};
-    const ValueArray values(id, Unshielded(options.values), text);
+    const ValueArray values(id, options.values, text);
     const ChosenFormat format(id, options.format);
     if (options.array) return Write(values.PrintAll(format.Get(), text) + "\n");
-    for (unsigned long i = 0; i < values.GetCount(); ++i) Write(values.Print(i, format.Get()) + "\n");
+    std::string lines;
+    for (unsigned long i = 0; i < values.GetCount(); ++i) lines += values.Print(i, format.Get()) + "\n";
+    Write(lines);
 }
 
 }  // namespace
@@ -30,8 +32,8 @@ void Print(const PrintOptions& options) {
 void AddPrintCommand(CLI::App& program) {
     const auto options = std::make_shared<PrintOptions>();
     CLI::App* command = program.add_subcommand("print", "Print values under a format");
-    command->add_option("TYPE", options->type, "The values' type")->required();
-    command->add_option("VALUE", options->values, "Values as text; {NULL} is the null value")->required();
+    AddText(*command, "TYPE", options->type, "The values' type")->required();
+    AddValues(*command, options->values);
     AddFormatOption(*command, options->format);
     command->add_flag("--array", options->array, "All values as one array, with commas between");
     AddTextOptions(*command, options->codeSet, options->language);

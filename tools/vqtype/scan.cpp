@@ -21,7 +21,7 @@ struct ScanOptions {
     bool plain = false;
 };
 
-// What the library gives for a text that it cannot read.
+// What the library gives for a text that it cannot read; but there are texts that say just that.
 struct Fallback {
     VqTypeId id;
     std::string_view value;
@@ -36,6 +36,10 @@ constexpr Fallback Fallbacks[] = {
     {VqTypeId_VqNull_VqInt64, "-1", "a text that does not fit the format"},
     {VqTypeId_VqSeal, "281474976710655", "a text that is no number"},
     {VqTypeId_VqBoolean, "FALSE", "every text but T, t, TRUE, true and 1"},
+    {VqTypeId_d_Date, "0000-01-01", "a text without a date"},
+    {VqTypeId_d_Time, "00:00:00.00+00:00", "a text without a time"},
+    {VqTypeId_d_Timestamp, "0000-01-01T00:00:00.00+00:00", "a text without a date and a time"},
+    {VqTypeId_d_Interval, "0", "a text without a span of time"},
 };
 
 // Two values that differ, before the scan and after it: a text that cannot be read leaves them as they were.
@@ -50,19 +54,19 @@ bool LeavesValue(const ValueArray& scanned, VqString& text, const char* format) 
 
 std::string Note(const ValueArray& value, bool isLeft, bool isSame) {
     if (isLeft) return "note: the text was not read: the value, or a part of it, stayed as it was\n";
-    if (isSame || value.IsNull(0)) return "";
+    if (isSame) return "";
     const std::string exact = value.PrintExact(0);
     for (const Fallback& fallback : Fallbacks) {
         if (fallback.id == value.GetType() && fallback.value == exact) {
-            return fmt::format("note: {} is what {} gives\n", exact, fallback.text);
+            return fmt::format("note: {} is also what {} gives\n", exact, fallback.text);
         }
     }
     return "note: this is not the text that was read\n";
 }
 
 void Scan(const ScanOptions& options) {
-    const VqTypeId id = ParsePrintableType(Unshielded(options.type), "scanned");
-    const std::string given = Unshielded(options.text);
+    const VqTypeId id = ParsePrintableType(options.type, "scanned");
+    const std::string given = options.text;
     const ChosenFormat format(id, options.format);
     const TextOptions chosen{ParseCodeSet(options.codeSet), ParseLanguage(options.language)};
     VqString text = ScannedText(id, given, chosen, "TEXT");
@@ -86,8 +90,8 @@ void Scan(const ScanOptions& options) {
 void AddScanCommand(CLI::App& program) {
     const auto options = std::make_shared<ScanOptions>();
     CLI::App* command = program.add_subcommand("scan", "Read a value from text under a format");
-    command->add_option("TYPE", options->type, "The value's type")->required();
-    command->add_option("TEXT", options->text, "The text")->required();
+    AddText(*command, "TYPE", options->type, "The value's type")->required();
+    AddText(*command, "TEXT", options->text, "The text")->required();
     AddFormatOption(*command, options->format);
     AddOrderOption(*command, options->order);
     AddTextOptions(*command, options->codeSet, options->language);

@@ -1,6 +1,6 @@
 #include "command.h"
 
-std::vector<std::string> ShieldedValues(const std::vector<std::string>& arguments) {
+std::vector<std::string> ShieldedArguments(const std::vector<std::string>& arguments) {
     std::vector<std::string> shielded;
     bool onlyValues = false;
     for (const std::string& argument : arguments) {
@@ -15,8 +15,17 @@ std::vector<std::string> ShieldedValues(const std::vector<std::string>& argument
     return shielded;
 }
 
-std::vector<std::string> Unshielded(const std::vector<std::string>& values) {
-    std::vector<std::string> texts;
-    for (const std::string& value : values) texts.push_back(Unshielded(value));
-    return texts;
+std::string Unshielded(const std::string& argument) {
+    return !argument.empty() && argument[0] == '\0' ? argument.substr(1) : argument;
+}
+
+CLI::Option* AddTexts(CLI::App& command, const std::string& name, std::vector<std::string>& texts,
+                      const std::string& description) {
+    const auto take = [&texts](const CLI::results_t& given) {
+        texts.clear();
+        for (const std::string& text : given) texts.push_back(Unshielded(text));
+        return true;
+    };
+    CLI::Option* option = command.add_option(name, take, description)->type_name("TEXT");
+    return option->expected(1, CLI::detail::expected_max_vector_size)->allow_extra_args();
 }

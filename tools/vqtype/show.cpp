@@ -37,9 +37,9 @@ constexpr RowNotes Notes[] = {
     {VqTypeId_VqByte, "an unsigned byte", "0 to 255", nullptr, "A"},
     {VqTypeId_VqString, "a text with a code set and a language", "0 to 65532 bytes of characters, none of them zero",
      "language 254, no text", "Zürich"},
-    {VqTypeId_VqDate, "a day of the calendar", "years -32768 to 32767; as text 0000-01-01 to 9999-12-31",
+    {VqTypeId_VqDate, "a day of the calendar", "years -32768 to 32767, -128 to 127 in the other parts",
      "year -32768, month and day -128", "2005-03-07"},
-    {VqTypeId_VqTime, "a time of day to the second", "00:00:00 to 23:59:59", "all three parts -128", "12:05:09"},
+    {VqTypeId_VqTime, "a time of day to the second", "-128 to 127 in every part", "all three parts -128", "12:05:09"},
     {VqTypeId_BlockId, "a storage block", "#0 to #4294967295", nullptr, "#7"},
     {VqTypeId_VqObjId, "an object within its database", "48 bits of number, 32 bits of block", "number 0", nullptr},
     {VqTypeId_VqClassId, "a class and its version", "0 to 65535 each", "class and version 65535", nullptr},
@@ -48,12 +48,14 @@ constexpr RowNotes Notes[] = {
     {VqTypeId_VqBlob, "a sequence of bytes", "0 to 2147483647 bytes; the total stands once, in front of all values",
      "no record; length -1 on disk", "00ff2a"},
     {VqTypeId_VqDateTime, "a day of the calendar and a time of day",
-     "as text 0000-01-01T00:00:00 to 9999-12-31T23:59:59", "year -32768, all other parts -128", "2005-03-07T12:05:09"},
+     "years -32768 to 32767, -128 to 127 in every other part", "year -32768, all other parts -128",
+     "2005-03-07T12:05:09"},
     {VqTypeId_VqIString, "a text of 1-byte characters", "0 to 65535 bytes of characters, none of them zero", nullptr,
      "Zürich"},
     {VqTypeId_VqCaseIString, "a text of 1-byte characters, ordered without case",
      "0 to 65535 bytes of characters, none of them zero", nullptr, "Zürich"},
-    {VqTypeId_d_Date, "a day of the standard calendar", "years -32768 to 32767", nullptr, "2005-03-07"},
+    {VqTypeId_d_Date, "a day of the standard calendar", "years -32768 to 32767, -128 to 127 in the other parts",
+     nullptr, "2005-03-07"},
     {VqTypeId_d_Time, "a time of day with hundredths and a time zone", "-128 to 127 in every part", nullptr,
      "12:05:09.25+01:00"},
     {VqTypeId_d_Timestamp, "a day of the standard calendar and a time of day",
@@ -61,7 +63,8 @@ constexpr RowNotes Notes[] = {
     {VqTypeId_d_Interval, "a span of time in seconds", "to about 3.4e38 either side of 0", nullptr, "93784.5"},
     {VqTypeId_VqInt64, "a number of 64 bits in two halves", "-9223372036854775808 to 9223372036854775807", nullptr,
      "4294967298"},
-    {VqTypeId_VqBoolean, "true, false or null", "FALSE and TRUE", "the byte 255", "TRUE"},
+    {VqTypeId_VqBoolean, "true, false or null", "FALSE and TRUE, the bytes 0 and 1; others are kept", "the byte 255",
+     "TRUE"},
     {VqTypeId_VqNull_char, "a signed byte, or null", "-128 to 127", Indicator, "A"},
     {VqTypeId_VqNull_uchar, "an unsigned byte, or null", "0 to 255", Indicator, "A"},
     {VqTypeId_VqNull_short, "a number of 16 bits, or null", "-32768 to 32767", Indicator, "1000"},
@@ -159,7 +162,7 @@ void Show(const std::string& type) {
 void AddShowCommand(CLI::App& program) {
     const auto type = std::make_shared<std::string>();
     CLI::App* command = program.add_subcommand("show", "Explain one type: its parts, its texts, what it does");
-    command->add_option("TYPE", *type, "The type")->required();
+    AddText(*command, "TYPE", *type, "The type")->required();
     command->footer(
         "The boxes stand under the offsets of their first bytes; behind a part of any length offsets count anew.\n"
         "little and big are the bytes of the disk form in either byte order.\n"

@@ -175,8 +175,8 @@ void Sort(const SortOptions& options) {
 void AddSortCommand(CLI::App& program) {
     const auto options = std::make_shared<SortOptions>();
     CLI::App* command = program.add_subcommand("sort", "Sort the lines of a file in a type's order");
-    command->add_option("TYPE", options->type, "The type that every line is a value of")->required();
-    command->add_option("FILE", options->file, "A UTF-8 text file; - reads standard input")->required();
+    AddText(*command, "TYPE", options->type, "The type that every line is a value of")->required();
+    AddText(*command, "FILE", options->file, "A UTF-8 text file; - reads standard input")->required();
     command->add_flag("--reverse", options->rule.reverse,
                       "Last first; equal lines keep their sequence, nulls come last");
     command->add_flag("--unique", options->rule.unique, "Of equal lines only the first");

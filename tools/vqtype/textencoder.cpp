@@ -93,7 +93,7 @@ std::string TextEncoder::CharacterAt(std::size_t i) const {
 }
 
 void TextEncoder::CheckLength() const {
-    const std::size_t most = (VqString::MaxSize - 1) / static_cast<unsigned>(set_.GetCharSize());
+    const std::size_t most = VqString::MaxSize / static_cast<unsigned>(set_.GetCharSize()) - 1;
     if (length_ > most) {
         throw TextFault{fmt::format("{} characters are too many: a string of code set {} holds at most {}", length_,
                                     DescribeCodeSet(set_.GetCode()), most)};

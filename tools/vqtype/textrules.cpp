@@ -38,20 +38,25 @@ bool IsFloating(std::string_view text) {
     return result.ec == std::errc() && result.ptr == text.data() + text.size();
 }
 
+// The byte that a text like 0x1f stands for, or -1.
+int EscapedByte(std::string_view text) {
+    unsigned byte = 0;
+    const bool isByte = text.size() == 4 && text.substr(0, 2) == "0x" &&
+                        std::from_chars(text.data() + 2, text.data() + 4, byte, 16).ptr == text.data() + 4;
+    return isByte ? static_cast<int>(byte) : -1;
+}
+
 // One character, or a byte as the row prints those that cannot be shown; of others the row reads the 0 alone.
 bool IsCharacter(std::string_view text) {
-    unsigned byte = 0;
-    if (text.size() == 4 && text.substr(0, 2) == "0x" &&
-        std::from_chars(text.data() + 2, text.data() + 4, byte, 16).ptr == text.data() + 4) {
-        return byte < 0x20 || byte > 0x7E;
-    }
+    if (const int byte = EscapedByte(text); byte >= 0) return byte < 0x20 || byte > 0x7E;
     char32_t code = 0;
     return !text.empty() && DecodeUtf8(text, code) == text.size();
 }
 
-// The row takes every text, and all but a few for false.
+// The row takes every text, and all but a few for false. Bytes that are neither, nor null, stand by their number.
 bool IsTruthValue(std::string_view text) {
     constexpr std::string_view Texts[] = {"T", "t", "TRUE", "true", "1", "F", "f", "FALSE", "false", "0"};
+    if (const int byte = EscapedByte(text); byte >= 0) return byte > 1 && byte < 0xFF;
     return std::find(std::begin(Texts), std::end(Texts), text) != std::end(Texts);
 }
 
@@ -71,16 +76,17 @@ struct TypeRule {
 };
 
 constexpr TypeRule TypeRules[] = {
-    {VqTypeId_VqDate, "%Y-%m-%d", nullptr, "a day of the calendar from 0000-01-01 to 9999-12-31"},
-    {VqTypeId_VqTime, "%H:%M:%S", nullptr, "a time of day from 00:00:00 to 23:59:59"},
-    {VqTypeId_VqDateTime, "%Y-%m-%dT%H:%M:%S", nullptr, "a day of the calendar and a time of day: 2005-03-07T12:05:09"},
-    {VqTypeId_VqBlob, "%X", ArePairs, "pairs of hexadecimal digits: 00ff2a"},
-    {VqTypeId_d_Date, nullptr, nullptr, "a day of the calendar: 2005-03-07"},
-    {VqTypeId_d_Time, nullptr, nullptr, "a time of day with hundredths and zone: 12:05:09.25+01:00"},
-    {VqTypeId_d_Timestamp, nullptr, nullptr, "a day of the calendar and a time of day: 2005-03-07T12:05:09.25+01:00"},
+    {VqTypeId_VqDate, nullptr, nullptr, "year, month and day: 2005-03-07"},
+    {VqTypeId_VqTime, nullptr, nullptr, "hour, minute and second: 12:05:09"},
+    {VqTypeId_VqDateTime, nullptr, nullptr, "a date and a time: 2005-03-07T12:05:09"},
+    {VqTypeId_VqBlob, nullptr, ArePairs, "pairs of hexadecimal digits: 00ff2a"},
+    {VqTypeId_d_Date, nullptr, nullptr, "year, month and day: 2005-03-07"},
+    {VqTypeId_d_Time, nullptr, nullptr, "a time with hundredths and zone: 12:05:09.25+01:00"},
+    {VqTypeId_d_Timestamp, nullptr, nullptr, "a date and a time with zone: 2005-03-07T12:05:09.25+01:00"},
     {VqTypeId_d_Interval, nullptr, IsFloating<float>,
      "seconds: a decimal number, 0 or from about 1.4e-45 to 3.4e38, inf or nan"},
-    {VqTypeId_VqBoolean, "noop", IsTruthValue, "TRUE (true, T, t, 1) or FALSE (false, F, f, 0)"},
+    {VqTypeId_VqBoolean, nullptr, IsTruthValue,
+     "TRUE (true, T, t, 1), FALSE (false, F, f, 0) or a byte from 0x02 to 0xfe"},
     {VqTypeId_VqSeal, "noop", IsSealNumber, "a whole number from 0 to 281474976710655"},
 };
 

@@ -11,7 +11,7 @@
 
 /// A type's text, and which texts are values of it.
 struct TextRule {
-    const char* format;  ///< under which it prints and scans; null where the exchange text loses nothing instead
+    const char* format;  ///< under which it prints and scans; null where another text loses nothing instead
     bool (*accepts)(std::string_view text);  ///< null: those that print again as they were read
     std::string expected;                    ///< what a text must be, for errors
 };

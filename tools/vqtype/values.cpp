@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <memory>
 
+#include "disktext.h"
 #include "error.h"
 #include "operations.h"
 #include "textrules.h"
+#include "vqbase.h"
 
 namespace {
 
@@ -39,16 +41,33 @@ std::string NearestType(const std::string& name) {
     return nearest;
 }
 
-// A string has no room for the pairs of a large blob, so they are taken from the disk form, behind its two lengths.
-std::string BlobText(const Bytes& disk) { return fmt::format("{:02X}", fmt::join(disk.begin() + 8, disk.end(), "")); }
+// --- Overflow
 
-// True when the value that a text gave prints as that text, or with parts behind it that are 0.
-bool IsReadAs(std::string_view text, std::string_view printed) {
-    constexpr std::string_view Separators = ".:+", Zeros = "0.:+";
-    if (!EqualIgnoringCase(text, printed.substr(0, text.size()))) return false;
-    const std::string_view rest = printed.substr(text.size());
-    return rest.empty() || (Separators.find(rest[0]) != rest.npos && rest.find_first_not_of(Zeros) == rest.npos);
+bool stringOverflowed = false;
+VqAssertHandler otherReports = nullptr;
+
+void TakeReport(const char* expression, const char* file, int line) {
+    if (std::string_view(expression).find("String overflow") == std::string_view::npos) {
+        otherReports(expression, file, line);
+    } else {
+        stringOverflowed = true;
+    }
 }
+
+// While it lives, a text that a string cannot hold is noted and not reported.
+class OverflowWatch {
+  public:
+    OverflowWatch() {
+        stringOverflowed = false;
+        otherReports = VqSetAssertHandler(TakeReport);
+    }
+    OverflowWatch(const OverflowWatch&) = delete;
+    OverflowWatch& operator=(const OverflowWatch&) = delete;
+    ~OverflowWatch() { VqSetAssertHandler(otherReports); }
+    bool HasSeen() const { return stringOverflowed; }
+};
+
+bool IsFull(const VqString& text) { return text.GetSize() == VqString::MaxSize; }
 
 }  // namespace
 
@@ -114,19 +133,24 @@ void ValueArray::Scan(unsigned long index, std::string_view text, const TextOpti
     }
     CheckUtf8(text, place);
     const TextRule rule = TextRuleOf(id_);
-    if (rule.accepts && !rule.accepts(text)) {
-        throw CommandError("{}: {} is no {}: expected {}", place, Echo(text), TypeName(id_), rule.expected);
+    const bool isRead = !rule.accepts || rule.accepts(text);
+    if (isRead) Read(index, text, rule.format, options, place);
+    if (isRead && (rule.accepts || EqualIgnoringCase(text, PrintExact(index)))) return;
+    throw CommandError("{}: {} is no {}: expected {}{}", place, Echo(text), TypeName(id_), rule.expected,
+                       isRead ? fmt::format(" (it reads as {})", Echo(PrintExact(index))) : "");
+}
+
+void ValueArray::Read(unsigned long index, std::string_view text, const char* format, const TextOptions& options,
+                      const std::string& place) const {
+    if (const DiskText* disk = DiskTextOf(id_)) {
+        Manager().Load(id_, At(index), disk->read(text).data(), VqFormat_LittleEndian, 1);
+        return;
     }
     VqString string = ScannedText(id_, text, options, place);
-    if (rule.format) {
-        Manager().ScanFromVqString(id_, At(index), string, rule.format, 1);
+    if (format) {
+        Manager().ScanFromVqString(id_, At(index), string, format, 1);
     } else {
         TakeExchangeText(index, string);
-    }
-    const std::string read = rule.accepts ? "" : PrintExact(index);
-    if (!rule.accepts && !IsReadAs(text, read)) {
-        throw CommandError("{}: {} is no {}: expected {} (it reads as {})", place, Echo(text), TypeName(id_),
-                           rule.expected, Echo(read));
     }
 }
 
@@ -151,16 +175,25 @@ std::string ValueArray::Print(unsigned long index, const char* format) const {
     if (id_ == VqTypeId_VqString && !IsNull(index)) {
         // In the string's own code set, so that no character is lost on the way.
         const auto& string = *static_cast<const VqString*>(At(index));
-        VqString out(string.GetCodeSet(), string.GetLanguage());
-        return ToUtf8(Manager().PrintToVqString(id_, out, At(index), format, 1));
+        return Print(VqString(string.GetCodeSet(), string.GetLanguage()), At(index), format, 1);
     }
-    VqString out;
-    return ToUtf8(Manager().PrintToVqString(id_, out, At(index), format, 1));
+    return Print(VqString(), At(index), format, 1);
+}
+
+// The rows of strings report what does not fit, as most do; others just stop where a string is full.
+std::string ValueArray::Print(VqString out, void* values, const char* format, unsigned long count) const {
+    const OverflowWatch watch;
+    Manager().PrintToVqString(id_, out, values, format, count);
+    if (watch.HasSeen() || (RowFormat(id_) != "%s" && IsFull(out))) {
+        throw CommandError("the text of {} {} of {} fills a string: it must be shorter than {} bytes", count,
+                           count == 1 ? "value" : "values", TypeName(id_), VqString::MaxSize - 1);
+    }
+    return ToUtf8(out);
 }
 
 std::string ValueArray::PrintExact(unsigned long index) const {
     if (IsNull(index)) return Print(index);
-    if (id_ == VqTypeId_VqBlob) return BlobText(Store(VqFormat_LittleEndian, index, 1));
+    if (const DiskText* disk = DiskTextOf(id_)) return disk->write(Store(VqFormat_LittleEndian, index, 1));
     const TextRule rule = TextRuleOf(id_);
     if (!rule.format) return ExchangeText(index).value_or("");
     const std::string_view format = rule.format;
@@ -174,6 +207,12 @@ std::string ValueArray::PrintExact(unsigned long index) const {
     return same ? shorter : Print(index, isDouble ? "%.17g" : "%.9g");
 }
 
+std::string ValueArray::PrintLines() const {
+    std::string lines;
+    for (unsigned long i = 0; i < count_; ++i) lines += PrintExact(i) + "\n";
+    return lines;
+}
+
 std::string ValueArray::Describe(unsigned long index) const {
     const std::string text = PrintExact(index), format = RowFormat(id_);
     const bool isText = format == "%s" || (format == "%c" && text.size() == 1);
@@ -181,9 +220,8 @@ std::string ValueArray::Describe(unsigned long index) const {
 }
 
 std::string ValueArray::PrintAll(const char* format, const TextOptions& options) const {
-    VqString out;
-    if (id_ == VqTypeId_VqString) out = VqString(options.codeSet, options.language);
-    return ToUtf8(Manager().PrintToVqString(id_, out, Data(), format, count_));
+    const bool hasCodeSet = id_ == VqTypeId_VqString;
+    return Print(hasCodeSet ? VqString(options.codeSet, options.language) : VqString(), Data(), format, count_);
 }
 
 long ValueArray::Compare(unsigned long a, unsigned long b) const {

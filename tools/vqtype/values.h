@@ -64,18 +64,26 @@ class ValueArray {
     /// `place`, when the text is not wholly a value of the type.
     void Scan(unsigned long index, std::string_view text, const TextOptions& options, const std::string& place) const;
 
-    /// The value's text in UTF-8 under `format`, as the manager takes it; null for the row's own.
+    /// The value's text in UTF-8 under `format`, as the manager takes it; null for the row's own. Throws CommandError
+    /// when no string can hold the text.
     std::string Print(unsigned long index, const char* format = nullptr) const;
-    /// The value's text that Scan reads back without loss: a floating number with as many digits as that takes.
+    /// The value's text that Scan reads back without loss, but for the bits of a not-a-number: a floating number with
+    /// as many digits as that takes.
     std::string PrintExact(unsigned long index) const;
 
-    /// The same as the workbench shows it: a text or a character in quotes, null as the null print string.
+    /// These texts of all values, one a line.
+    std::string PrintLines() const;
+
+    /// The text of PrintExact as the workbench shows it: a text or a character in quotes, null as the null print
+    /// string.
     std::string Describe(unsigned long index) const;
     /// All values as one text under `format`, as Print takes it; strings in the code set of `options`.
     std::string PrintAll(const char* format, const TextOptions& options) const;
 
     /// The text through which the value is converted, in UTF-8; none where that is the null string.
     std::optional<std::string> ExchangeText(unsigned long index) const;
+    /// Sets a value from such a text.
+    void TakeExchangeText(unsigned long index, const VqString& text) const;
 
     /// Negative, 0 or positive as the manager orders two values; no value is taken for a pattern.
     long Compare(unsigned long a, unsigned long b) const;
@@ -87,7 +95,9 @@ class ValueArray {
     unsigned long Load(const Bytes& bytes, unsigned char format) const;
 
   private:
-    void TakeExchangeText(unsigned long index, const VqString& text) const;
+    void Read(unsigned long index, std::string_view text, const char* format, const TextOptions& options,
+              const std::string& place) const;
+    std::string Print(VqString out, void* values, const char* format, unsigned long count) const;
 
     VqTypeId id_;
     unsigned long count_;
