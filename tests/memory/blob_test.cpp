@@ -60,8 +60,11 @@ void* operator new(std::size_t n) {
     if (void* const block = __real_malloc(n != 0 ? n : 1)) return block;
     throw std::bad_alloc();
 }
+void* operator new[](std::size_t n) { return operator new(n); }
 void operator delete(void* block) noexcept { __real_free(block); }
+void operator delete[](void* block) noexcept { __real_free(block); }
 void operator delete(void* block, std::size_t) noexcept { __real_free(block); }
+void operator delete[](void* block, std::size_t) noexcept { __real_free(block); }
 
 // The records, and the arrays of a row.
 void* operator new(std::size_t n, const std::nothrow_t&) noexcept { return Fails() ? nullptr : ::operator new(n); }
