@@ -58,9 +58,9 @@ void AddConvertCommand(CLI::App& program) {
     command->add_flag("--plain", options->plain, "Only the results, one a line");
     command->footer(
         "Types that have an exchange text convert into each other: a value travels as that text, from which the other\n"
-        "type reads what it can, and no conversion fails. Plain numbers, VqDate and VqTime read the number that a text\n"
-        "begins with; VqInt64 reads all of it or becomes -1. A null value travels as the null string, a VqDate as its\n"
-        "day number, a VqTime as its seconds, of a blob nothing but whether it is null.\n"
+        "type reads what it can, and no conversion fails. Plain numbers, VqDate and VqTime read the number that a\n"
+        "text begins with; VqInt64 reads all of it or becomes -1. A null value travels as the null string, a VqDate\n"
+        "as its day number, a VqTime as its seconds, of a blob nothing but whether it is null.\n"
         "Example: vqtype convert VqBoolean short TRUE FALSE '{NULL}'");
     command->callback([options] { Convert(*options); });
 }
