@@ -25,16 +25,10 @@ struct DateReference {
     static Number L(Number value) { return Long::Of(value); }
     static Number Absolute(Number value) { return value < 0 ? -value : value; }
 
-    static Number Divide(Number a, Number b) {
-        const bool negative = (a < 0) != (b < 0);
-        const Number quotient = Absolute(a) / Absolute(b);
-        return L(negative ? -quotient : quotient);
-    }
-    static Number Modulo(Number a, Number b) {
-        const bool negative = (a < 0) != (b < 0);
-        const Number rest = Absolute(a) % Absolute(b);
-        return L(negative ? -rest : rest);
-    }
+    // Both take the sign of the quotient.
+    static Number Signed(Number a, Number b, Number result) { return L((a < 0) != (b < 0) ? -result : result); }
+    static Number Divide(Number a, Number b) { return Signed(a, b, Absolute(a) / Absolute(b)); }
+    static Number Modulo(Number a, Number b) { return Signed(a, b, Absolute(a) % Absolute(b)); }
 
     static Number DayNumber(int year, int month, int day) {
         const Number a = Divide(month - 14, 12);
@@ -88,23 +82,14 @@ struct TimeReference {
         if (t.hour >= 24) t.hour = Cut(t.hour % 24);
         return t.Get();
     }
-    static VqTime Minus(const VqTime& time, long s) {
-        TimeReference t(time);
-        t.second = Cut(t.second - s % 60);
-        t.minute = Cut(t.minute - s / 60 % 60);
-        t.hour = Cut(t.hour - s / 3600);
-        return t.Borrowed();
-    }
+    static VqTime Minus(const VqTime& time, long s) { return TimeReference(time).Less(s / 3600, s / 60 % 60, s % 60); }
     static VqTime Minus(const VqTime& time, const VqTime& other) {
-        TimeReference t(time);
-        t.second = Cut(t.second - other.second);
-        t.minute = Cut(t.minute - other.minute);
-        t.hour = Cut(t.hour - other.hour);
-        return t.Borrowed();
+        return TimeReference(time).Less(other.hour, other.minute, other.second);
     }
 
   private:
-    VqTime Borrowed() {
+    VqTime Less(long hours, long minutes, long seconds) {
+        second = Cut(second - seconds), minute = Cut(minute - minutes), hour = Cut(hour - hours);
         if (second < 0) second = Cut(second + 60), minute = Cut(minute - 1);
         if (minute < 0) minute = Cut(minute + 60), hour = Cut(hour - 1);
         if (hour < 0) hour = Cut(hour + 24);

@@ -2,20 +2,15 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
 #include "_vqnulty.h"
 #include "datetextreference.h"
 #include "testsupport.h"
 #include "vqtypes.h"
 
-namespace {
+using namespace vqtest;
 
-using vqtest::Bytes;
-using vqtest::FixedClock;
-using vqtest::In;
-using vqtest::Units;
-using vqtest::Wide;
+namespace {
 
 template <class T>
 std::string Print(const T& value, const char* format) {
@@ -47,36 +42,23 @@ const char* const fallback = "0 1 1 0 0 0";
 
 // --- Printing
 
+// Midnight is 00 where the format does not tell the half of the day. What is no directive loses its per cent sign.
+// Fields outside their ranges keep all their digits, and signs do not count among them.
 TEST(DateText, PrintsDirectives) {
     static const struct {
         VqDateTime value;
-        const char* format;
-        const char* text;
+        const char *format, *text;
     } cases[] = {
         {At(2005, 3, 7), "%a %e.%b %Y", "Mon 07.Mar 2005"},
         {At(2005, 3, 7, 12, 5, 9), nullptr, "2005-03-07T12:05:09"},
         {At(2000, 2, 29), "%A, %B %d %y", "Tuesday, Februar 29 00"},
         {At(1999, 1, 9), "%a|%b|%B|%m|%y", "Sat|Jan|Januar|01|99"},
-        // The half of the day; midnight is 00 where the format does not tell it.
         {At(2005, 3, 7, 0, 5, 9), "%I:%M:%S %p", "12:05:09 am"},
-        {At(2005, 3, 7, 0, 5, 9), "%I:%M:%S", "00:05:09"},
-        {At(2005, 3, 7, 0), "%P%I", "AM12"},
-        {At(2005, 3, 7, 12), "%I %p %I", "12 pm 12"},
-        {At(2005, 3, 7, 13), "%I", "01"},
-        {At(2005, 3, 7, 23), "%I%P", "11PM"},
         {At(2005, 3, 7, 0), "%I%%p", "00%p"},
-        {At(2005, 3, 7, 0), "%I%%%p", "12%am"},
-        // What is no directive loses its per cent sign.
+        {At(2005, 3, 7, 0), "%I%%%P", "12%AM"},
         {At(2005, 3, 7), "%%%x%Q%-%n[%", "%xQ-n["},
-        {At(2005, 3, 7), "", ""},
-        {At(2005, 3, 7), "%", ""},
-        // Fields outside their ranges keep all their digits, and signs do not count among them.
-        {At(-5, -5, -5, -5, -5, -5), "%Y %y %m %d %e %H %I %M %S %p", "-0005 -05 -05 -05 -05 -05 -05 -05 -05 am"},
-        {At(-32768, 13, 100, 127, 99, -128), "%Y %y %B %b %d %H %I %M %S %P",
-         "-32768 -68 013 013 100 127 115 99 -128 PM"},
-        {At(12345, 0, 0), "%Y|%y|%b|%m|%d", "12345|45|000|00|00"},
-        {At(2005, -128, 1), "%B", "-128"},
-        {At(2005, -5, 1), "%b", "-005"},
+        {At(-5, -5, -5, -5, -5, -5), "%Y %y %b %m %d %e %H %I", "-0005 -05 -005 -05 -05 -05 -05 -05"},
+        {At(-32768, 13, 100, 127, 99, -128), "%Y %y %B %d %I %M %S", "-32768 -68 013 100 115 99 -128"},
     };
     for (const auto& c : cases) EXPECT_EQ(Print(c.value, c.format), c.text) << c.format;
 }
@@ -117,14 +99,12 @@ TEST(DateText, PrintsFormatsOfAnyLength) {
         format += directives % 2 == 0 ? "%B" : "%A";
         expected += directives % 2 == 0 ? "September" : "Wednesday";
     }
-    const vqtest::AssertRecorder asserts;
+    const AssertRecorder asserts;
+    EXPECT_EQ(Print(At(2005, 9, 7), std::string(65532, 'x').c_str()), std::string(65532, 'x'));
+    EXPECT_TRUE(asserts.Lines().empty());
     std::string longest;
     for (int i = 0; i < 40000; ++i) longest += "%Y";
-    const std::string cut = Print(At(2005, 9, 7), longest.c_str());
-    EXPECT_EQ(cut.size(), VqString::MaxSize - 1);
-    EXPECT_EQ(cut.substr(65524), "20052005");
-    EXPECT_EQ(asserts.Lines().size(), 1u);
-    EXPECT_EQ(Print(At(2005, 9, 7), std::string(65532, 'x').c_str()), std::string(65532, 'x'));
+    EXPECT_EQ(Print(At(2005, 9, 7), longest.c_str()).substr(65524), "20052005");
     EXPECT_EQ(asserts.Lines().size(), 1u);
 
     // Midnight asks the whole format for the half of the day, once.
@@ -138,93 +118,63 @@ TEST(DateText, PrintsFormatsOfAnyLength) {
 
 // --- Scanning
 
+// Three letters decide on names, and as many as agree are passed over. Literals are not compared; whatever a
+// directive reads, the text advances by its width.
 TEST(DateText, ScansDirectives) {
     static const struct {
-        const char* text;
-        const char* format;
-        const char* fields;
+        const char *text, *format, *fields;
     } cases[] = {
-        {"1999-12-31", "%Y-%m-%d", "1999 12 31 0 0 0"},
         {"2005-03-07T12:05:09", nullptr, "2005 3 7 12 5 9"},
         {"Mon 07.Mar 2005", "%a %e.%b %Y", "2005 3 7 0 0 0"},
         {"07:30:00 PM", "%I:%M:%S %p", "0 1 1 19 30 0"},
-        {"12:15:00 AM", "%I:%M:%S %p", "0 1 1 0 15 0"},
-        {"12:15:00 pm", "%I:%M:%S %P", "0 1 1 12 15 0"},
         {"12:15:00 xm", "%I:%M:%S %p", "0 1 1 12 15 0"},
         {"12 am pm", "%I %p %p", "0 1 1 0 0 0"},
         {"11 am pm", "%I %p %p", "0 1 1 23 0 0"},
         {"99-12-31", "%y-%m-%d", "1999 12 31 0 0 0"},
-        // Names: three letters decide, and as many as agree are passed over.
-        {"Mar", "%b", "0 3 1 0 0 0"},
         {"March 05", "%B %d", "0 3 5 0 0 0"},
         {"Marxch05", "%Bxch%d", "0 3 5 0 0 0"},
-        {"Jan05", "%b%d", "0 1 5 0 0 0"},
         {"January05", "%by%d", "0 1 5 0 0 0"},
         {"mar05", "%b%d", "0 1 5 0 0 0"},
         {"01205", "%b%d", "0 12 5 0 0 0"},
-        {"Wednesday05", "%A%d", "0 1 5 0 0 0"},
         {"Wedn05", "%a%d", "0 1 5 0 0 0"},
-        {"05", "%A%d", "0 1 5 0 0 0"},
-        // Literals are not compared; whatever a directive reads, the text advances by its width.
         {"1999/12.31", "%Y-%m-%d", "1999 12 31 0 0 0"},
-        {"x-05", "%Q-%d", "0 1 5 0 0 0"},
-        {"x05", "%%%d", "0 1 5 0 0 0"},
         {"xx05", "%m%d", "0 1 5 0 0 0"},
-        {"1999 5", "%Y%m", "1999 5 1 0 0 0"},
-        {" 5", "%d", "0 1 5 0 0 0"},
         {"\t\n\v\f\r 15", "%d", "0 1 15 0 0 0"},
         {"5x7", "%dx%m", "0 1 5 0 0 0"},
-        {"+5-9", "%d%Y", "-9 1 5 0 0 0"},
-        {"-123", "%Y", "-123 1 1 0 0 0"},
         {"+ 5", "%d", fallback},
-        {"xx", "%y", "1900 1 1 0 0 0"},
         {"-1", "%y", "1899 1 1 0 0 0"},
-        // The text ends first.
-        {"", "%Y-%m-%d", fallback},
-        {"2005", "%Y-%m-%d", "2005 1 1 0 0 0"},
         {"2005-1", "%Y-%m-%d%Y%Y%b%a%p%%%", "2005 1 1 0 0 0"},
-        {"2", "%d%d", "0 1 2 0 0 0"},
         {"Ma", "%b", fallback},
-        // What is no date-time.
         {"2001-02-30", "%Y-%m-%d", fallback},
         {"2000-02-29T24:00:00", nullptr, fallback},
-        {"2000-02-29T23:60:00", nullptr, fallback},
-        {"2000-13-01", "%Y-%m-%d", fallback},
         {"0000-00-00T00:00:00", nullptr, "0 0 0 0 0 0"},
         {"0000-00-00T12:00 AM", "%Y-%m-%dT%H:%M %p", "0 0 0 0 0 0"},
         {"0000-00-00T00:00:01", nullptr, fallback},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(std::string(c.text) + " under " + (c.format != nullptr ? c.format : "null"));
-        EXPECT_EQ(Fields(Scan(c.text, c.format)), c.fields);
-        VqDateTime wide = At(1, 1, 1);
-        wide.ScanFromVqString(Wide(std::u16string(c.text, c.text + std::strlen(c.text))), c.format);
-        EXPECT_EQ(Fields(wide), c.fields);
+        EXPECT_EQ(Fields(Scan(c.text, c.format)), c.fields) << c.text;
     }
 }
 
 // --- Null
 
 template <class T>
-void ExpectNullText(const char* format) {
-    T value = T();
-    value.SetNullValue();
-    VqString out = Wide(u"before");
-    value.PrintToVqString(out, format);
-    EXPECT_EQ(Bytes(out), "{NULL}");
-    EXPECT_TRUE(Scan<T>("{NULL} and more", format).IsNullValue());
-    EXPECT_FALSE(Scan<T>("{NULL", format).IsNullValue());
-    value = T();
-    value.ScanFromVqString(Wide(u"{NULL}"), format);
-    EXPECT_TRUE(value.IsNullValue());
+void ExpectNullText() {
+    for (const char* const format : {static_cast<const char*>(nullptr), "", "%Y"}) {
+        T value = T();
+        value.SetNullValue();
+        VqString out = Wide(u"before");
+        value.PrintToVqString(out, format);
+        EXPECT_EQ(Bytes(out), "{NULL}");
+        EXPECT_TRUE(Scan<T>("{NULL} and more", format).IsNullValue());
+        EXPECT_FALSE(Scan<T>("{NULL", format).IsNullValue());
+    }
 }
 
 TEST(DateText, NullReplacesTheText) {
-    for (const char* format : {static_cast<const char*>(nullptr), "", "%Y"}) {
-        ExpectNullText<VqDate>(format);
-        ExpectNullText<VqTime>(format);
-        ExpectNullText<VqDateTime>(format);
-    }
+    ExpectNullText<VqDate>();
+    ExpectNullText<VqTime>();
+    ExpectNullText<VqDateTime>();
     const VqString before = VqNullPrintString();
     VqNullPrintString() = "20";
     EXPECT_TRUE(Scan<VqDate>("2005-03-07", nullptr).IsNullValue());
@@ -235,22 +185,15 @@ TEST(DateText, NullReplacesTheText) {
 TEST(DateText, ReadsEmptyElementsOfArrays) {
     VqTypeMgr manager(5);
     const VqString before = VqNullPrintString();
-    VqString printed, text("2005-03-07,");
-    VqDate dates[] = {VqDate(2005, 3, 7), VqDate(2005, 3, 7), VqDate(2005, 3, 7)};
-    for (const int i : {0, 2}) dates[i].SetNullValue();
-    VqNullPrintString() = "";
-    manager.PrintToVqString(VqTypeId_VqDate, printed, dates, "%Y-%m-%d", 3);
-    VqDate read[] = {VqDate(1, 1, 1), VqDate(1, 1, 1), VqDate(1, 1, 1)};
-    manager.ScanFromVqString(VqTypeId_VqDate, read, printed, "%Y-%m-%d", 3);
-    VqNullPrintString() = before;
-    EXPECT_EQ(Bytes(printed), ",2005-03-07,");
-    EXPECT_TRUE(read[0].IsNullValue());
-    EXPECT_EQ(Print(read[1], nullptr), "2005-03-07");
-    EXPECT_TRUE(read[2].IsNullValue());
-
-    manager.ScanFromVqString(VqTypeId_VqDate, read, text, "%Y-%m-%d", 3);
-    EXPECT_EQ(Print(read[1], nullptr), "0000-01-01");
-    EXPECT_TRUE(read[2].IsNullValue());
+    for (const char* none : {"", "x"}) {
+        VqString text(",2005-03-07,");
+        VqDate read[] = {VqDate(1, 1, 1), VqDate(1, 1, 1), VqDate(1, 1, 1)};
+        VqNullPrintString() = none;
+        manager.ScanFromVqString(VqTypeId_VqDate, read, text, "%Y-%m-%d", 3);
+        VqNullPrintString() = before;
+        EXPECT_EQ(read[0].IsNullValue() && read[2].IsNullValue(), *none == 0);
+        EXPECT_EQ(Print(read[1], nullptr), "2005-03-07");
+    }
 }
 
 // --- Against the slow way
@@ -267,11 +210,8 @@ class Draws {
         static const char literals[] = "-:./T x%p";
         std::string format;
         for (unsigned n = Below(9); n != 0; --n) {
-            if (Below(3) != 0) {
-                format += std::string("%") + letters[Below(sizeof letters - 1)];
-            } else {
-                format += literals[Below(sizeof literals - 1)];
-            }
+            format += Below(3) != 0 ? std::string("%") + letters[Below(sizeof letters - 1)]
+                                    : std::string(1, literals[Below(sizeof literals - 1)]);
         }
         return format;
     }
@@ -281,8 +221,8 @@ class Draws {
         if (Below(2) == 0) {
             return At(Within(1, 9999), Within(1, 12), Within(1, 28), Within(0, 23), Within(0, 59), Within(0, 59));
         }
-        return At(Within(-32768, 32767), Within(-128, 127), Within(-128, 127), Within(-128, 127), Within(-128, 127),
-                  Within(-128, 127));
+        const auto any = [&] { return Within(-128, 127); };
+        return At(Within(-32768, 32767), any(), any(), any(), any(), any());
     }
 
     // A few changes of characters.
@@ -290,11 +230,7 @@ class Draws {
         static const char mean[] = "0123456789-+ \t:.apAPMJanFebrTuesday\xE9";
         for (unsigned n = Below(4); n != 0; --n) {
             const std::size_t place = Below(static_cast<unsigned>(text.size() + 1));
-            if (Below(3) == 0) {
-                text.erase(place, Below(4));
-            } else {
-                text.insert(place, 1, mean[Below(sizeof mean - 1)]);
-            }
+            text = Below(3) == 0 ? text.erase(place, Below(4)) : text.insert(place, 1, mean[Below(sizeof mean - 1)]);
         }
         return text;
     }
@@ -314,8 +250,7 @@ TEST(DateText, PrintsLikeTheSlowWay) {
     for (int i = 0; i < Rounds; ++i) {
         const VqDateTime value = draw.Value();
         const std::string format = draw.Format();
-        ASSERT_EQ(Print(value, format.c_str()), vqtest::ReferenceDatePrint(value, format))
-            << format << " of " << Fields(value);
+        ASSERT_EQ(Print(value, format.c_str()), ReferenceDatePrint(value, format)) << format << Fields(value);
     }
 }
 
@@ -324,23 +259,9 @@ TEST(DateText, ScansLikeTheSlowWay) {
     Draws draw(19991231);
     for (int i = 0; i < Rounds; ++i) {
         const std::string format = draw.Format();
-        const std::string text =
-            draw.Mutated(vqtest::ReferenceDatePrint(draw.Value(), draw.Below(4) != 0 ? format : draw.Format()));
-        ASSERT_EQ(Fields(Scan(text, format.c_str())), Fields(vqtest::ReferenceDateScan(text, format)))
-            << text << " under " << format;
-    }
-}
-
-// Under formats that name every field.
-TEST(DateText, ReadsBackWhatItPrinted) {
-    Draws draw(4711);
-    for (int i = 0; i < 20000; ++i) {
-        VqDateTime value = At(draw.Within(0, 9999), draw.Within(1, 12), draw.Within(1, 31), draw.Within(0, 23),
-                              draw.Within(0, 59), draw.Within(0, 59));
-        if (value.IsDaTime() == 0) continue;
-        for (const char* format : {"%Y-%m-%dT%H:%M:%S", "%A %e.%B %Y, %I:%M:%S %p", "%P%S%M%I%d%b%Y"}) {
-            ASSERT_EQ(Fields(Scan(Print(value, format), format)), Fields(value)) << format;
-        }
+        const std::string other = draw.Below(4) != 0 ? format : draw.Format();
+        const std::string text = draw.Mutated(ReferenceDatePrint(draw.Value(), other));
+        ASSERT_EQ(Fields(Scan(text, format.c_str())), Fields(ReferenceDateScan(text, format))) << text << format;
     }
 }
 

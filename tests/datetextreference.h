@@ -98,27 +98,20 @@ struct ReferenceScan {
             return letter == 'Y' ? 4 : 2;
         }
         std::size_t agreeing = 0;
-        switch (letter) {
-            case 'p':
-            case 'P':
-                if (*at == 'p' || *at == 'P') secondHalf = true;
-                if (*at == 'a' || *at == 'A') firstHalf = true;
-                return 2;
-            case 'B':
-            case 'b':
-                if (const int index = MatchName(at, MonthNameTable, agreeing); index >= 0) {
-                    month = index + 1;
-                    return agreeing;
-                }
-                std::sscanf(at, "%03d", &month);
-                return 3;
-            case 'A':
-            case 'a':
-                MatchName(at, DayNameTable, agreeing);
-                return agreeing;
-            default:
-                return 1;
+        if (letter == 'p' || letter == 'P') {
+            if (*at == 'p' || *at == 'P') secondHalf = true;
+            if (*at == 'a' || *at == 'A') firstHalf = true;
+            return 2;
         }
+        if (letter == 'B' || letter == 'b') {
+            const int index = MatchName(at, MonthNameTable, agreeing);
+            if (index >= 0) return month = index + 1, agreeing;
+            std::sscanf(at, "%03d", &month);
+            return 3;
+        }
+        if (letter != 'A' && letter != 'a') return 1;
+        MatchName(at, DayNameTable, agreeing);
+        return agreeing;
     }
 };
 
@@ -133,11 +126,10 @@ inline VqDateTime ReferenceDateScan(const std::string& text, const std::string& 
             position += scan.Directive(format[i], text.c_str() + std::min(position, text.size()));
         }
     }
-    if (scan.secondHalf && scan.hour < 12) {
+    if (scan.secondHalf && scan.hour < 12)
         scan.hour += 12;
-    } else if (scan.firstHalf && scan.hour == 12) {
+    else if (scan.firstHalf && scan.hour == 12)
         scan.hour = 0;
-    }
     const VqDateTime result(VqDate(scan.year, scan.month, scan.day), VqTime(scan.hour, scan.minute, scan.second));
     const bool allZero = result.date == VqDate(0, 0, 0) && result.time == VqTime(0, 0, 0);
     return result.IsDaTime() || allZero ? result : VqDateTime(VqDate(0, 1, 1), VqTime(0, 0, 0));

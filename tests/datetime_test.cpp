@@ -3,14 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstring>
-#include <memory>
 #include <type_traits>
-#include <vector>
 
 #include "base/replaced.h"
-#include "convert.h"
-#include "testsupport.h"
+#include "rowvalues.h"
 #include "vqint64.h"
 #include "vqtypes.h"
 
@@ -35,6 +31,8 @@ TEST(VqDateTime, ReadsTheClock) {
     const FieldList local = {2005, 1, 1, 0, 30, 9};
     EXPECT_EQ(Fields(VqDateTime()), local);
     EXPECT_EQ(Fields(VqDateTime::Now()), local);
+    VqTypeMgr manager(5);
+    EXPECT_EQ(Fields(*static_cast<VqDateTime*>(RowValues(manager, VqTypeId_VqDateTime, 3).At(2))), local);
     EXPECT_EQ(Fields(VqDateTime::NowUTC()), (FieldList{2004, 12, 31, 23, 30, 9}));
     EXPECT_EQ(Fields(VqDateTime(VqDate(1999, 2, 3))), (FieldList{1999, 2, 3, 0, 30, 9}));
     EXPECT_EQ(Fields(VqDateTime(VqTime(7, 8, 9))), (FieldList{2005, 1, 1, 7, 8, 9}));
@@ -64,73 +62,36 @@ TEST(VqDateTime, ReadsDateAndTimeInTheirOrder) {
 // --- Time zone
 
 TEST(VqDateTime, ShiftsByTheZone) {
+    const FieldList noon = {2005, 3, 7, 12, 0, 0};
     const struct {
         FieldList utc;
         int zone;
         FieldList local;
     } cases[] = {
         {{2004, 12, 31, 23, 30, 5}, 60, {2005, 1, 1, 0, 30, 5}},
-        {{2005, 1, 1, 0, 0, 0}, -30, {2004, 12, 31, 23, 30, 0}},
-        {{2005, 1, 1, 0, 0, 7}, -60, {2004, 12, 31, 23, 0, 7}},
-        {{2005, 1, 1, 0, 0, 0}, -90, {2004, 12, 31, 22, 30, 0}},
+        {{2005, 1, 1, 0, 0, 7}, -90, {2004, 12, 31, 22, 30, 7}},
         {{2004, 2, 28, 23, 59, 59}, 1, {2004, 2, 29, 0, 0, 59}},
-        {{2005, 3, 7, 12, 0, 0}, 345, {2005, 3, 7, 17, 45, 0}},
-        {{2005, 3, 7, 12, 0, 0}, 0, {2005, 3, 7, 12, 0, 0}},
-        {{2005, 3, 7, 12, 0, 0}, 1439, {2005, 3, 8, 11, 59, 0}},
-        {{2005, 3, 7, 12, 0, 0}, -1439, {2005, 3, 6, 12, 1, 0}},
+        {noon, 345, {2005, 3, 7, 17, 45, 0}},
+        {noon, 0, noon},
+        {noon, 1439, {2005, 3, 8, 11, 59, 0}},
+        {noon, -1439, {2005, 3, 6, 12, 1, 0}},
+        // One day at most is carried.
+        {{2005, 1, 1, 0, 0, 0}, 3000, {2005, 1, 2, 26, 0, 0}},
+        {{2005, 1, 1, 0, 0, 0}, -3000, {2004, 12, 31, -26, 0, 0}},
+        {noon, VqTimeZoneUnknown, noon},
     };
-    FixedClock clock({2005, 1, 1}, {0, 0, 0, 0});
     for (const auto& c : cases) {
-        clock.Set({2005, 1, 1}, {0, 0, 0, 0}, c.zone);
+        const FixedClock clock({2005, 1, 1}, {0, 0, 0, 0}, c.zone);
+        const int status = c.zone == VqTimeZoneUnknown ? -2171 : 0;
         VqDateTime at = At(c.utc);
-        EXPECT_EQ(at.ToLocalTime(), 0);
-        EXPECT_EQ(Fields(at), c.local);
-        EXPECT_EQ(at.ToUTCTime(), 0);
-        EXPECT_EQ(Fields(at), c.utc);
+        EXPECT_EQ(at.ToLocalTime(), status);
+        EXPECT_EQ(Fields(at), c.local) << c.zone;
+        EXPECT_EQ(at.ToUTCTime(), status);
+        EXPECT_EQ(Fields(at), c.utc) << c.zone;
     }
-}
-
-TEST(VqDateTime, CarriesOneDayAtMost) {
-    FixedClock clock({2005, 1, 1}, {0, 0, 0, 0}, 3000);
-    VqDateTime at = At({2005, 1, 1, 0, 0, 0});
-    EXPECT_EQ(at.ToLocalTime(), 0);
-    EXPECT_EQ(Fields(at), (FieldList{2005, 1, 2, 26, 0, 0}));
-    at = At({2005, 1, 1, 0, 0, 0});
-    EXPECT_EQ(at.ToUTCTime(), 0);
-    EXPECT_EQ(Fields(at), (FieldList{2004, 12, 31, -26, 0, 0}));
-}
-
-TEST(VqDateTime, StaysWhereTheZoneIsUnknown) {
-    const FixedClock clock({2005, 1, 1}, {0, 0, 0, 0}, VqTimeZoneUnknown);
-    VqDateTime at = At({2005, 3, 7, 12, 5, 9});
-    EXPECT_EQ(at.ToLocalTime(), -2171);
-    EXPECT_EQ(at.ToUTCTime(), -2171);
-    EXPECT_EQ(Fields(at), (FieldList{2005, 3, 7, 12, 5, 9}));
 }
 
 // --- Seconds
-
-TEST(VqDateTime, AddsSeconds) {
-    const struct {
-        FieldList from;
-        long seconds;
-        FieldList to;
-    } cases[] = {
-        {{2000, 3, 1, 0, 0, 0}, -1, {2000, 2, 29, 23, 59, 59}},
-        {{2000, 2, 29, 23, 59, 59}, 86400L * 2 + 5, {2000, 3, 3, 0, 0, 4}},
-        {{2005, 3, 7, 12, 0, 0}, 86400, {2005, 3, 8, 12, 0, 0}},
-        {{2005, 3, 7, 12, 0, 0}, -86400, {2005, 3, 6, 12, 0, 0}},
-        {{2005, 3, 7, 12, 0, 0}, 0, {2005, 3, 7, 12, 0, 0}},
-        {{2005, 3, 7, 0, 0, 10}, -86420, {2005, 3, 5, 23, 59, 50}},
-        // An hour that is no hour is reduced, and so counts as a clock that has passed midnight.
-        {{2005, 3, 7, 25, 0, 0}, 0, {2005, 3, 8, 1, 0, 0}},
-    };
-    for (const auto& c : cases) {
-        VqDateTime at = At(c.from);
-        at.AddSeconds(c.seconds);
-        EXPECT_EQ(Fields(at), c.to) << c.seconds;
-    }
-}
 
 TEST(VqDateTime, AddsSecondsAsCountedFromDayZero) {
     const auto number = [](const VqDateTime& at) {
@@ -146,6 +107,10 @@ TEST(VqDateTime, AddsSecondsAsCountedFromDayZero) {
         ASSERT_EQ(at.IsDaTime(), 1);
         ASSERT_EQ(number(at), number(start) + seconds) << seconds;
     }
+    // An hour that is no hour is reduced, and so counts as a clock that has passed midnight.
+    VqDateTime odd = At({2005, 3, 7, 25, 0, 0});
+    odd.AddSeconds(0);
+    EXPECT_EQ(Fields(odd), (FieldList{2005, 3, 8, 1, 0, 0}));
 }
 
 // --- Comparison, null
@@ -192,103 +157,51 @@ TEST(GetSystemTimeInMSSinceTheEpoch, IsNotSupported) {
 
 // --- Rows
 
-VqDateTime RandomDateTime(std::mt19937& random) {
-    const auto field = [&] { return static_cast<int>(random() >> 8); };
-    return At({field(), field(), field(), field(), field(), field()});
-}
-
-void Append(std::vector<unsigned char>& bytes, const VqDate& date, bool bigEndian) {
-    const auto year = static_cast<std::uint16_t>(date.year);
-    const unsigned char low = static_cast<unsigned char>(year), high = static_cast<unsigned char>(year >> 8);
-    bytes.insert(bytes.end(), {bigEndian ? high : low, bigEndian ? low : high, static_cast<unsigned char>(date.month),
-                               static_cast<unsigned char>(date.day)});
-}
-void Append(std::vector<unsigned char>& bytes, const VqTime& time, bool) {
-    for (const std::int8_t field : {time.hour, time.minute, time.second}) {
-        bytes.push_back(static_cast<unsigned char>(field));
-    }
-}
-void Append(std::vector<unsigned char>& bytes, const VqDateTime& at, bool bigEndian) {
-    Append(bytes, at.date, bigEndian);
-    Append(bytes, at.time, bigEndian);
-}
-
-bool IsSame(const VqDate& a, const VqDate& b) { return a == b; }
-bool IsSame(const VqTime& a, const VqTime& b) { return a == b; }
-bool IsSame(const VqDateTime& a, const VqDateTime& b) { return Fields(a) == Fields(b); }
-
 // Arrays of every short length, at odd addresses, between bytes that must stay.
-template <class Value>
-void ExpectStoredFieldByField(const std::vector<Value>& all, VqStoreFunc store, VqLoadFunc load) {
-    for (std::size_t count = 0; count <= all.size(); ++count) {
-        for (const unsigned char format : {VqFormat_LittleEndian, VqFormat_BigEndian, VqFormat_Memory}) {
-            std::vector<unsigned char> expected = {0xA5};
-            for (std::size_t i = 0; i < count; ++i) Append(expected, all[i], format == VqFormat_BigEndian);
-            expected.push_back(0xA5);
-            std::vector<unsigned char> bytes(expected.size(), 0xA5), memory(count * sizeof(Value) + 1);
-            const auto size = static_cast<unsigned long>(bytes.size() - 2), n = static_cast<unsigned long>(count);
-            if (count != 0) std::memcpy(memory.data() + 1, static_cast<const void*>(all.data()), memory.size() - 1);
-            ASSERT_EQ(store(bytes.data() + 1, memory.data() + 1, format, n), size);
-            ASSERT_EQ(bytes, expected);
-            std::vector<Value> loaded(count, Value(all[0]));
-            ASSERT_EQ(load(loaded.data(), bytes.data() + 1, format, n), size);
-            for (std::size_t i = 0; i < count; ++i) ASSERT_TRUE(IsSame(loaded[i], all[i])) << count << " " << i;
+TEST(DateAndTimeRows, StoreArraysAsTheirElements) {
+    VqTypeMgr manager(5);
+    std::mt19937 random(2);
+    for (const char id : {VqTypeId_VqDate, VqTypeId_VqTime, VqTypeId_VqDateTime}) {
+        const unsigned long inMemory = manager.MemLenGet(id, 1), size = inMemory == 8 ? 7 : inMemory;
+        for (unsigned long count = 0; count <= 40; ++count) {
+            for (const unsigned char format : {VqFormat_LittleEndian, VqFormat_BigEndian, VqFormat_Memory}) {
+                ByteVector all(count * size + 2, 0xA5), each = all, bytes = all, memory(count * inMemory + 1);
+                for (unsigned long i = 1; i <= count * size; ++i) bytes[i] = static_cast<unsigned char>(random());
+                ASSERT_EQ(manager.Load(id, memory.data() + 1, &bytes[1], format, count), count * size);
+                ASSERT_EQ(manager.Store(id, &all[1], memory.data() + 1, format, count), count * size);
+                for (unsigned long i = 0; i < count; ++i) {
+                    manager.Store(id, &each[1 + i * size], &memory[1 + i * inMemory], format, 1);
+                }
+                ASSERT_EQ(all, bytes) << int{id};
+                ASSERT_EQ(each, bytes) << int{id} << " " << count;
+            }
         }
     }
 }
 
-TEST(DateAndTimeRows, StoreFieldByField) {
-    std::mt19937 random(2);
-    std::vector<VqDateTime> both;
-    std::vector<VqDate> dates;
-    std::vector<VqTime> times;
-    for (int i = 0; i < 40; ++i) {
-        both.push_back(RandomDateTime(random));
-        dates.push_back(both.back().date);
-        times.push_back(both.back().time);
-    }
-    ExpectStoredFieldByField(dates, DateStore, DateLoad);
-    ExpectStoredFieldByField(times, TimeStore, TimeLoad);
-    ExpectStoredFieldByField(both, DaTimeStore, DaTimeLoad);
-}
-
-TEST(DateAndTimeRows, CreateTodayAndNow) {
-    const FixedClock clock({2005, 3, 7}, {12, 5, 9, 0});
-    VqTypeMgr manager(5);
-    void* const values = manager.Create(VqTypeId_VqDateTime, 3);
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(Fields(static_cast<VqDateTime*>(values)[i]), (FieldList{2005, 3, 7, 12, 5, 9}));
-    }
-    manager.Delete(VqTypeId_VqDateTime, values, 3);
-}
-
-std::string TextOf(VqTypeMgr& manager, char id, void* value) {
-    const std::unique_ptr<VqTypeConvertData> record(manager.ConvertTo(id, value, 1));
-    return record->GetString(0)->IsNullValue() ? "null" : Bytes(*record->GetString(0));
-}
-
+// The value of a text that travels.
 template <class Value>
-Value ValueOf(VqTypeMgr& manager, char id, const char* text) {
-    auto* const strings = static_cast<VqString*>(manager.Create(VqTypeId_VqString, 1));
-    *strings = text;
-    const std::unique_ptr<VqTypeConvertData> record(VqTypeConvertData::Make(VqTypeId_VqString, 1, strings, &manager));
-    void* const values = manager.ConvertFrom(id, record.get(), 1);
-    const Value value = *static_cast<Value*>(values);
-    manager.Delete(id, values, 1);
-    return value;
+Value ValueOf(char id, const std::string& text) {
+    VqTypeMgr manager(5);
+    return *static_cast<Value*>(RowValues(manager, id, {}, nullptr, {text}).At(0));
+}
+VqDateTime AtOf(const std::string& text) { return ValueOf<VqDateTime>(VqTypeId_VqDateTime, text); }
+
+std::string TextOf(char id, void* value) {
+    VqTypeMgr manager(5);
+    VqTypeConvertData* const texts = manager.ConvertTo(id, value, 1);
+    const std::string text = Bytes(*texts->GetString(0));
+    delete texts;
+    return text;
 }
 
 TEST(DateAndTimeRows, TravelAsTexts) {
-    VqTypeMgr manager(5);
     VqDate date(2000, 1, 1);
     VqTime time(25, 0, 1);
-    EXPECT_EQ(TextOf(manager, VqTypeId_VqDate, &date), "2451545");
-    EXPECT_EQ(TextOf(manager, VqTypeId_VqTime, &time), "90001");
-    EXPECT_TRUE(IsSame(ValueOf<VqDate>(manager, VqTypeId_VqDate, "2451545"), date));
-    EXPECT_TRUE(IsSame(ValueOf<VqDate>(manager, VqTypeId_VqDate, ""), VqDate(-4713, 11, 24)));
-    EXPECT_TRUE(IsSame(ValueOf<VqTime>(manager, VqTypeId_VqTime, "90001"), time));
-    EXPECT_TRUE(IsSame(ValueOf<VqTime>(manager, VqTypeId_VqTime, ""), VqTime(0, 0, 0)));
-
+    EXPECT_EQ(TextOf(VqTypeId_VqDate, &date), "2451545");
+    EXPECT_EQ(TextOf(VqTypeId_VqTime, &time), "90001");
+    EXPECT_TRUE(ValueOf<VqDate>(VqTypeId_VqDate, "") == VqDate(-4713, 11, 24));
+    EXPECT_TRUE(ValueOf<VqTime>(VqTypeId_VqTime, "90001") == time);
     const struct {
         const char* text;
         FieldList fields;
@@ -302,26 +215,20 @@ TEST(DateAndTimeRows, TravelAsTexts) {
         {" +2451545 days", {2000, 1, 1, 0, 0, 0}},
         {"-5", {-4713, 11, 19, 0, 0, 0}},
         {"0x10", {-4713, 12, 10, 0, 0, 0}},
-        {"", {-4713, 11, 24, 0, 0, 0}},
         {"noon", {-4713, 11, 24, 0, 0, 0}},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(Fields(ValueOf<VqDateTime>(manager, VqTypeId_VqDateTime, c.text)), c.fields) << c.text;
-    }
+    for (const auto& c : cases) EXPECT_EQ(Fields(AtOf(c.text)), c.fields) << c.text;
     for (const char* number : {"99999999999", "-99999999999", "017", "2147483647", "-2147483649"}) {
-        EXPECT_TRUE(IsSame(ValueOf<VqDateTime>(manager, VqTypeId_VqDateTime, number).date,
-                           ValueOf<VqDate>(manager, VqTypeId_VqDate, number)))
-            << number;
+        EXPECT_TRUE(AtOf(number).date == ValueOf<VqDate>(VqTypeId_VqDate, number)) << number;
     }
-    VqDateTime at = At({2005, 3, 7, 12, 5, 9});
-    EXPECT_EQ(TextOf(manager, VqTypeId_VqDateTime, &at), "2005-03-07T12:05:09");
-    at = At({-5, -5, 100, -128, 0, -1});
-    EXPECT_EQ(TextOf(manager, VqTypeId_VqDateTime, &at), "-0005--05-100T-128:00:-01");
+    VqDateTime at = At({-5, -5, 100, -128, 0, -1});
+    EXPECT_EQ(TextOf(VqTypeId_VqDateTime, &at), "-0005--05-100T-128:00:-01");
     std::mt19937 random(3);
+    const auto field = [&] { return static_cast<int>(random() >> 8); };
     for (int i = 0; i < 10000; ++i) {
-        at = RandomDateTime(random);
-        const std::string text = TextOf(manager, VqTypeId_VqDateTime, &at);
-        ASSERT_EQ(Fields(ValueOf<VqDateTime>(manager, VqTypeId_VqDateTime, text.c_str())), Fields(at)) << text;
+        at = At({field(), field(), field(), field(), field(), field()});
+        const std::string text = TextOf(VqTypeId_VqDateTime, &at);
+        ASSERT_EQ(Fields(AtOf(text)), Fields(at)) << text;
     }
 }
 
