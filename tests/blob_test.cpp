@@ -141,7 +141,6 @@ TEST(Blob, StorageIsReusedWithinTheSlack) {
     EXPECT_NE(shrunk.Data(), storage);
     shrunk.Resize(0);
     EXPECT_EQ(shrunk.Data(), nullptr);
-
     VqBlob::Record* const record = VqBlob::AllocData(4);
     EXPECT_EQ(record->length, 5);
     VqBlob::FreeData(record);
@@ -451,25 +450,26 @@ TEST(BlobText, PrintsLengthAndPairs) {
 }
 
 TEST(BlobText, ScansPairsAndPassesOverLengths) {
+    const char* const old = "6f 6c 64";
     const struct {
         const char *text, *format, *content;
     } cases[] = {
         {"00fF7a", "%X", "00 ff 7a"},
+        {"2:0102", "%L:%x", "01 02"},
+        {"07;08;09", "%X;%x", "08"},
         {"", "%x", ""},
-        {"7", "%X", "6f 6c 64"},
-        {"zz", "%X", "6f 6c 64"},
+        {"<>", "<%X>", ""},
         {"077", "%X", "07"},
         {"<07>", "<%X>", "07"},
-        {"<>", "<%X>", ""},
-        {"(07>", "<%X>", "6f 6c 64"},
-        {"<07)", "<%X>", "6f 6c 64"},
-        {"<077>", "<%X>", "6f 6c 64"},
-        {"07;08;09", "%X;%x", "08"},
-        {"07;08,", "%X;%x;", "6f 6c 64"},
-        {"[BLOB,len=99]", nullptr, "6f 6c 64"},
-        {"2:0102", "%L:%x", "01 02"},
         {"%%01", "%%%%%x", "01"},
         {"{NULL}", "%X", "null"},
+        {"7", "%X", old},
+        {"zz", "%X", old},
+        {"(07>", "<%X>", old},
+        {"<07)", "<%X>", old},
+        {"<077>", "<%X>", old},
+        {"07;08,", "%X;%x;", old},
+        {"[BLOB,len=9]", nullptr, old},
     };
     for (const auto& c : cases) {
         for (const bool wide : {false, true}) {

@@ -3,8 +3,10 @@
 #define VQ_INT64REFERENCE_H
 
 #include <algorithm>
+#include <cctype>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 
 #include "vqint64.h"
@@ -111,12 +113,14 @@ struct SlowInt64 {
         const double magnitude = negative ? -d : d;
         SlowInt64 value;
         if (magnitude > 9223372036854774784.0) {
-            value = Of(1);
-            for (int i = 0; i < 62; ++i) value = (value << 1) + Of(1);
+            value = ~Min();
         } else if (magnitude >= 1.0) {
-            char text[64];
-            std::snprintf(text, sizeof text, "%E", d);
-            value = FromExponential(text);
+            char text[64];  // "1.234568E+07"
+            std::snprintf(text, sizeof text, "%E", magnitude);
+            for (int i = 0; i <= std::atoi(text + 9); ++i) {
+                const char digit = i < 7 ? text[i == 0 ? 0 : i + 1] : '0';
+                value = value * Of(10) + Of(static_cast<std::uint32_t>(digit - '0'));
+            }
         }
         return negative ? value * -Of(1) : value;
     }
@@ -154,25 +158,7 @@ struct SlowInt64 {
   private:
     static std::uint32_t Unsigned(std::int32_t word) { return static_cast<std::uint32_t>(word); }
     static std::int32_t Signed(std::uint32_t word) { return static_cast<std::int32_t>(word); }
-    static bool IsDigit(char c) { return c >= '0' && c <= '9'; }
     static bool IsLetter(char c) { return std::string("SdioxX").find(c) != std::string::npos; }
-
-    // "-1.234568E+07", of either sign, as its magnitude.
-    static SlowInt64 FromExponential(const std::string& text) {
-        const std::size_t e = text.find('E');
-        int exponent = 0;
-        for (std::size_t i = e + 2; i < text.size(); ++i) exponent = exponent * 10 + (text[i] - '0');
-        SlowInt64 value;
-        bool fraction = false;
-        for (std::size_t i = 0; i < e; ++i) {
-            if (text[i] == '.') fraction = true;
-            if (!IsDigit(text[i])) continue;
-            if (fraction && --exponent < 0) break;
-            value = value * Of(10) + Of(static_cast<std::uint32_t>(text[i] - '0'));
-        }
-        for (; exponent > 0; --exponent) value = value * Of(10);
-        return value;
-    }
 
     std::string PrintOne(char letter) const {
         const std::uint32_t base = letter == 'o' ? 8 : letter == 'x' || letter == 'X' ? 16 : 10;
@@ -204,12 +190,10 @@ struct SlowInt64 {
         if ((letter == 'd' || letter == 'i') && base != 10) return false;
         SlowInt64 value;
         for (; at < text.size() && text[at] != terminator; ++at) {
-            std::uint32_t digit = base;
-            if (IsDigit(text[at])) digit = static_cast<std::uint32_t>(text[at] - '0');
-            if (text[at] >= 'a' && text[at] <= 'z') digit = static_cast<std::uint32_t>(text[at] - 32 - 55);
-            if (text[at] >= 'A' && text[at] <= 'Z') digit = static_cast<std::uint32_t>(text[at] - 55);
+            const auto digit = std::string("0123456789abcdef")
+                                   .find(static_cast<char>(std::tolower(static_cast<unsigned char>(text[at]))));
             if (digit >= base) return false;
-            value = value * Of(base) + Of(digit);
+            value = value * Of(base) + Of(static_cast<std::uint32_t>(digit));
         }
         *this = negative ? -value : value;
         return peek(0) == terminator;

@@ -57,24 +57,17 @@ TEST(VqSeal, ComparesByWordsFromTheHighest) {
 }
 
 TEST(VqSeal, PrintsAndScans) {
-    const struct {
-        const char* text;
-        const char* words;
-    } cases[] = {
-        {"", "0 0 0"},
-        {"0", "0 0 0"},
-        {"8590131204", "2 3 4"},
-        {"0x200030004", "2 3 4"},
-        {"017", "0 0 15"},
-        {"281474976710657", "0 0 1"},
-        {"-2", "65535 65535 65534"},
-        {"12x", "65535 65535 65535"},
-        {"{NULL}", "65535 65535 65535"},
-    };
-    for (const auto& c : cases) {
+    const std::pair<const char*, const char*> cases[] = {{"", "0 0 0"},
+                                                         {"0x200030004", "2 3 4"},
+                                                         {"017", "0 0 15"},
+                                                         {"281474976710657", "0 0 1"},
+                                                         {"-2", "65535 65535 65534"},
+                                                         {"12x", "65535 65535 65535"},
+                                                         {"{NULL}", "65535 65535 65535"}};
+    for (const auto& [text, words] : cases) {
         VqSeal seal = Seal(9, 9, 9);
-        seal.ScanFromVqString(VqString(c.text));
-        EXPECT_EQ(Words(seal), c.words) << c.text;
+        seal.ScanFromVqString(VqString(text));
+        EXPECT_EQ(Words(seal), words) << text;
     }
     VqSeal seal;
     seal.ScanFromVqString(Wide(u"8590131204"), "noop");
