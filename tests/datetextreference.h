@@ -56,11 +56,10 @@ inline std::string ReferenceDatePrint(const VqDateTime& value, const std::string
     }
     std::string out;
     for (std::size_t i = 0; i < format.size(); ++i) {
-        if (format[i] != '%') {
+        if (format[i] != '%')
             out += format[i];
-        } else if (++i < format.size()) {
+        else if (++i < format.size())
             out += ReferenceDirective(format[i], value, twelveHours);
-        }
     }
     return out;
 }

@@ -18,6 +18,7 @@ using namespace vqtest;
 namespace {
 
 constexpr float Infinity = std::numeric_limits<float>::infinity();
+constexpr const char* RowFormat = "%e days, %I hours, %M minutes, %S seconds";
 constexpr float NotANumber = std::numeric_limits<float>::quiet_NaN();
 
 template <class T>
@@ -413,8 +414,10 @@ TEST(StdDate, TextsWithoutAFormatLoseNothing) {
         ASSERT_TRUE(Same(Read<d_Time>(Text(stamp.time)), stamp.time)) << Text(stamp);
         d_Interval interval;
         interval.seconds = std::bit_cast<float>(static_cast<std::uint32_t>(random()));
-        const d_Interval read = Read<d_Interval>(Text(interval));
-        ASSERT_TRUE(Same(read, interval) || (std::isnan(read.seconds) && std::isnan(interval.seconds)));
+        for (const char* const format : {static_cast<const char*>(nullptr), RowFormat}) {
+            const d_Interval read = Read<d_Interval>(Text(interval, format), format);
+            ASSERT_TRUE(Same(read, interval) || std::isnan(interval.seconds)) << Text(interval, format);
+        }
     }
 }
 
@@ -423,16 +426,11 @@ TEST(StdDate, ReadsTextsWithoutAFormat) {
     const struct {
         const char *text, *time;
     } behindDates[] = {
-        {"T12:05:09.25+01:00", "12:05:09.25+01:00"},
-        {" 12:05:09", "12:05:09.00+02:00"},
-        {"T1:2:3Z", "01:02:03.00+00:00"},
-        {"T12:05:09.5", "12:05:09.50+02:00"},
-        {"T12:05:09.2599-05", "12:05:09.25-05:00"},
-        {"T12:05:09-00:30", "12:05:09.00-00:30"},
-        {"T12", "12:00:00.00+02:00"},
-        {"T12-01:30", "12:00:00.00-01:30"},
-        {"T12:05", "12:05:00.00+02:00"},
-        {"", "00:00:00.00+02:00"},
+        {"T12:05:09.25+01:00", "12:05:09.25+01:00"}, {"T12-01:30", "12:00:00.00-01:30"},
+        {"T12:05:09.2599-05", "12:05:09.25-05:00"},  {"T1:2:3Z", "01:02:03.00+00:00"},
+        {"T12:05:09-00:30", "12:05:09.00-00:30"},    {"T12:05", "12:05:00.00+02:00"},
+        {"T12:05:09.5", "12:05:09.50+02:00"},        {"T12", "12:00:00.00+02:00"},
+        {" 12:05:09", "12:05:09.00+02:00"},          {"", "00:00:00.00+02:00"},
     };
     for (const auto& c : behindDates) {
         const std::string text = std::string("2005-3-7") + c.text;
@@ -467,19 +465,13 @@ TEST(StdDate, ReadsTextsWithoutAFormat) {
         const char* text;
         float seconds;
     } lengths[] = {
+        {"12:05:09.25+01:00", 43509.25f}, {"1e999", Infinity}, {"x", 0},
+        {"-03:30:00.00-05:00", -12600},   {"100:05", 360300},  {"", 0},
+        {"2005-03-07T12:05:09", 0},       {"-1e-999", 0},      {"5 - 3", 5},
         {" +1.5 seconds", 1.5f},
-        {"1e999", Infinity},
-        {"-1e-999", 0},
-        {"x", 0},
-        {"", 0},
-        {"5 - 3", 5},
-        {"12:05:09.25+01:00", 43509.25f},
-        {"-03:30:00.00-05:00", -12600},
-        {"100:05", 360300},
-        {"2005-03-07T12:05:09", 0},
     };
     for (const auto& c : lengths) EXPECT_EQ(Read<d_Interval>(c.text).seconds, c.seconds) << c.text;
-    EXPECT_EQ(Text(Seconds(0.1f)) + Text(Days(-2)), "0.1-172800");
+    EXPECT_EQ(Text(Seconds(0.1f)) + Text(Days(-2)) + Text(Read<d_Interval>("nan")), "0.1-172800nan");
 }
 
 TEST(StdDate, PrintsAndScansUnderFormats) {
@@ -496,41 +488,27 @@ TEST(StdDate, PrintsAndScansUnderFormats) {
 }
 
 TEST(StdDate, IntervalsPrintAndScanUnderFormats) {
-    constexpr const char* RowFormat = "%e days, %I hours, %M minutes, %S seconds";
     const struct {
         float seconds;
         const char *format, *text;
     } prints[] = {
-        {-93600.5f, RowFormat, "-1 days, -2 hours, 0 minutes, -0.5 seconds"},
-        {86400.1f, "%e %S", "1 0.1"},
         {59.999996f, "%M %S", "0 59.999996"},
-        {-Infinity, RowFormat, "-inf days, 0 hours, 0 minutes, 0 seconds"},
-        {NotANumber, "%e %S", "nan 0"},
+        {86400.1f, "%e %S", "1 0.1"},
         {3723, "%H:%%%x%M%", "1:%x2"},
+        {NotANumber, "%e %S", "nan 0"},
     };
-    for (const auto& c : prints) EXPECT_EQ(Text(Seconds(1) * 0 + Seconds(c.seconds), c.format), c.text);
+    for (const auto& c : prints) EXPECT_EQ(Text(Seconds(c.seconds), c.format), c.text);
+    EXPECT_EQ(Text(Seconds(-93600.5f), RowFormat), "-1 days, -2 hours, 0 minutes, -0.5 seconds");
+    EXPECT_EQ(Text(Seconds(-Infinity), RowFormat), "-inf days, 0 hours, 0 minutes, 0 seconds");
     const struct {
         const char *text, *format;
         float seconds;
     } scans[] = {
-        {"1 days, -2 hours, 3 minutes, 4.5 seconds", RowFormat, -93784.5f},
-        {"  +2 3", "%e %H", 183600},
-        {"1.5", "%I", 5400},
-        {"7", "%M%S", 420},
-        {"a5", "%%%S", 5},
-        {"x", "%S", 0},
-        {"", RowFormat, 0},
-        {"-inf", "%e", -Infinity},
+        {"  +2 3", "%e %H", 183600}, {"", RowFormat, 0}, {"a5", "%%%S", 5},   {"-inf", "%e", -Infinity},
+        {"7", "%M%S", 420},          {"x", "%S", 0},     {"1.5", "%I", 5400},
     };
     for (const auto& c : scans) EXPECT_EQ(Read<d_Interval>(c.text, c.format).seconds, c.seconds) << c.text;
-    std::mt19937 random(7);
-    for (int i = 0; i < 20000; ++i) {
-        d_Interval interval;
-        interval.seconds = std::bit_cast<float>(static_cast<std::uint32_t>(random()));
-        if (std::isnan(interval.seconds)) continue;
-        const std::string text = Text(interval, RowFormat);
-        ASSERT_TRUE(Same(Read<d_Interval>(text, RowFormat), interval)) << text;
-    }
+    EXPECT_EQ(Read<d_Interval>("1 days, -2 hours, 3 minutes, 4.5 seconds", RowFormat).seconds, -93784.5f);
 }
 
 }  // namespace

@@ -58,11 +58,8 @@ d_Time ReferenceSum(const d_Time& time, std::int64_t interval) {
 // The moments of days, or of whatever has an order.
 inline int ReferenceOverlaps(int a, int b, int c, int d) {
     const int low = a <= b ? a : b, high = a <= b ? b : a;
-    if (low <= c && c <= high) return 1;
-    if (low <= d && d <= high) return 1;
-    if (c <= low && d >= high) return 1;
-    if (d > low) return 0;
-    return c >= high ? 1 : 0;
+    if ((low <= c && c <= high) || (low <= d && d <= high) || (c <= low && d >= high)) return 1;
+    return d <= low && c >= high ? 1 : 0;
 }
 
 }  // namespace vqtest
