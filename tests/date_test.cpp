@@ -6,6 +6,7 @@
 #include <chrono>
 #include <climits>
 #include <concepts>
+#include <tuple>
 #include <type_traits>
 
 #include "datereference.h"
@@ -95,18 +96,16 @@ TEST(DayNumbers, AreExactBetweenTheDocumentedEnds) {
 }
 
 TEST(VqDate, KnowsTheDaysOfMonths) {
-    const struct {
-        int year, month, day, isDate, toNextMonth;
-    } cases[] = {
+    const std::array<int, 5> cases[] = {
         {2000, 2, 29, 1, 1},  {1900, 2, 29, 0, 0},  {1900, 2, 28, 1, 1},   {2004, 2, 29, 1, 1},   {2005, 2, 30, 0, -1},
         {2004, 12, 31, 1, 1}, {2004, 12, 1, 1, 31}, {2005, 4, 31, 0, 0},   {2005, 0, 1, 0, 31},   {2005, 13, 1, 0, 31},
         {2005, 1, 0, 0, 32},  {2005, 1, 32, 0, 0},  {-4713, 11, 24, 1, 7}, {32767, 12, 31, 1, 1}, {2005, 1, -1, 0, 33},
     };
-    for (const auto& c : cases) {
-        const VqDate date(c.year, c.month, c.day);
-        EXPECT_EQ(date.IsDate(), c.isDate) << c.year << " " << c.month << " " << c.day;
-        EXPECT_EQ(date.daynxtmonth(), c.toNextMonth) << c.year << " " << c.month << " " << c.day;
-        EXPECT_EQ(date.IsLastDayOfTheMonth(), c.toNextMonth == 1);
+    for (const auto& [year, month, day, isDate, toNextMonth] : cases) {
+        const VqDate date(year, month, day);
+        EXPECT_EQ(date.IsDate(), isDate) << year << " " << month << " " << day;
+        EXPECT_EQ(date.daynxtmonth(), toNextMonth) << year << " " << month << " " << day;
+        EXPECT_EQ(date.IsLastDayOfTheMonth(), toNextMonth == 1);
     }
     EXPECT_EQ(VqDate(2005, 127, 1).daynxtmonth(), Reference::DayNumber(2005, -128, 1) - VqDate(2005, 127, 1).dayabs());
 }
@@ -182,18 +181,15 @@ void ExpectOperators(const T& a, const T& b, int sign, bool equal) {
 }
 
 TEST(VqDate, ComparesWithWildcards) {
-    const struct {
-        VqDate a, b;
-        int sign;
-    } cases[] = {
+    const std::tuple<VqDate, VqDate, int> cases[] = {
         {{2005, 3, 7}, {2005, 3, 7}, 0},     {{2005, 3, 7}, {2005, 3, 8}, -1},      {{2005, 4, 1}, {2005, 3, 31}, 1},
         {{2004, 12, 31}, {2005, 1, 1}, -1},  {{2005, -1, 7}, {2005, 3, 7}, 0},      {{2005, 3, 7}, {2005, 9, -1}, -1},
         {{-1, 3, 7}, {2005, 3, 6}, 1},       {{-1, -1, -1}, {2005, 3, 7}, 0},       {{2005, -1, 8}, {2005, -1, 7}, 1},
         {{-32768, 1, 1}, {32767, 1, 1}, -1}, {{2005, -128, 1}, {2005, 127, 1}, -1},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(Sign(c.b != c.a), -c.sign);
-        ExpectOperators(c.a, c.b, c.sign, Fields(c.a) == Fields(c.b));
+    for (const auto& [a, b, sign] : cases) {
+        EXPECT_EQ(Sign(b != a), -sign);
+        ExpectOperators(a, b, sign, Fields(a) == Fields(b));
     }
     EXPECT_EQ(VqDate(2005, 3, 7) != VqDate(2003, 9, 7), 2);  // the difference of the years
 }
@@ -201,10 +197,7 @@ TEST(VqDate, ComparesWithWildcards) {
 // --- Times
 
 TEST(VqTime, CountsSeconds) {
-    const struct {
-        long seconds;
-        int hour, minute, second, isTime;
-    } cases[] = {
+    const std::tuple<long, int, int, int, int> cases[] = {
         {86399, 23, 59, 59, 1},
         {90000, 25, 0, 0, 0},
         {-3661, -1, -1, -1, 0},
@@ -213,10 +206,10 @@ TEST(VqTime, CountsSeconds) {
         {-1, 0, 0, -1, 0},
         {INT32_MIN, -596523 & 255, -14, -8, 0},
     };
-    for (const auto& c : cases) {
-        const VqTime time(c.seconds);
-        EXPECT_EQ(Fields(time), Fields(VqTime(c.hour, c.minute, c.second))) << c.seconds;
-        EXPECT_EQ(time.IsTime(), c.isTime) << c.seconds;
+    for (const auto& [seconds, hour, minute, second, isTime] : cases) {
+        const VqTime time(seconds);
+        EXPECT_EQ(Fields(time), Fields(VqTime(hour, minute, second))) << seconds;
+        EXPECT_EQ(time.IsTime(), isTime) << seconds;
     }
     EXPECT_EQ(static_cast<long>(VqTime(23, 59, 59)), 86399);
     EXPECT_EQ(static_cast<long>(VqTime(-1, 127, -128)), -3600 + 127 * 60 - 128);
@@ -229,8 +222,7 @@ TEST(VqTime, MovesAroundMidnight) {
     VqTime time(23, 59, 59);
     EXPECT_EQ(Fields(++time), Fields(0, 0, 0));
     EXPECT_EQ(Fields(--time), Fields(23, 59, 59));
-    EXPECT_EQ(Fields(time += 3601), Fields(1, 0, 0));
-    EXPECT_EQ(Fields(time -= 7200), Fields(23, 0, 0));
+    EXPECT_EQ(Fields((time += 3601) -= 7200), Fields(23, 0, 0));
 }
 
 TEST(VqTime, MovesOddFieldsAndNumbersStepByStep) {
@@ -257,10 +249,8 @@ TEST(VqTime, OrdersByFields) {
 
 TEST(DatesAndTimes, ReadTheClock) {
     const FixedClock clock({2005, 3, 7}, {12, 5, 9, 0});
-    EXPECT_EQ(Fields(VqDate()), Fields(2005, 3, 7));
-    EXPECT_EQ(Fields(VqDate::Today()), Fields(2005, 3, 7));
-    EXPECT_EQ(Fields(VqTime()), Fields(12, 5, 9));
-    EXPECT_EQ(Fields(VqTime::Now()), Fields(12, 5, 9));
+    for (const VqDate& date : {VqDate(), VqDate::Today()}) EXPECT_EQ(Fields(date), Fields(2005, 3, 7));
+    for (const VqTime& time : {VqTime(), VqTime::Now()}) EXPECT_EQ(Fields(time), Fields(12, 5, 9));
 }
 
 TEST(DatesAndTimes, AreNullWhenAllFieldsAre) {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 #include "_vqnulty.h"
 #include "datetextreference.h"
@@ -43,16 +44,13 @@ std::string Fields(const VqDateTime& v) {
 // Midnight is 00 where the format does not tell the half of the day. What is no directive loses its per cent sign.
 // Fields outside their ranges keep all their digits, and signs do not count among them.
 TEST(DateText, PrintsDirectives) {
-    static const struct {
-        VqDateTime value;
-        const char *format, *text;
-    } cases[] = {
+    static const std::tuple<VqDateTime, const char*, const char*> cases[] = {
         {At(2000, 2, 29), "%A, %B %d %y", "Tuesday, Februar 29 00"}, {At(2005, 3, 7, 0), "%I%%p", "00%p"},
         {At(1999, 1, 9), "%a|%b|%B|%m|%y", "Sat|Jan|Januar|01|99"},  {At(2005, 3, 7, 0), "%I%%%P", "12%AM"},
         {At(2005, 3, 7, 0, 5, 9), "%I:%M:%S %p", "12:05:09 am"},     {At(2005, 3, 7), "%%%x%Q%-%n[%", "%xQ-n["},
         {At(2005, 3, 7), "%a %e.%b %Y", "Mon 07.Mar 2005"},
     };
-    for (const auto& c : cases) EXPECT_EQ(Print(c.value, c.format), c.text) << c.format;
+    for (const auto& [value, format, text] : cases) EXPECT_EQ(Print(value, format), text) << format;
     EXPECT_EQ(Print(At(-5, -5, -5, -5), "%Y %y %b %m %d %e %H %I"), "-0005 -05 -005 -05 -05 -05 -05 -05");
     EXPECT_EQ(Print(At(-32768, 13, 100, 127, 99, -128), "%Y %y %B %d %I %M %S"), "-32768 -68 013 100 115 99 -128");
 }
@@ -111,9 +109,7 @@ TEST(DateText, PrintsFormatsOfAnyLength) {
 // Three letters decide on names, and as many as agree are passed over. Literals are not compared; whatever a
 // directive reads, the text advances by its width.
 TEST(DateText, ScansDirectives) {
-    static const struct {
-        const char *text, *format, *fields;
-    } cases[] = {
+    static const std::tuple<const char*, const char*, const char*> cases[] = {
         {"2005-1", "%Y-%m-%d%Y%Y%b%a%p%%%", "2005 1 1 0 0 0"}, {"2001-02-30", "%Y-%m-%d", "0 1 1 0 0 0"},
         {"0000-00-00 12 AM", "%Y-%m-%d %I %p", "0 0 0 0 0 0"}, {"11 am pm", "%I %p %p", "0 1 1 23 0 0"},
         {"Mon 07.Mar 2005", "%a %e.%b %Y", "2005 3 7 0 0 0"},  {"12 am pm", "%I %p %p", "0 1 1 0 0 0"},
@@ -126,7 +122,7 @@ TEST(DateText, ScansDirectives) {
         {"1999/12.31", "%Y-%m-%d", "1999 12 31 0 0 0"},        {"mar05", "%b%d", "0 1 5 0 0 0"},
         {"99-12-31", "%y-%m-%d", "1999 12 31 0 0 0"},          {"5x7", "%dx%m", "0 1 5 0 0 0"},
     };
-    for (const auto& c : cases) EXPECT_EQ(Fields(Scan(c.text, c.format)), c.fields) << c.text;
+    for (const auto& [text, format, fields] : cases) EXPECT_EQ(Fields(Scan(text, format)), fields) << text;
 }
 
 // --- Null

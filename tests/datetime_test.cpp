@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <tuple>
 #include <type_traits>
 
 #include "base/replaced.h"
@@ -64,25 +65,21 @@ TEST(VqDateTime, ReadsDateAndTimeInTheirOrder) {
 // One day at most is carried.
 TEST(VqDateTime, ShiftsByTheZone) {
     const FieldList noon = {2005, 3, 7, 12, 0, 0};
-    const struct {
-        FieldList utc;
-        int zone;
-        FieldList local;
-    } cases[] = {
+    const std::tuple<FieldList, int, FieldList> cases[] = {
         {{2005, 1, 1, 0, 0, 0}, -3000, {2004, 12, 31, -26, 0, 0}}, {noon, 1439, {2005, 3, 8, 11, 59, 0}},
         {{2004, 12, 31, 23, 30, 5}, 60, {2005, 1, 1, 0, 30, 5}},   {noon, -1439, {2005, 3, 6, 12, 1, 0}},
         {{2005, 1, 1, 0, 0, 7}, -90, {2004, 12, 31, 22, 30, 7}},   {noon, 345, {2005, 3, 7, 17, 45, 0}},
         {{2004, 2, 28, 23, 59, 59}, 1, {2004, 2, 29, 0, 0, 59}},   {noon, 0, {2005, 3, 7, 12, 0, 0}},
         {{2005, 1, 1, 0, 0, 0}, 3000, {2005, 1, 2, 26, 0, 0}},     {noon, VqTimeZoneUnknown, noon},
     };
-    for (const auto& c : cases) {
-        const FixedClock clock({2005, 1, 1}, {0, 0, 0, 0}, c.zone);
-        const int status = c.zone == VqTimeZoneUnknown ? -2171 : 0;
-        VqDateTime at = At(c.utc);
+    for (const auto& [utc, zone, local] : cases) {
+        const FixedClock clock({2005, 1, 1}, {0, 0, 0, 0}, zone);
+        const int status = zone == VqTimeZoneUnknown ? -2171 : 0;
+        VqDateTime at = At(utc);
         EXPECT_EQ(at.ToLocalTime(), status);
-        EXPECT_EQ(Fields(at), c.local) << c.zone;
+        EXPECT_EQ(Fields(at), local) << zone;
         EXPECT_EQ(at.ToUTCTime(), status);
-        EXPECT_EQ(Fields(at), c.utc) << c.zone;
+        EXPECT_EQ(Fields(at), utc) << zone;
     }
 }
 
@@ -111,18 +108,15 @@ TEST(VqDateTime, AddsSecondsAsCountedFromDayZero) {
 // --- Comparison, null
 
 TEST(VqDateTime, OrdersByDateThenTime) {
-    const struct {
-        FieldList a, b;
-        int sign;
-    } cases[] = {
+    const std::tuple<FieldList, FieldList, int> cases[] = {
         {{2005, 3, 7, 12, 5, 9}, {2005, 3, 7, 12, 5, 9}, 0}, {{2005, 3, 7, 12, 5, 9}, {2005, 3, 7, 12, 5, 8}, 1},
         {{2005, 3, 7, 12, 5, 9}, {2005, 3, 8, 0, 0, 0}, -1}, {{2005, -1, 7, 1, 0, 0}, {2005, 9, 7, 1, 0, 0}, 0},
         {{2005, -1, 7, 1, 0, 0}, {2005, 9, 7, 0, 59, 0}, 1}, {{2005, 3, 7, -1, 0, 0}, {2005, 3, 7, 0, 0, 0}, -1},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(Sign(At(c.a) != At(c.b)), c.sign);
-        EXPECT_EQ(Sign(At(c.b) != At(c.a)), -c.sign);
-        EXPECT_EQ(At(c.a).Compare(At(c.b)), At(c.a) != At(c.b));
+    for (const auto& [a, b, sign] : cases) {
+        EXPECT_EQ(Sign(At(a) != At(b)), sign);
+        EXPECT_EQ(Sign(At(b) != At(a)), -sign);
+        EXPECT_EQ(At(a).Compare(At(b)), At(a) != At(b));
     }
     EXPECT_EQ(At({2005, 3, 7, 12, 5, 9}).Compare(At({2005, 3, 7, 12, 5, 59})), -1);
 }
@@ -197,16 +191,13 @@ TEST(DateAndTimeRows, TravelAsTexts) {
     EXPECT_EQ(TextOf(VqTypeId_VqTime, &time), "90001");
     EXPECT_TRUE(ValueOf<VqDate>(VqTypeId_VqDate, "") == VqDate(-4713, 11, 24));
     EXPECT_TRUE(ValueOf<VqTime>(VqTypeId_VqTime, "90001") == time);
-    const struct {
-        const char* text;
-        FieldList fields;
-    } cases[] = {
+    const std::tuple<const char*, FieldList> cases[] = {
         {"2005-03-07T12:05:09", {2005, 3, 7, 12, 5, 9}}, {"2005-3-7", {2005, 3, 7, 0, 0, 0}},
         {"2005-03-07 12:05:09", {2005, 3, 7, 0, 0, 0}},  {"noon", {-4713, 11, 24, 0, 0, 0}},
         {"2005-03-07T12", {2005, 3, 7, 12, 0, 0}},       {"0x10", {-4713, 12, 10, 0, 0, 0}},
         {" +2451545 days", {2000, 1, 1, 0, 0, 0}},       {"-5", {-4713, 11, 19, 0, 0, 0}},
     };
-    for (const auto& c : cases) EXPECT_EQ(Fields(AtOf(c.text)), c.fields) << c.text;
+    for (const auto& [text, fields] : cases) EXPECT_EQ(Fields(AtOf(text)), fields) << text;
     for (const char* number : {"99999999999", "-99999999999", "017", "2147483647", "-2147483649"}) {
         EXPECT_TRUE(AtOf(number).date == ValueOf<VqDate>(VqTypeId_VqDate, number)) << number;
     }
