@@ -14,8 +14,7 @@ using namespace vqtest;
 namespace {
 
 template <class T>
-std::string Print(const T& value, const char* format) {
-    VqString out;
+std::string Print(const T& value, const char* format, VqString out = VqString()) {
     value.PrintToVqString(out, format);
     return Bytes(out);
 }
@@ -74,9 +73,7 @@ TEST(DateText, AppendsInTheCodeSetOfTheString) {
     VqString wide = Wide(u"\u20AC ");
     value.PrintToVqString(wide, "%d\xE9%b");
     EXPECT_EQ(Units(wide), u"\u20AC 07\u00E9Mar");
-    VqString dos = In(3, "> ");
-    value.PrintToVqString(dos, "%d\xE9%b");
-    EXPECT_EQ(Bytes(dos), "> 07\x82Mar");
+    EXPECT_EQ(Print(value, "%d\xE9%b", In(3, "> ")), "> 07\x82Mar");
     VqString out("%Y.%m.");
     value.PrintToVqString(out, out.StrGet());
     EXPECT_EQ(Bytes(out), "%Y.%m.2005.03.");
@@ -132,9 +129,7 @@ void ExpectNullText() {
     for (const char* const format : {static_cast<const char*>(nullptr), "", "%Y"}) {
         T value = T();
         value.SetNullValue();
-        VqString out = Wide(u"before");
-        value.PrintToVqString(out, format);
-        EXPECT_EQ(Bytes(out), "{NULL}");
+        EXPECT_EQ(Print(value, format, Wide(u"before")), "{NULL}");
         EXPECT_TRUE(Scan<T>("{NULL} and more", format).IsNullValue());
         EXPECT_FALSE(Scan<T>("{NULL", format).IsNullValue());
     }

