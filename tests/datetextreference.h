@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstring>
 #include <string>
+#include <tuple>
 
 #include "datetime.h"
 
@@ -26,17 +27,13 @@ inline std::string ReferenceDirective(char letter, const VqDateTime& value, bool
     const int year = value.date.year, month = value.date.month, day = value.date.day;
     const int hour = value.time.hour, minute = value.time.minute, second = value.time.second;
     const int hour12 = twelveHours && hour == 0 ? 12 : hour >= 13 ? hour - 12 : hour;
-    const struct {
-        char letter;
-        const char* cFormat;
-        int number;
-    } numbers[] = {
+    const std::tuple<char, const char*, int> numbers[] = {
         {'Y', "%04.4d", year},   {'y', "%02.2d", year % 100}, {'m', "%02.2d", month},
         {'d', "%02.2d", day},    {'e', "%2.2d", day},         {'H', "%02.2d", hour},
         {'I', "%02.2d", hour12}, {'M', "%02.2d", minute},     {'S', "%02.2d", second},
     };
-    for (const auto& n : numbers) {
-        if (n.letter == letter) return Printf(n.cFormat, n.number);
+    for (const auto& [own, cFormat, number] : numbers) {
+        if (own == letter) return Printf(cFormat, number);
     }
     std::string name(1, letter);
     if (letter == 'p') return hour >= 12 ? "pm" : "am";
@@ -82,17 +79,13 @@ struct ReferenceScan {
 
     // Reads at `at`; returns by how much the text advances.
     std::size_t Directive(char letter, const char* at) {
-        const struct {
-            const char* letters;
-            const char* cFormat;
-            int& field;
-        } numbers[] = {
+        const std::tuple<const char*, const char*, int&> numbers[] = {
             {"Y", "%04d", year}, {"y", "%02d", year},  {"m", "%02d", month},  {"d", "%02d", day},
             {"e", "%2d", day},   {"HI", "%02d", hour}, {"M", "%02d", minute}, {"S", "%02d", second},
         };
-        for (const auto& n : numbers) {
-            if (std::strchr(n.letters, letter) == nullptr) continue;
-            std::sscanf(at, n.cFormat, &n.field);
+        for (const auto& [letters, cFormat, field] : numbers) {
+            if (std::strchr(letters, letter) == nullptr) continue;
+            std::sscanf(at, cFormat, &field);
             if (letter == 'y') year += 1900;
             return letter == 'Y' ? 4 : 2;
         }

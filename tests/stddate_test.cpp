@@ -374,17 +374,15 @@ TEST(StdDate, PeriodsOverlapInEitherOrder) {
     for (int i = 0; i < Most * Most * Most * Most; ++i) {
         const auto digit = [&](int place) { return static_cast<unsigned short>(i / place % Most); };
         const auto a = digit(1), b = digit(Most), c = digit(Most * Most), d = digit(Most * Most * Most);
-        const int results[] = {
-            overlaps(date(a), date(b), date(c), date(d)),
-            overlaps(time(a), time(b), time(c), time(d)),
-            overlaps(stamp(a, 0), stamp(b, 0), stamp(c, 0), stamp(d, 0)),
-            overlaps(stamp(0, a), stamp(0, b), stamp(0, c), stamp(0, d)),
-            // The part that the other side lacks does not count.
-            overlaps(stamp(a, 9), stamp(b, 1), date(c), date(d)),
-            overlaps(date(a), date(b), stamp(c, 9), stamp(d, 1)),
-            overlaps(stamp(9, a), stamp(1, b), time(c), time(d)),
-            overlaps(time(a), time(b), stamp(9, c), stamp(1, d)),
-        };
+        // A part that the other side lacks does not count.
+        const int results[] = {overlaps(date(a), date(b), date(c), date(d)),
+                               overlaps(time(a), time(b), time(c), time(d)),
+                               overlaps(stamp(a, 0), stamp(b, 0), stamp(c, 0), stamp(d, 0)),
+                               overlaps(stamp(0, a), stamp(0, b), stamp(0, c), stamp(0, d)),
+                               overlaps(stamp(a, 9), stamp(b, 1), date(c), date(d)),
+                               overlaps(date(a), date(b), stamp(c, 9), stamp(d, 1)),
+                               overlaps(stamp(9, a), stamp(1, b), time(c), time(d)),
+                               overlaps(time(a), time(b), stamp(9, c), stamp(1, d))};
         const int expected = ReferenceOverlaps(a, b, c, d);
         for (const int& result : results) EXPECT_EQ(result, expected) << a << b << c << d << " " << &result - results;
     }
