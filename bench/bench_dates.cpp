@@ -73,26 +73,20 @@ struct FromDay {
     }
     static constexpr auto operation = Side::FromDay;
 };
-template <class Side>
-struct ToDay {
+template <class Side, auto Operation>
+struct OfDates {
     std::vector<typename Side::Date> dates = Dates<Side>();
     template <class Call>
     void Run(Call call, std::size_t i) {
-        auto day = call(dates[i]);
-        benchmark::DoNotOptimize(day);
+        auto number = call(dates[i]);
+        benchmark::DoNotOptimize(number);
     }
-    static constexpr auto operation = Side::ToDay;
+    static constexpr auto operation = Operation;
 };
 template <class Side>
-struct Weekday {
-    std::vector<typename Side::Date> dates = Dates<Side>();
-    template <class Call>
-    void Run(Call call, std::size_t i) {
-        auto day = call(dates[i]);
-        benchmark::DoNotOptimize(day);
-    }
-    static constexpr auto operation = Side::Weekday;
-};
+struct ToDay : OfDates<Side, Side::ToDay> {};
+template <class Side>
+struct Weekday : OfDates<Side, Side::Weekday> {};
 
 template <class Case, bool InLine>
 void Run(benchmark::State& state) {

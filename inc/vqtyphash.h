@@ -5,8 +5,7 @@
 /// in every format.
 ///
 ///     format     form of the array: strings are in memory form when the whole byte is 8; else 2 is stored with the
-///     high
-///                byte first, every other code stored with the low byte first
+///                high byte first, every other code stored with the low byte first
 ///     length     bytes of the array that may be read; 0 stands for exactly `count` keys
 ///     values     the keys; stored ones need no alignment
 ///     count      keys; 0 gives the code 0 and reads nothing

@@ -222,36 +222,32 @@ VqDateTime ScanUnderFormat(const VqString& text, const char* format) {
     return value;
 }
 
+// Without a format `read(fields, value)` reads the text without loss; what it cannot read is `none`.
+template <class Value, class Read>
+void ScanInto(Value& value, const VqString& text, const char* format, const Value& none, Read read) {
+    if (format != nullptr) {
+        value = ScanUnderFormat(text, format);
+        return;
+    }
+    const vq::SingleByteText single(text);
+    FieldReader in(single.Get());
+    if (!read(in, value)) value = none;
+}
+
 }  // namespace
 
 void d_Date::ScanFromVqString(const VqString& text, const char* format) {
-    if (format != nullptr) {
-        *this = ScanUnderFormat(text, format);
-        return;
-    }
-    const vq::SingleByteText single(text);
-    FieldReader in(single.Get());
-    if (!ReadDate(in, *this)) *this = NoDate();
+    ScanInto(*this, text, format, NoDate(), ReadDate);
 }
 
 void d_Time::ScanFromVqString(const VqString& text, const char* format) {
-    if (format != nullptr) {
-        *this = ScanUnderFormat(text, format);
-        return;
-    }
-    const vq::SingleByteText single(text);
-    FieldReader in(single.Get());
-    if (!ReadTime(in, *this)) *this = NoTime();
+    ScanInto(*this, text, format, NoTime(), ReadTime);
 }
 
 void d_Timestamp::ScanFromVqString(const VqString& text, const char* format) {
-    if (format != nullptr) {
-        *this = ScanUnderFormat(text, format);
-        return;
-    }
-    const vq::SingleByteText single(text);
-    FieldReader in(single.Get());
-    if (!ReadDate(in, date) || !ReadTimeBehindDate(in, time)) *this = d_Timestamp(NoDate(), NoTime());
+    ScanInto(*this, text, format, d_Timestamp(NoDate(), NoTime()), [](FieldReader& in, d_Timestamp& value) {
+        return ReadDate(in, value.date) && ReadTimeBehindDate(in, value.time);
+    });
 }
 
 // --- Intervals
