@@ -8,23 +8,19 @@
 
 namespace vq {
 
-// T has PrintToVqString and ScanFromVqString, with a format or without, and may have a null of its own. Exchange makes
-// the exchange text of a value: ToText(value, text) appends it, FromText(value, text) reads it back. Where formats mean
-// nothing, the commas in one do not either.
+// Whether a class reads formats. Where they mean nothing, the commas in one do not either.
 enum class Formats { Read, Ignored };
 
+// T has PrintToVqString and ScanFromVqString, and may have a null of its own. Exchange makes the exchange text of a
+// value: ToText(value, text) appends it, FromText(value, text) reads it back.
 template <class T, class Exchange, Formats formats = Formats::Read>
 struct ClassSlots : ValueSlots<T> {
     static constexpr bool HasNull = requires(T value) { value.SetNullValue(); };
 
     // --- Null
 
-    static int IsNull(void* value) {
-        if constexpr (HasNull) {
-            return LookAt(value, 0, [](const T& element) { return element.IsNullValue() ? 1 : 0; });
-        } else {
-            return 0;
-        }
+    static int IsNull(void* value) requires HasNull {
+        return LookAt(value, 0, [](const T& element) { return element.IsNullValue() ? 1 : 0; });
     }
     static int SetNull(void* value) requires HasNull {
         Change(value, 0, [](T& element) { element.SetNullValue(); });
@@ -120,22 +116,10 @@ struct ClassSlots : ValueSlots<T> {
     }
 
     static void PrintElement(VqString& out, const void* values, unsigned long index, const char* format) {
-        LookAt(values, index, [&](const T& value) {
-            if constexpr (requires { value.PrintToVqString(out, format); }) {
-                value.PrintToVqString(out, format);
-            } else {
-                value.PrintToVqString(out);
-            }
-        });
+        LookAt(values, index, [&](const T& value) { value.PrintToVqString(out, format); });
     }
     static void ScanElement(void* values, unsigned long index, const VqString& text, const char* format) {
-        Change(values, index, [&](T& value) {
-            if constexpr (requires { value.ScanFromVqString(text, format); }) {
-                value.ScanFromVqString(text, format);
-            } else {
-                value.ScanFromVqString(text);
-            }
-        });
+        Change(values, index, [&](T& value) { value.ScanFromVqString(text, format); });
     }
 
     // The characters from `at` to `end` of the text's 1-byte form.

@@ -169,33 +169,14 @@ constexpr VqTypeDescriptor StringFamily() {
 }
 constexpr VqTypeDescriptor stringFamily = StringFamily();
 
-#define ISTRING_FAMILY(Value)                                                     \
-    [] {                                                                          \
-        VqTypeDescriptor row = LifeAndExchange<Value, vq::IStringSlots<Value>>(); \
-        row.store = Value##Store;                                                 \
-        row.load = Value##Load;                                                   \
-        row.nullSizeGet = Value##NullSizeGet;                                     \
-        row.sizeGet = Value##SizeGet;                                             \
-        row.sizeGetFromMemFile = Value##SizeGetFromMemFile;                       \
-        row.compare = Value##Compare;                                             \
-        row.hash = Value##Hash;                                                   \
-        row.translate = vq::Translate<Value, Value##Store, Value##Load>;          \
-        row.print = vq::IStringSlots<Value>::Print;                               \
-        row.scan = vq::IStringSlots<Value>::Scan;                                 \
-        return row;                                                               \
-    }()
-
-constexpr VqTypeDescriptor istringFamily = ISTRING_FAMILY(VqIString);
-constexpr VqTypeDescriptor caseIStringFamily = ISTRING_FAMILY(VqCaseIString);
-
-#undef ISTRING_FAMILY
-
-// Slots is a class of functions that also has those of null and text.
+// Slots is a class of functions that also has those of text, and of null where the class has one.
 template <class T, class Slots>
 constexpr VqTypeDescriptor LifeNullAndText() {
     VqTypeDescriptor row = LifeAndExchange<T, Slots>();
-    row.isNull = Slots::IsNull;
-    if constexpr (Slots::HasNull) row.setNull = Slots::SetNull;
+    if constexpr (requires(void* value) { Slots::SetNull(value); }) {
+        row.isNull = Slots::IsNull;
+        row.setNull = Slots::SetNull;
+    }
     row.print = Slots::Print;
     row.scan = Slots::Scan;
     return row;
@@ -230,6 +211,18 @@ constexpr VqTypeDescriptor stdDateFamily = VALUE_FAMILY(d_Date, d_Date, vq::StdD
 constexpr VqTypeDescriptor stdTimeFamily = VALUE_FAMILY(d_Time, d_Time, vq::StdDateSlots<d_Time>);
 constexpr VqTypeDescriptor stdTimestampFamily = VALUE_FAMILY(d_Timestamp, d_Timestamp, vq::StdDateSlots<d_Timestamp>);
 
+#define ISTRING_FAMILY(Value)                                                       \
+    [] {                                                                            \
+        VqTypeDescriptor row = VALUE_FAMILY(Value, Value, vq::IStringSlots<Value>); \
+        row.compare = Value##Compare;                                               \
+        row.hash = Value##Hash;                                                     \
+        return row;                                                                 \
+    }()
+
+constexpr VqTypeDescriptor istringFamily = ISTRING_FAMILY(VqIString);
+constexpr VqTypeDescriptor caseIStringFamily = ISTRING_FAMILY(VqCaseIString);
+
+#undef ISTRING_FAMILY
 #undef VALUE_FAMILY
 
 // An interval is measured, ordered and translated as the float that it holds.
