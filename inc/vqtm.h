@@ -53,6 +53,7 @@
 #include "vqstring.h"
 #include "vqtypcmp.h"
 #include "vqtypes.h"
+#include "vqtypevl.h"
 #include "vqtyphash.h"
 
 #endif

@@ -1,0 +1,114 @@
+// How the keys of a type are read, in memory and stored: what the loops of comparison and hashing are made for.
+#ifndef VQ_KEYELEMENTS_H
+#define VQ_KEYELEMENTS_H
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <type_traits>
+
+#include "_vqnulty.h"
+#include "vqdefs.h"
+#include "vqint64.h"
+
+namespace vq {
+
+static_assert(std::endian::native == std::endian::little,
+              "stored forms with the low byte first are read as they stand");
+
+inline bool IsBigEndian(unsigned char format) { return (format & VqFormat_OrderMask) == VqFormat_BigEndian; }
+
+// An element type tells how far apart elements are and reads one as a value that Order puts in order. Swapped stands
+// for stored forms with the high byte first. Stored elements are read where they stand, in the base library's byte
+// orders: a call of its load routine for each would cost more than the comparison. The tests store through that
+// library.
+
+template <std::size_t Size>
+using WordOf = std::conditional_t<
+    Size == 1, std::uint8_t,
+    std::conditional_t<Size == 2, std::uint16_t, std::conditional_t<Size == 4, std::uint32_t, std::uint64_t>>>;
+
+constexpr std::uint8_t ByteSwap(std::uint8_t word) { return word; }
+constexpr std::uint16_t ByteSwap(std::uint16_t word) { return __builtin_bswap16(word); }
+constexpr std::uint32_t ByteSwap(std::uint32_t word) { return __builtin_bswap32(word); }
+constexpr std::uint64_t ByteSwap(std::uint64_t word) { return __builtin_bswap64(word); }
+
+// Neither equal nor greater, as with values that are not numbers, gives -1.
+template <class Value>
+int Order(Value a, Value b) {
+    return a == b ? 0 : a > b ? 1 : -1;
+}
+
+template <class Word>
+Word LoadWord(const unsigned char* at) {
+    Word word;
+    std::memcpy(&word, at, sizeof word);
+    return word;
+}
+
+template <class T, bool Swapped>
+struct Scalar {
+    static constexpr unsigned long Size = sizeof(T);
+    using Word = WordOf<Size>;
+
+    static T Load(const unsigned char* at) {
+        const Word word = LoadWord<Word>(at);
+        return std::bit_cast<T>(Swapped ? ByteSwap(word) : word);
+    }
+    // Not 0 when the elements are not equal. Integers need no conversion for that.
+    static Word Difference(const unsigned char* a, const unsigned char* b) {
+        if constexpr (std::is_floating_point_v<T>) {
+            return Load(a) != Load(b);
+        } else {
+            return LoadWord<Word>(a) ^ LoadWord<Word>(b);
+        }
+    }
+};
+
+// The low half first, each half in the byte order of the format.
+template <bool Swapped>
+struct Scalar<VqInt64, Swapped> : Scalar<std::uint64_t, Swapped> {
+    static std::int64_t Load(const unsigned char* at) {
+        const auto word = Scalar<std::uint64_t, Swapped>::Load(at);
+        return std::bit_cast<std::int64_t>(Swapped ? std::rotl(word, 32) : word);
+    }
+};
+
+// Its sign does not depend on the flags that a caller is compiled with.
+template <bool Swapped>
+struct Scalar<char, Swapped> : Scalar<signed char, Swapped> {};
+
+template <class Value>
+struct Nullable {
+    bool isNull;
+    Value value;
+};
+
+template <class Value>
+int Order(const Nullable<Value>& a, const Nullable<Value>& b) {
+    const int nullity = VqNullityClass(a.isNull, b.isNull);
+    return nullity == VqNullity_None ? Order(a.value, b.value) : VqNullityCompare(nullity);
+}
+
+template <class Null>
+struct NullableInMemory {
+    using Value = Scalar<decltype(Null::value), false>;
+    static constexpr unsigned long Size = sizeof(Null);
+    static auto Load(const unsigned char* at) {
+        return Nullable<decltype(Value::Load(at))>{at[offsetof(Null, isNull)] != 0, Value::Load(at)};
+    }
+};
+
+template <class Null, bool Swapped>
+struct NullableStored {
+    using Value = Scalar<decltype(Null::value), Swapped>;
+    static constexpr unsigned long Size = 1 + Value::Size;
+    static auto Load(const unsigned char* at) {
+        return Nullable<decltype(Value::Load(at))>{at[0] == 1, Value::Load(at + 1)};
+    }
+};
+
+}  // namespace vq
+
+#endif
