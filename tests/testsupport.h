@@ -1,8 +1,11 @@
-// What several tests share: recorded assertions, a clock that stands, texts in readable form, seeded random numbers.
+// What several tests share: recorded assertions, a clock that stands, texts in readable form, exact blocks, seeded
+// random numbers.
 #ifndef VQ_TESTSUPPORT_H
 #define VQ_TESTSUPPORT_H
 
 #include <chrono>
+#include <cstring>
+#include <memory>
 #include <random>
 #include <string>
 #include <vector>
@@ -110,6 +113,18 @@ inline VqString In(unsigned char codeSet, const std::string& text, unsigned char
 }
 
 inline int Sign(long long value) { return (value > 0) - (value < 0); }
+
+// A copy in a heap block of exactly its size, so that a sanitizer sees the first byte read behind it.
+class Block {
+  public:
+    Block(const void* bytes, std::size_t size) : bytes_(new unsigned char[size]) {
+        if (size != 0) std::memcpy(bytes_.get(), bytes, size);
+    }
+    const unsigned char* Get() const { return bytes_.get(); }
+
+  private:
+    std::unique_ptr<unsigned char[]> bytes_;
+};
 
 // "07 00 61": bytes as two hexadecimal digits each.
 inline std::string Hex(const void* bytes, std::size_t n) {
