@@ -146,11 +146,16 @@ struct VQTM_API VqNullSlots {
     static unsigned long Translate(void* dst, unsigned char dstFormat, unsigned long dstLen, const void* src,
                                    unsigned char srcFormat, unsigned long srcLen, unsigned long count);
 
-    // --- Order
+    // --- Keys
 
     /// As all key comparisons: null before every value and equal to null, then the values in their order.
     static int Compare(unsigned char format, unsigned long length1, const void* value1, unsigned long length2,
                        const void* value2, unsigned short flags, unsigned long count, int& error);
+
+    /// As all hashes by type: null counts as 0xFEFE7575, a value as the plain scalar's code, combined by exclusive or.
+    /// A null is told as Compare tells it: in memory by an indicator that is not 0, stored by one of exactly 1.
+    static unsigned long Hash(unsigned char format, unsigned long length, const void* values, unsigned long count,
+                              int& error);
 
     // --- Text
 

@@ -22,6 +22,21 @@
     VQTM_API unsigned long Name(unsigned char format, unsigned long length, const void* values, unsigned long count, \
                                 int& error);
 
+/// Scalars: one word of 32 bits for each key, combined by exclusive or, so that neither the order of the keys nor a key
+/// that is there twice counts, and multiplied by 1103515245. Floating keys count by their bits: 0 and -0, which compare
+/// equal, have different codes.
+VQTM_HASH_FUNCTION(CharHash)      ///< the byte with its sign: 0x80 counts as 0xFFFFFF80
+VQTM_HASH_FUNCTION(ByteHash)      ///< the byte
+VQTM_HASH_FUNCTION(ShortHash)     ///< the 16 bits with their sign
+VQTM_HASH_FUNCTION(WordHash)      ///< the 16 bits
+VQTM_HASH_FUNCTION(IntHash)       ///< the 32 bits, as in the next four
+VQTM_HASH_FUNCTION(UnsignedHash)  ///< \copydoc IntHash
+VQTM_HASH_FUNCTION(LongHash)      ///< \copydoc IntHash
+VQTM_HASH_FUNCTION(DwordHash)     ///< \copydoc IntHash
+VQTM_HASH_FUNCTION(FloatHash)     ///< \copydoc IntHash
+VQTM_HASH_FUNCTION(DoubleHash)    ///< both halves of the 64 bits, combined
+VQTM_HASH_FUNCTION(Int64Hash)     ///< both halves of the 64 bits, combined
+
 /// Strings: the codes of their collation (HashString) combined by exclusive or, so that the order of the keys does not
 /// count, and multiplied by 1103515245. Equal keys are those that compare equal under VqCmp_Exact. A record that runs
 /// past the given length counts with the characters that are there; where the array has 254 bytes or more left for it,
@@ -36,5 +51,8 @@ VQTM_HASH_FUNCTION(VqIStringHash)
 VQTM_HASH_FUNCTION(VqCaseIStringHash)
 
 #undef VQTM_HASH_FUNCTION
+
+// The nullable scalars' VqNullSlots<>::Hash belongs to this family: a null counts as 0xFEFE7575, a value as the code of
+// the plain scalar; all are combined by exclusive or and not multiplied again.
 
 #endif

@@ -52,9 +52,18 @@ struct Scalar {
     static constexpr unsigned long Size = sizeof(T);
     using Word = WordOf<Size>;
 
-    static T Load(const unsigned char* at) {
-        const Word word = LoadWord<Word>(at);
-        return std::bit_cast<T>(Swapped ? ByteSwap(word) : word);
+    static T Load(const unsigned char* at) { return std::bit_cast<T>(InOrder(LoadWord<Word>(at))); }
+    static std::uint32_t HashWord(const unsigned char* at) { return HashWordOf(LoadWord<Word>(at)); }
+    // Of a word as it stands in the array. Floating values count by their bits, unread: reading one may change it.
+    static std::uint32_t HashWordOf(Word word) {
+        word = InOrder(word);
+        if constexpr (Size == 8) {
+            return static_cast<std::uint32_t>(word ^ word >> 32);
+        } else if constexpr (std::is_integral_v<T>) {
+            return static_cast<std::uint32_t>(static_cast<T>(word));
+        } else {
+            return word;
+        }
     }
     // Not 0 when the elements are not equal. Integers need no conversion for that.
     static Word Difference(const unsigned char* a, const unsigned char* b) {
@@ -64,6 +73,9 @@ struct Scalar {
             return LoadWord<Word>(a) ^ LoadWord<Word>(b);
         }
     }
+
+  private:
+    static constexpr Word InOrder(Word word) { return Swapped ? ByteSwap(word) : word; }
 };
 
 // The low half first, each half in the byte order of the format.
@@ -91,24 +103,40 @@ int Order(const Nullable<Value>& a, const Nullable<Value>& b) {
     return nullity == VqNullity_None ? Order(a.value, b.value) : VqNullityCompare(nullity);
 }
 
+// Where the parts of a nullable element are.
 template <class Null>
-struct NullableInMemory {
+struct PartsInMemory {
     using Value = Scalar<decltype(Null::value), false>;
     static constexpr unsigned long Size = sizeof(Null);
-    static auto Load(const unsigned char* at) {
-        return Nullable<decltype(Value::Load(at))>{at[offsetof(Null, isNull)] != 0, Value::Load(at)};
-    }
+    static constexpr unsigned long ValueAt = 0;
+    static bool IsNull(const unsigned char* at) { return at[offsetof(Null, isNull)] != 0; }
 };
 
 template <class Null, bool Swapped>
-struct NullableStored {
+struct StoredParts {
     using Value = Scalar<decltype(Null::value), Swapped>;
     static constexpr unsigned long Size = 1 + Value::Size;
-    static auto Load(const unsigned char* at) {
-        return Nullable<decltype(Value::Load(at))>{at[0] == 1, Value::Load(at + 1)};
-    }
+    static constexpr unsigned long ValueAt = 1;
+    static bool IsNull(const unsigned char* at) { return at[0] == 1; }
 };
 
+template <class Parts>
+struct NullableElement : Parts {
+    using Value = typename Parts::Value;
+    static auto Load(const unsigned char* at) {
+        return Nullable<decltype(Value::Load(at))>{Parts::IsNull(at), Value::Load(at + Parts::ValueAt)};
+    }
+};
+template <class Null>
+using NullableInMemory = NullableElement<PartsInMemory<Null>>;
+template <class Null, bool Swapped>
+using NullableStored = NullableElement<StoredParts<Null, Swapped>>;
+
 }  // namespace vq
+
+// Do(Null) for every nullable scalar.
+#define VQ_EACH_NULLABLE(Do)                                                                               \
+    Do(VqNull_char) Do(VqNull_uchar) Do(VqNull_short) Do(VqNull_ushort) Do(VqNull_int) Do(VqNull_unsigned) \
+        Do(VqNull_long) Do(VqNull_ulong) Do(VqNull_float) Do(VqNull_double) Do(VqNull_VqInt64)
 
 #endif

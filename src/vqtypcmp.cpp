@@ -44,7 +44,4 @@ VQ_COMPARE_FUNCTION(VqNullSlots<Null>::Compare, CompareNullables<Null>(format, V
     template VQTM_API int VqNullSlots<Null>::Compare(unsigned char, unsigned long, const void*, unsigned long, \
                                                      const void*, unsigned short, unsigned long, int&);
 
-VQ_NULLABLE_COMPARE(VqNull_char) VQ_NULLABLE_COMPARE(VqNull_uchar) VQ_NULLABLE_COMPARE(VqNull_short)
-    VQ_NULLABLE_COMPARE(VqNull_ushort) VQ_NULLABLE_COMPARE(VqNull_int) VQ_NULLABLE_COMPARE(VqNull_unsigned)
-        VQ_NULLABLE_COMPARE(VqNull_long) VQ_NULLABLE_COMPARE(VqNull_ulong) VQ_NULLABLE_COMPARE(VqNull_float)
-            VQ_NULLABLE_COMPARE(VqNull_double) VQ_NULLABLE_COMPARE(VqNull_VqInt64)
+VQ_EACH_NULLABLE(VQ_NULLABLE_COMPARE)

@@ -127,6 +127,7 @@ constexpr VqTypeDescriptor LifeAndExchange() {
         row.sizeGet = Name##SizeGet;                                           \
         row.sizeGetFromMemFile = Name##SizeGetFromMemFile;                     \
         row.compare = Name##Compare;                                           \
+        row.hash = Name##Hash;                                                 \
         row.translate = vq::Translate<T, StoreFunction, LoadFunction>;         \
         row.print = Name##Print;                                               \
         row.scan = Name##Scan;                                                 \
@@ -200,6 +201,7 @@ constexpr VqTypeDescriptor dateTimeFamily = VALUE_FAMILY(VqDateTime, DaTime, vq:
 constexpr VqTypeDescriptor Int64Family() {
     VqTypeDescriptor row = VALUE_FAMILY(VqInt64, Int64, vq::Int64Slots);
     row.compare = Int64Compare;
+    row.hash = Int64Hash;
     return row;
 }
 constexpr VqTypeDescriptor int64Family = Int64Family();
@@ -251,6 +253,7 @@ constexpr VqTypeDescriptor NullableFamily() {
     row.sizeGet = Slots::SizeGet;
     row.sizeGetFromMemFile = Slots::SizeGetFromMemFile;
     row.compare = Slots::Compare;
+    row.hash = Slots::Hash;
     row.translate = Slots::Translate;
     row.isNull = Slots::IsNull;
     row.setNull = Slots::SetNull;
@@ -266,6 +269,7 @@ constexpr VqTypeDescriptor nullable = NullableFamily<Null>();
 // What a row has otherwise than its family.
 struct Differences {
     std::optional<VqCompareFunc> compare = {};
+    std::optional<VqHashFunc> hash = {};
 };
 
 constexpr VqTypeDescriptor Row(const char* name, std::size_t memoryLength, std::uint16_t fixed, const char* format,
@@ -275,6 +279,7 @@ constexpr VqTypeDescriptor Row(const char* name, std::size_t memoryLength, std::
     row.fixed = fixed;
     if (row.memoryLength != memoryLength) throw "the family's values have another length";
     row.compare = own.compare.value_or(row.compare);
+    row.hash = own.hash.value_or(row.hash);
     return row;
 }
 
@@ -294,17 +299,17 @@ constexpr IdentifiedRow rowsById[] = {
     ROW(long,            4,                     1, "%ld",                        longFamily),
     ROW(double,          8,                     1, "%lf",                        doubleFamily),
     ROW(float,           4,                     1, "%f",                         floatFamily),
-    ROW(VqWord,          2,                     1, "%hu",                        shortFamily, {.compare = WordCompare}),
-    ROW(VqDWord,         4,                     1, "%lu",                        longFamily, {.compare = DwordCompare}),
+    ROW(VqWord,          2,                     1, "%hu",                        shortFamily, {.compare = WordCompare, .hash = WordHash}),
+    ROW(VqDWord,         4,                     1, "%lu",                        longFamily, {.compare = DwordCompare, .hash = DwordHash}),
     ROW(int,             4,                     1, "%d",                         intFamily),
-    ROW(unsigned,        4,                     1, "%u",                         unsignedFamily, {.compare = UnsignedCompare}),
+    ROW(unsigned,        4,                     1, "%u",                         unsignedFamily, {.compare = UnsignedCompare, .hash = UnsignedHash}),
     ROW(enum,            4,                     1, "%d",                         intFamily),
-    ROW(VqByte,          1,                     1, "%c",                         charFamily, {.compare = ByteCompare}),
+    ROW(VqByte,          1,                     1, "%c",                         charFamily, {.compare = ByteCompare, .hash = ByteHash}),
     // texts, dates, identifiers
     ROW(VqString,        sizeof(VqString),      0, "%s",                         stringFamily),
     ROW(VqDate,          4,                     1, "%a %e.%b %Y",                dateFamily),
     ROW(VqTime,          3,                     1, "%I:%M:%S %p",                timeFamily),
-    ROW(BlockId,         4,                     1, "#%lu",                       longFamily, {.compare = DwordCompare}),
+    ROW(BlockId,         4,                     1, "#%lu",                       longFamily, {.compare = DwordCompare, .hash = DwordHash}),
     ROW(VqObjId,         12,                    1, "(%H-%L#%B)",                 opaqueWithNull<VqObjId>),
     ROW(VqClassId,       4,                     1, "(%Cv%V)",                    opaqueWithNull<VqClassId>),
     ROW(VqRef,           20,                    1, "(%D:%H-%L#%B, %C)",          opaqueWithNull<VqRef>),

@@ -1,6 +1,36 @@
 #include "vqtyphash.h"
 
+#include "hasharrays.h"
+#include "vqnull.h"
+
 namespace {
+
+template <class T>
+unsigned long HashScalars(unsigned char format, unsigned long length, const void* values, unsigned long count,
+                          int& error) {
+    return vq::IsBigEndian(format) ? vq::HashScalars<vq::Scalar<T, true>>(length, values, count, error)
+                                   : vq::HashScalars<vq::Scalar<T, false>>(length, values, count, error);
+}
+
+// A null counts with a word of its own, a value with its whole code, so that arrays are not multiplied again.
+template <class Element>
+struct NullableWord : Element {
+    static std::uint32_t HashWord(const unsigned char* at) {
+        constexpr std::uint32_t Null = 0xFEFE7575;
+        return Element::IsNull(at) ? Null : Element::Value::HashWord(at + Element::ValueAt) * vq::HashMultiplier;
+    }
+};
+
+template <class Null>
+unsigned long HashNullables(unsigned char format, unsigned long length, const void* values, unsigned long count,
+                            int& error) {
+    using vq::XorOfWords;
+    if (format & VqFormat_Memory)
+        return XorOfWords<NullableWord<vq::NullableInMemory<Null>>>(length, values, count, error);
+    return vq::IsBigEndian(format)
+               ? XorOfWords<NullableWord<vq::NullableStored<Null, true>>>(length, values, count, error)
+               : XorOfWords<NullableWord<vq::NullableStored<Null, false>>>(length, values, count, error);
+}
 
 unsigned long NoHash(int& error) {
     error = VqStatus_Ok;
@@ -16,3 +46,26 @@ unsigned long VqIStringHash(unsigned char, unsigned long, const void*, unsigned 
 unsigned long VqCaseIStringHash(unsigned char, unsigned long, const void*, unsigned long, int& error) {
     return NoHash(error);
 }
+
+#define VQ_SCALAR_HASH(Name, T) VQ_HASH_FUNCTION(Name, HashScalars<T>(format, length, values, count, error))
+
+VQ_SCALAR_HASH(CharHash, signed char)
+VQ_SCALAR_HASH(ByteHash, std::uint8_t)
+VQ_SCALAR_HASH(ShortHash, std::int16_t)
+VQ_SCALAR_HASH(WordHash, std::uint16_t)
+VQ_SCALAR_HASH(IntHash, std::int32_t)
+VQ_SCALAR_HASH(UnsignedHash, std::uint32_t)
+VQ_SCALAR_HASH(LongHash, std::int32_t)
+VQ_SCALAR_HASH(DwordHash, std::uint32_t)
+VQ_SCALAR_HASH(FloatHash, float)
+VQ_SCALAR_HASH(DoubleHash, double)
+VQ_SCALAR_HASH(Int64Hash, VqInt64)
+
+template <class Null>
+VQ_HASH_FUNCTION(VqNullSlots<Null>::Hash, HashNullables<Null>(format, length, values, count, error))
+
+#define VQ_NULLABLE_HASH(Null)                                                                                        \
+    template VQTM_API unsigned long VqNullSlots<Null>::Hash(unsigned char, unsigned long, const void*, unsigned long, \
+                                                            int&);
+
+VQ_EACH_NULLABLE(VQ_NULLABLE_HASH)
