@@ -1,6 +1,6 @@
 #include "comparelevels.h"
 
-#include "collationkey.h"
+#include "wildcard.h"
 
 namespace vq {
 namespace {
@@ -30,21 +30,10 @@ void SettleEnd(Levels& levels, const Levels& before, std::int32_t key1, std::int
 
 // --- Patterns
 
-struct Wildcards {
-    explicit Wildcards(unsigned char collationClass)
-        : asterisk(VqCollationKey(AsteriskOrder(), collationClass)),
-          question(VqCollationKey(QuestionOrder(), collationClass)),
-          escape(VqCollationKey(EscapeOrder(), collationClass)) {}
-
-    std::int32_t asterisk;
-    std::int32_t question;
-    std::int32_t escape;  // 0: none
-};
-
 // A pattern as a sequence of keys and wildcards.
 class PatternReader {
   public:
-    PatternReader(const KeyReader& keys, const Wildcards& wildcards) : keys_(keys), wildcards_(&wildcards) {
+    PatternReader(const KeyReader& keys, const WildcardKeys& wildcards) : keys_(keys), wildcards_(&wildcards) {
         Classify();
     }
 
@@ -75,7 +64,7 @@ class PatternReader {
     }
 
     KeyReader keys_;
-    const Wildcards* wildcards_;
+    const WildcardKeys* wildcards_;
     Kind kind_ = Literal;
 };
 
@@ -171,7 +160,7 @@ int CompareLevels(KeyReader text1, KeyReader text2, Levels before, unsigned shor
 
 int MatchLevels(const KeyReader& text, const KeyReader& pattern, unsigned char patternClass, unsigned short op,
                 int* out) {
-    const Wildcards wildcards(patternClass);
+    const WildcardKeys wildcards(patternClass);
     return PatternMatch(text, PatternReader(pattern, wildcards), op, out).Run();
 }
 

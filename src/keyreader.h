@@ -44,6 +44,8 @@ class KeyReader {
     std::int32_t Key() const { return key_; }
     // False behind the last character that the limit leaves.
     bool InLimit() const { return remaining_ != 0; }
+    // Characters that the limit leaves, from those of this key on.
+    std::size_t Remaining() const { return remaining_; }
 
     void Step() {
         if (second_ != 0) {

@@ -4,29 +4,17 @@
 #include <cstring>
 
 #include "bytesearch.h"
-#include "collationkey.h"
 #include "comparelevels.h"
 #include "strcompare.h"
 #include "stringiterator.h"
 #include "vqcollation.h"
+#include "wildcard.h"
 
 namespace vq {
 namespace {
 
 constexpr unsigned short KnownBits =
     VqCmp_Exact | VqCmp_IgnoreCase | VqCmp_IgnoreAccents | VqCmp_Report | VqCmp_KeyOnly;
-
-// The keys that patterns do not read as characters, of a class.
-struct WildcardKeys {
-    explicit WildcardKeys(unsigned char collationClass)
-        : asterisk(VqCollationKey(AsteriskOrder(), collationClass)),
-          question(VqCollationKey(QuestionOrder(), collationClass)),
-          escape(VqCollationKey(EscapeOrder(), collationClass)) {}
-
-    bool Has(std::int32_t key) const { return key == asterisk || key == question || key == escape; }
-
-    std::int32_t asterisk, question, escape;
-};
 
 // From this many places on, preparing a filter pays.
 constexpr std::size_t LongText = 512;

@@ -10,7 +10,7 @@ import sys
 
 FLOORS = [
     "vqdefs vqslots _vqnulty options linearsearch twowaysearch bytesearch decimaltext",
-    "vqchar stringiterator charoperation strcompare order hash9 collationkey textunit orderunit keyreader comparebytes comparelevels compareready comparetexts equalrun",
+    "vqchar stringiterator charoperation strcompare order hash9 collationkey wildcard textunit orderunit keyreader comparebytes comparelevels compareready comparetexts equalrun",
     "vqstring stringedit stringsearch textsearch stringtransform stringdisk numbertext vqistring istringweights multibyte utf8kernel strhash",
     "convert vqstd valueslots classslots int64slots booleanslots sealslots stringslots istringslots scalar vqint64 date datetime datetext dateslots storedyear stddate stddatetext stddateslots overlaps blob blobdisk blobtext blobslots boolean seal objid ref vqnull textform textscan cformat",
     "vqtypcmp vqtypevl vqtyphash keyelements comparearrays hasharrays keybounds stringarray stringkeys istringkeys",
