@@ -179,6 +179,8 @@ class VQTM_API VqBlob {
     static Record* AllocData(long n);
     /// Frees a record and its bytes; null does nothing.
     static void FreeData(Record* record);
+    /// The order of blobs with these records, as operator!= gives it. A null pointer is the record of a null blob.
+    static int Compare(const Record* a, const Record* b);
 
   private:
     friend VQTM_API unsigned long BlobLoad(void* dst, const void* src, unsigned char format, unsigned long count);
@@ -197,15 +199,15 @@ inline int VqBlob::operator==(const VqBlob& other) const {
            (length == 0 || std::memcmp(record_->data, other.record_->data, static_cast<std::size_t>(length)) == 0);
 }
 
-inline int VqBlob::operator!=(const VqBlob& other) const {
-    if (record_ == nullptr || other.record_ == nullptr) return 2 * ((record_ != nullptr) - (other.record_ != nullptr));
-    const std::int32_t length = record_->length, otherLength = other.record_->length;
-    const std::int32_t common = length < otherLength ? length : otherLength;
-    const int order =
-        common == 0 ? 0 : std::memcmp(record_->data, other.record_->data, static_cast<std::size_t>(common));
+inline int VqBlob::Compare(const Record* a, const Record* b) {
+    if (a == nullptr || b == nullptr) return 2 * ((a != nullptr) - (b != nullptr));
+    const std::int32_t common = a->length < b->length ? a->length : b->length;
+    const int order = common == 0 ? 0 : std::memcmp(a->data, b->data, static_cast<std::size_t>(common));
     if (order != 0) return order < 0 ? -1 : 1;
-    return (length > otherLength) - (length < otherLength);
+    return (a->length > b->length) - (a->length < b->length);
 }
+
+inline int VqBlob::operator!=(const VqBlob& other) const { return Compare(record_, other.record_); }
 
 // --- Rows of the descriptor table: disk form (see docs/formats.md)
 //

@@ -8,10 +8,10 @@
 ///     format     form of both arrays: low four bits 8 is the memory form, 2 stored with the high byte first, every
 ///                other code stored with the low byte first; strings are in memory form when the whole byte is 8
 ///     length1    bytes of the first array that may be read; 0 stands for exactly `count` elements
-///     value1     the first array; needs no alignment, strings in memory form aside
+///     value1     the first array; needs no alignment, strings and blobs in memory form aside
 ///     length2    the same for the second array
 ///     value2
-///     flags      VqCmp bits, for strings; 65535 is the class-wide default operation
+///     flags      VqCmp bits, for strings, where 65535 is the class-wide default operation, and for stored dates
 ///     count      elements; 0 is equal and reads nothing
 ///     error      VqStatus_Ok, or why the comparison stopped
 ///
@@ -45,6 +45,39 @@ VQTM_COMPARE_FUNCTION(Int64Compare)     ///< signed 64 bits, stored as two halve
 // The zeros are equal. A value that is not a number gives -1 against every value, itself included, on either side.
 VQTM_COMPARE_FUNCTION(FloatCompare)
 VQTM_COMPARE_FUNCTION(DoubleCompare)
+
+/// Dates. In memory form by VqDate's operator!=, in which a field of -1 in either date stands for any value. A stored
+/// second array is what is searched for: its fields of -1 stand for any value, those of the first array for themselves.
+/// With VqCmp_Exact all fields of stored dates are compared as they stand. That, and memory form without fields of -1,
+/// is an order; search keys are equal to dates that are not equal.
+VQTM_COMPARE_FUNCTION(DateCompare)
+
+/// Times: hour, minute and second with their signs.
+VQTM_COMPARE_FUNCTION(TimeCompare)
+
+/// Date-times. In memory form by VqDateTime's operator!=, with its fields of -1; stored ones by all fields as they
+/// stand. A stored element has 7 bytes.
+VQTM_COMPARE_FUNCTION(DaTimeCompare)
+
+/// Standard dates by their day numbers (d_Date::getAbsDate), in every form: dates of the same day are equal.
+VQTM_COMPARE_FUNCTION(d_DateCompare)
+
+// Standard times on the clocks of their zones, hour - tz_hour and then minute - tz_minute; timestamps by their dates
+// first. In memory form seconds and hundredths decide by the operators, which find less than a second equal; keep no
+// keys in that order, for two times that each equal a third may differ. Stored ones are compared to the hundredth.
+VQTM_COMPARE_FUNCTION(d_TimeCompare)
+VQTM_COMPARE_FUNCTION(d_TimestampCompare)
+
+/// Booleans: null, false, true. Bytes from 2 to 254, which no boolean has, are compared as VqBoolean's operators do.
+VQTM_COMPARE_FUNCTION(BooleanCompare)
+
+/// Seals as numbers.
+VQTM_COMPARE_FUNCTION(SealCompare)
+
+/// Blobs by VqBlob's operator!=: null first, with -2 and 2, then bytes, then lengths. A stored array begins with its
+/// total; it ends there, or with the bytes that may be read where these are fewer. A blob that is not all within the
+/// array is none: it ends the comparison with VqStatus_BufferEnd. A negative length is a null blob.
+VQTM_COMPARE_FUNCTION(BlobCompare)
 
 /// Strings by their collation (VqStrCmp). Without VqCmp_Exact and VqCmp_KeyOnly the second text is a pattern. Stored
 /// arrays may be in either layout that StringLoad reads, and are compared where they stand. VqStatus_BufferEnd is also

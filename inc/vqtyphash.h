@@ -37,6 +37,23 @@ VQTM_HASH_FUNCTION(FloatHash)     ///< \copydoc IntHash
 VQTM_HASH_FUNCTION(DoubleHash)    ///< both halves of the 64 bits, combined
 VQTM_HASH_FUNCTION(Int64Hash)     ///< both halves of the 64 bits, combined
 
+// Value classes, as scalars: one word for each key.
+VQTM_HASH_FUNCTION(DateHash)     ///< (year << 16) + (month << 8) + day, the fields with their signs
+VQTM_HASH_FUNCTION(TimeHash)     ///< (hour << 16) + (minute << 8) + second, the fields with their signs
+VQTM_HASH_FUNCTION(DaTimeHash)   ///< those of date and time combined by exclusive or
+VQTM_HASH_FUNCTION(BooleanHash)  ///< the byte with its sign: null counts as 0xFFFFFFFF
+VQTM_HASH_FUNCTION(SealHash)     ///< the three words of 16 bits, combined by exclusive or
+VQTM_HASH_FUNCTION(BlobHash)     ///< the length, 0 for null: all blobs of a length share one code
+
+/// Standard dates as DateHash; one that is no day of the calendar counts as the day that its number is
+/// (d_Date::getAbsDate), so that dates which compare equal have one code.
+VQTM_HASH_FUNCTION(d_DateHash)
+/// (hour - tz_hour << 16) + (minute - tz_minute << 8). Seconds do not count: each time equals others less than a second
+/// apart, and these others again.
+VQTM_HASH_FUNCTION(d_TimeHash)
+/// Those of date and time combined by exclusive or.
+VQTM_HASH_FUNCTION(d_TimestampHash)
+
 /// Strings: the codes of their collation (HashString) combined by exclusive or, so that the order of the keys does not
 /// count, and multiplied by 1103515245. Equal keys are those that compare equal under VqCmp_Exact. A record that runs
 /// past the given length counts with the characters that are there; where the array has 254 bytes or more left for it,

@@ -81,10 +81,10 @@ int CompareInBlocks(const Operands& operands, int& error) {
 }  // namespace vq
 
 // Defines a function of the family from the call that does its work; VQ_OPERANDS are its two arrays.
-#define VQ_COMPARE_FUNCTION(Name, Call)                                                                    \
-    int Name(unsigned char format, unsigned long length1, const void* value1, unsigned long length2,       \
-             const void* value2, [[maybe_unused]] unsigned short flags, unsigned long count, int& error) { \
-        return Call;                                                                                       \
+#define VQ_COMPARE_FUNCTION(Name, Call)                                                                               \
+    int Name([[maybe_unused]] unsigned char format, unsigned long length1, const void* value1, unsigned long length2, \
+             const void* value2, [[maybe_unused]] unsigned short flags, unsigned long count, int& error) {            \
+        return Call;                                                                                                  \
     }
 #define VQ_OPERANDS \
     vq::Operands { length1, value1, length2, value2, count }

@@ -191,6 +191,8 @@ constexpr VqTypeDescriptor LifeNullAndText() {
         row.nullSizeGet = Name##NullSizeGet;                           \
         row.sizeGet = Name##SizeGet;                                   \
         row.sizeGetFromMemFile = Name##SizeGetFromMemFile;             \
+        row.compare = Name##Compare;                                   \
+        row.hash = Name##Hash;                                         \
         row.translate = vq::Translate<Value, Name##Store, Name##Load>; \
         return row;                                                    \
     }()
@@ -198,13 +200,7 @@ constexpr VqTypeDescriptor LifeNullAndText() {
 constexpr VqTypeDescriptor dateFamily = VALUE_FAMILY(VqDate, Date, vq::DateSlots);
 constexpr VqTypeDescriptor timeFamily = VALUE_FAMILY(VqTime, Time, vq::TimeSlots);
 constexpr VqTypeDescriptor dateTimeFamily = VALUE_FAMILY(VqDateTime, DaTime, vq::DateTimeSlots);
-constexpr VqTypeDescriptor Int64Family() {
-    VqTypeDescriptor row = VALUE_FAMILY(VqInt64, Int64, vq::Int64Slots);
-    row.compare = Int64Compare;
-    row.hash = Int64Hash;
-    return row;
-}
-constexpr VqTypeDescriptor int64Family = Int64Family();
+constexpr VqTypeDescriptor int64Family = VALUE_FAMILY(VqInt64, Int64, vq::Int64Slots);
 constexpr VqTypeDescriptor blobFamily = VALUE_FAMILY(VqBlob, Blob, vq::BlobSlots);
 constexpr VqTypeDescriptor booleanFamily = VALUE_FAMILY(VqBoolean, Boolean, vq::BooleanSlots);
 constexpr VqTypeDescriptor sealFamily = VALUE_FAMILY(VqSeal, Seal, vq::SealSlots);
@@ -213,18 +209,10 @@ constexpr VqTypeDescriptor stdDateFamily = VALUE_FAMILY(d_Date, d_Date, vq::StdD
 constexpr VqTypeDescriptor stdTimeFamily = VALUE_FAMILY(d_Time, d_Time, vq::StdDateSlots<d_Time>);
 constexpr VqTypeDescriptor stdTimestampFamily = VALUE_FAMILY(d_Timestamp, d_Timestamp, vq::StdDateSlots<d_Timestamp>);
 
-#define ISTRING_FAMILY(Value)                                                       \
-    [] {                                                                            \
-        VqTypeDescriptor row = VALUE_FAMILY(Value, Value, vq::IStringSlots<Value>); \
-        row.compare = Value##Compare;                                               \
-        row.hash = Value##Hash;                                                     \
-        return row;                                                                 \
-    }()
+constexpr VqTypeDescriptor istringFamily = VALUE_FAMILY(VqIString, VqIString, vq::IStringSlots<VqIString>);
+constexpr VqTypeDescriptor caseIStringFamily =
+    VALUE_FAMILY(VqCaseIString, VqCaseIString, vq::IStringSlots<VqCaseIString>);
 
-constexpr VqTypeDescriptor istringFamily = ISTRING_FAMILY(VqIString);
-constexpr VqTypeDescriptor caseIStringFamily = ISTRING_FAMILY(VqCaseIString);
-
-#undef ISTRING_FAMILY
 #undef VALUE_FAMILY
 
 // An interval is measured, ordered and translated as the float that it holds.
