@@ -32,6 +32,7 @@
 class MemFile;
 class VqString;
 class VqTypeConvertData;
+struct VqIdxBounds;
 
 #pragma pack(push, 4)
 
@@ -156,6 +157,10 @@ struct VQTM_API VqNullSlots {
     /// A null is told as Compare tells it: in memory by an indicator that is not 0, stored by one of exactly 1.
     static unsigned long Hash(unsigned char format, unsigned long length, const void* values, unsigned long count,
                               int& error);
+
+    /// As all estimates by type (vqtypevl.h): a value lies where the plain scalar's does, null below all.
+    static double EvalAndBound(VqIdxBounds* indexBounds, unsigned short& operators, const void* key,
+                               unsigned char format, unsigned long count, VqIdxBounds* scanBounds);
 
     // --- Text
 

@@ -11,11 +11,26 @@
 ///     count         values of a key; the first one is estimated
 ///     scanBounds    range to be scanned, which the function narrows; null when no range is wanted
 ///
-/// The estimate is a number from 0, nothing, to 1, the whole index.
+/// The estimate is a number from 0, nothing, to 1, the whole index, and at most a value's share or a lost fraction of
+/// one above it. It is finite and never negative, whatever the bounds are. It is 0 without statistics: without index
+/// bounds, where one of their keys is missing or shorter than a value, and where the high key lies below the low one. A
+/// null key, or a count of 0, is no predicate: the estimate is 0 and nothing is recorded.
 ///
-/// An end of the range that is null takes a copy of the key: the low key unless the predicate asks for less, the high
-/// key unless it asks for greater. Ends that are set stay. The copies come from the C heap (malloc) and belong to the
-/// caller, who frees them with VqFreeBounds.
+/// How it is computed. Each type places its keys on a line of numbers, in its order; a step on the line is 1. With the
+/// key from a to b (the same number, unless it holds wildcards) and the index from lo to hi, the predicate selects
+///
+///     greater    hi - b, or all and a step more where b is below lo
+///     less       a - lo, or all and a step more where a is above hi
+///     equal      from a to b and a step, as far as the index goes
+///
+/// and the estimate is the sum of what is asked for, divided by hi - lo + 1. A part below 0 counts as 0; one that is
+/// not finite, and a length of the index that is not, as the largest number. On a line of whole numbers "less" and
+/// "greater or equal" add up to 1. Where numbers lie between, "at least" a key within a step below lo exceeds 1.
+///
+/// An end of the range that is null takes a copy of the key, `count` values: the low key unless the predicate asks for
+/// less, the high key unless it asks for greater. Ends that are set stay. The copies come from the C heap (malloc) and
+/// belong to the caller, who frees them with VqFreeBounds. Where memory runs out and the memory handler
+/// (VqCallMemoryHandler) cannot help, the end stays null. Nothing else is allocated.
 #ifndef VQTYPEVL_H
 #define VQTYPEVL_H
 
@@ -42,6 +57,60 @@ enum VqOperator : unsigned short {
 
 /// The most bytes of a string key in an index; longer ones are clipped.
 constexpr unsigned long VqINDEX_MAX_KEYLEN = 254;
+
+#define VQTM_BOUNDS_FUNCTION(Name)                                                                           \
+    VQTM_API double Name##EvalAndBound(VqIdxBounds* indexBounds, unsigned short& operators, const void* key, \
+                                       unsigned char format, unsigned long count, VqIdxBounds* scanBounds);
+
+// Integers lie at their value. 64-bit ones are rounded to the nearest of 53 bits.
+VQTM_BOUNDS_FUNCTION(Char)      ///< [-128:127]
+VQTM_BOUNDS_FUNCTION(Byte)      ///< [0:255]
+VQTM_BOUNDS_FUNCTION(Short)     ///< signed 16 bits
+VQTM_BOUNDS_FUNCTION(Word)      ///< unsigned 16 bits
+VQTM_BOUNDS_FUNCTION(Int)       ///< signed 32 bits
+VQTM_BOUNDS_FUNCTION(Unsigned)  ///< unsigned 32 bits
+VQTM_BOUNDS_FUNCTION(Long)      ///< signed 32 bits
+VQTM_BOUNDS_FUNCTION(Dword)     ///< unsigned 32 bits
+VQTM_BOUNDS_FUNCTION(Int64)     ///< signed 64 bits
+
+// Floating values lie at their value, intervals of time at their seconds. An estimate above 0 is at least 1.1920929e-7,
+// the precision of a float, so that a selective predicate does not look like an impossible one.
+VQTM_BOUNDS_FUNCTION(Float)
+VQTM_BOUNDS_FUNCTION(Double)
+
+/// Dates: the Julian Day Number (VqDate::dayabs). A day outside its month lies at the nearest end of the month, a month
+/// outside the year at the nearest end of the year, so that any fields lie in the order of dates. A key's field that is
+/// -1 stands for any value, and the key for all days from the first to the last that it may be: for its month without a
+/// day, for its year without a month, for all without a year. The fields behind one that stands for any value do not
+/// narrow an index's range, and count no more.
+VQTM_BOUNDS_FUNCTION(Date)
+/// Times: seconds since midnight. A second or minute out of range lies at the nearest end of its minute or hour.
+VQTM_BOUNDS_FUNCTION(Time)
+/// Date-times: seconds since day 0, the date's day and the time's seconds as above, a time out of range at the nearest
+/// end of the day. There are no wildcards, as in the order of stored date-times.
+VQTM_BOUNDS_FUNCTION(DaTime)
+
+/// The standard dates: the day number of the historical calendar (d_Date::getAbsDate).
+VQTM_BOUNDS_FUNCTION(d_Date)
+/// The standard times: seconds in the order of stored keys, hours less zone hours before minutes less zone minutes
+/// before seconds; hundredths are fractions. Out of range as for times: minutes that the zone makes negative lie at the
+/// start of their hour.
+VQTM_BOUNDS_FUNCTION(d_Time)
+/// The standard timestamps: seconds since day 0, out of range as for date-times.
+VQTM_BOUNDS_FUNCTION(d_Timestamp)
+
+/// Booleans: false 0, true 1, null -1.
+VQTM_BOUNDS_FUNCTION(Boolean)
+/// Seals: their number, below 2^48.
+VQTM_BOUNDS_FUNCTION(Seal)
+/// Blobs: their first six bytes as the digits 1 to 256 of a number to the base 257, where the blob's end is the digit
+/// 0; null -1. Blobs that begin alike lie in one place.
+VQTM_BOUNDS_FUNCTION(Blob)
+
+#undef VQTM_BOUNDS_FUNCTION
+
+// The nullable scalars' VqNullSlots<>::EvalAndBound belongs to this family: values lie as those of the plain scalar,
+// null a step below the least value, for floating values at the lowest finite number.
 
 /// Frees both keys of bounds that were filled here and makes them empty.
 VQTM_API void VqFreeBounds(VqIdxBounds& bounds);

@@ -1,19 +1,26 @@
 #include "vqtypevl.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
 
 #include "keybounds.h"
+#include "keypositions.h"
 #include "vqbase.h"
+#include "vqnull.h"
+
+// --- What all types share
 
 namespace vq {
 namespace {
 
+constexpr double Most = std::numeric_limits<double>::max();
+
 // What a part adds to the area: nothing where it is negative, and never more than there are numbers for.
 double Part(double part) {
-    if (!std::isfinite(part)) return std::numeric_limits<double>::max();
+    if (!std::isfinite(part)) return Most;
     return part < 0 ? 0 : part;
 }
 
@@ -29,7 +36,14 @@ double RangeArea(unsigned short operators, Interval key, Interval index, double 
         area +=
             Part((key.high <= index.high ? key.high : index.high) - (key.low < index.low ? index.low : key.low) + step);
     }
-    return area;
+    return std::min(area, Most);
+}
+
+double SelectedPart(unsigned short operators, Interval key, Interval index) {
+    constexpr double Step = 1;
+    if (index.high < index.low) return 0;
+    const double length = index.high - index.low + Step;
+    return RangeArea(operators, key, index, Step) / (std::isfinite(length) ? length : Most);
 }
 
 void* CopyKey(const void* key, unsigned long length, std::uint32_t& keyLength) {
@@ -59,3 +73,97 @@ void VqFreeBounds(VqIdxBounds& bounds) {
     std::free(bounds.highKey);
     bounds = {};
 }
+
+// --- Types whose keys lie on a line of numbers
+
+namespace {
+
+using vq::Interval;
+using vq::StoredKey;
+
+// False for a key that is missing, or ends within its value.
+template <class Position>
+bool Read(const void* bytes, std::uint32_t length, unsigned char format, double& position) {
+    if (bytes == nullptr || length < Position::Size) return false;
+    position = Position::At({static_cast<const unsigned char*>(bytes), length, format});
+    return true;
+}
+
+template <class Position>
+Interval KeyInterval(const StoredKey& key) {
+    if constexpr (requires { Position::Key(key); }) {
+        return Position::Key(key);
+    } else {
+        const double position = Position::At(key);
+        return {position, position};
+    }
+}
+
+template <class Position>
+double Estimate(const VqIdxBounds* bounds, unsigned short operators, const StoredKey& key) {
+    Interval index;
+    if (bounds == nullptr || !Read<Position>(bounds->lowKey, bounds->lowKeyLength, key.format, index.low) ||
+        !Read<Position>(bounds->highKey, bounds->highKeyLength, key.format, index.high)) {
+        return 0;
+    }
+    const double estimate = vq::SelectedPart(operators, KeyInterval<Position>(key), index);
+    if constexpr (requires { requires Position::IsFloating; }) {
+        constexpr double Least = std::numeric_limits<float>::epsilon();
+        if (estimate > 0) return std::max(estimate, Least);
+    }
+    return estimate;
+}
+
+template <class Position>
+unsigned long StoredSize([[maybe_unused]] const void* key, [[maybe_unused]] unsigned char format, unsigned long count) {
+    if constexpr (requires { Position::StoredSize(key, format, count); }) {
+        return Position::StoredSize(key, format, count);
+    } else {
+        return count * Position::Size;
+    }
+}
+
+template <class Position>
+double EstimateAndRecord(const VqIdxBounds* indexBounds, unsigned short operators, const void* key,
+                         unsigned char format, unsigned long count, VqIdxBounds* scanBounds) {
+    if (key == nullptr || count == 0) return 0;
+    const unsigned long size = StoredSize<Position>(key, format, count);
+    if (size < Position::Size) return 0;
+    vq::RecordKey(scanBounds, operators, key, size);
+    return Estimate<Position>(indexBounds, operators, {static_cast<const unsigned char*>(key), size, format});
+}
+
+}  // namespace
+
+#define VQ_POSITION_BOUNDS(Name, Position) \
+    VQ_BOUNDS_FUNCTION(Name, EstimateAndRecord<Position>(indexBounds, operators, key, format, count, scanBounds))
+
+VQ_POSITION_BOUNDS(CharEvalAndBound, vq::ScalarPosition<char>)
+VQ_POSITION_BOUNDS(ByteEvalAndBound, vq::ScalarPosition<std::uint8_t>)
+VQ_POSITION_BOUNDS(ShortEvalAndBound, vq::ScalarPosition<std::int16_t>)
+VQ_POSITION_BOUNDS(WordEvalAndBound, vq::ScalarPosition<std::uint16_t>)
+VQ_POSITION_BOUNDS(IntEvalAndBound, vq::ScalarPosition<std::int32_t>)
+VQ_POSITION_BOUNDS(UnsignedEvalAndBound, vq::ScalarPosition<std::uint32_t>)
+VQ_POSITION_BOUNDS(LongEvalAndBound, vq::ScalarPosition<std::int32_t>)
+VQ_POSITION_BOUNDS(DwordEvalAndBound, vq::ScalarPosition<std::uint32_t>)
+VQ_POSITION_BOUNDS(Int64EvalAndBound, vq::ScalarPosition<VqInt64>)
+VQ_POSITION_BOUNDS(FloatEvalAndBound, vq::ScalarPosition<float>)
+VQ_POSITION_BOUNDS(DoubleEvalAndBound, vq::ScalarPosition<double>)
+VQ_POSITION_BOUNDS(DateEvalAndBound, vq::DatePosition)
+VQ_POSITION_BOUNDS(TimeEvalAndBound, vq::TimePosition)
+VQ_POSITION_BOUNDS(DaTimeEvalAndBound, vq::DateTimePosition)
+VQ_POSITION_BOUNDS(d_DateEvalAndBound, vq::StdDatePosition)
+VQ_POSITION_BOUNDS(d_TimeEvalAndBound, vq::StdTimePosition)
+VQ_POSITION_BOUNDS(d_TimestampEvalAndBound, vq::StdTimestampPosition)
+VQ_POSITION_BOUNDS(BooleanEvalAndBound, vq::BooleanPosition)
+VQ_POSITION_BOUNDS(SealEvalAndBound, vq::SealPosition)
+VQ_POSITION_BOUNDS(BlobEvalAndBound, vq::BlobPosition)
+
+template <class Null>
+VQ_POSITION_BOUNDS(VqNullSlots<Null>::EvalAndBound, vq::NullablePosition<Null>)
+
+#define VQ_NULLABLE_BOUNDS(Null)                                                                         \
+    template VQTM_API double VqNullSlots<Null>::EvalAndBound(VqIdxBounds*, unsigned short&, const void*, \
+                                                             unsigned char, unsigned long, VqIdxBounds*);
+
+VQ_EACH_NULLABLE(VQ_NULLABLE_BOUNDS)
