@@ -1,7 +1,9 @@
 #include "vqtypes.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
+#include <limits>
 #include <new>
 #include <optional>
 #include <utility>
@@ -23,6 +25,7 @@
 #include "vqistring.h"
 #include "vqnull.h"
 #include "vqtypcmp.h"
+#include "vqtypevl.h"
 #include "vqtyphash.h"
 
 namespace {
@@ -127,6 +130,7 @@ constexpr VqTypeDescriptor LifeAndExchange() {
         row.sizeGet = Name##SizeGet;                                           \
         row.sizeGetFromMemFile = Name##SizeGetFromMemFile;                     \
         row.compare = Name##Compare;                                           \
+        row.evalAndBound = Name##EvalAndBound;                                 \
         row.hash = Name##Hash;                                                 \
         row.translate = vq::Translate<T, StoreFunction, LoadFunction>;         \
         row.print = Name##Print;                                               \
@@ -183,7 +187,7 @@ constexpr VqTypeDescriptor LifeNullAndText() {
     return row;
 }
 
-#define VALUE_FAMILY(Value, Name, Slots)                               \
+#define VALUE_FAMILY(Value, Name, Slots, Bounds)                       \
     [] {                                                               \
         VqTypeDescriptor row = LifeNullAndText<Value, Slots>();        \
         row.store = Name##Store;                                       \
@@ -192,26 +196,28 @@ constexpr VqTypeDescriptor LifeNullAndText() {
         row.sizeGet = Name##SizeGet;                                   \
         row.sizeGetFromMemFile = Name##SizeGetFromMemFile;             \
         row.compare = Name##Compare;                                   \
+        row.evalAndBound = Bounds;                                     \
         row.hash = Name##Hash;                                         \
         row.translate = vq::Translate<Value, Name##Store, Name##Load>; \
         return row;                                                    \
     }()
 
-constexpr VqTypeDescriptor dateFamily = VALUE_FAMILY(VqDate, Date, vq::DateSlots);
-constexpr VqTypeDescriptor timeFamily = VALUE_FAMILY(VqTime, Time, vq::TimeSlots);
-constexpr VqTypeDescriptor dateTimeFamily = VALUE_FAMILY(VqDateTime, DaTime, vq::DateTimeSlots);
-constexpr VqTypeDescriptor int64Family = VALUE_FAMILY(VqInt64, Int64, vq::Int64Slots);
-constexpr VqTypeDescriptor blobFamily = VALUE_FAMILY(VqBlob, Blob, vq::BlobSlots);
-constexpr VqTypeDescriptor booleanFamily = VALUE_FAMILY(VqBoolean, Boolean, vq::BooleanSlots);
-constexpr VqTypeDescriptor sealFamily = VALUE_FAMILY(VqSeal, Seal, vq::SealSlots);
+constexpr VqTypeDescriptor dateFamily = VALUE_FAMILY(VqDate, Date, vq::DateSlots, DateEvalAndBound);
+constexpr VqTypeDescriptor timeFamily = VALUE_FAMILY(VqTime, Time, vq::TimeSlots, TimeEvalAndBound);
+constexpr VqTypeDescriptor dateTimeFamily = VALUE_FAMILY(VqDateTime, DaTime, vq::DateTimeSlots, DaTimeEvalAndBound);
+constexpr VqTypeDescriptor int64Family = VALUE_FAMILY(VqInt64, Int64, vq::Int64Slots, Int64EvalAndBound);
+constexpr VqTypeDescriptor blobFamily = VALUE_FAMILY(VqBlob, Blob, vq::BlobSlots, BlobEvalAndBound);
+constexpr VqTypeDescriptor booleanFamily = VALUE_FAMILY(VqBoolean, Boolean, vq::BooleanSlots, BooleanEvalAndBound);
+constexpr VqTypeDescriptor sealFamily = VALUE_FAMILY(VqSeal, Seal, vq::SealSlots, SealEvalAndBound);
 
-constexpr VqTypeDescriptor stdDateFamily = VALUE_FAMILY(d_Date, d_Date, vq::StdDateSlots<d_Date>);
-constexpr VqTypeDescriptor stdTimeFamily = VALUE_FAMILY(d_Time, d_Time, vq::StdDateSlots<d_Time>);
-constexpr VqTypeDescriptor stdTimestampFamily = VALUE_FAMILY(d_Timestamp, d_Timestamp, vq::StdDateSlots<d_Timestamp>);
+constexpr VqTypeDescriptor stdDateFamily = VALUE_FAMILY(d_Date, d_Date, vq::StdDateSlots<d_Date>, d_DateEvalAndBound);
+constexpr VqTypeDescriptor stdTimeFamily = VALUE_FAMILY(d_Time, d_Time, vq::StdDateSlots<d_Time>, d_TimeEvalAndBound);
+constexpr VqTypeDescriptor stdTimestampFamily =
+    VALUE_FAMILY(d_Timestamp, d_Timestamp, vq::StdDateSlots<d_Timestamp>, d_TimestampEvalAndBound);
 
-constexpr VqTypeDescriptor istringFamily = VALUE_FAMILY(VqIString, VqIString, vq::IStringSlots<VqIString>);
+constexpr VqTypeDescriptor istringFamily = VALUE_FAMILY(VqIString, VqIString, vq::IStringSlots<VqIString>, nothing);
 constexpr VqTypeDescriptor caseIStringFamily =
-    VALUE_FAMILY(VqCaseIString, VqCaseIString, vq::IStringSlots<VqCaseIString>);
+    VALUE_FAMILY(VqCaseIString, VqCaseIString, vq::IStringSlots<VqCaseIString>, nothing);
 
 #undef VALUE_FAMILY
 
@@ -241,6 +247,7 @@ constexpr VqTypeDescriptor NullableFamily() {
     row.sizeGet = Slots::SizeGet;
     row.sizeGetFromMemFile = Slots::SizeGetFromMemFile;
     row.compare = Slots::Compare;
+    row.evalAndBound = Slots::EvalAndBound;
     row.hash = Slots::Hash;
     row.translate = Slots::Translate;
     row.isNull = Slots::IsNull;
@@ -254,20 +261,24 @@ constexpr VqTypeDescriptor nullable = NullableFamily<Null>();
 
 // --- Rows
 
-// What a row has otherwise than its family.
-struct Differences {
-    std::optional<VqCompareFunc> compare = {};
-    std::optional<VqHashFunc> hash = {};
+// The key functions of a row that has another order than its family.
+struct KeyFunctions {
+    VqCompareFunc compare;
+    VqEvalAndBoundFunc evalAndBound;
+    VqHashFunc hash;
 };
 
 constexpr VqTypeDescriptor Row(const char* name, std::size_t memoryLength, std::uint16_t fixed, const char* format,
-                               VqTypeDescriptor row, Differences own = {}) {
+                               VqTypeDescriptor row, std::optional<KeyFunctions> own = {}) {
     row.name = name;
     row.format = format;
     row.fixed = fixed;
     if (row.memoryLength != memoryLength) throw "the family's values have another length";
-    row.compare = own.compare.value_or(row.compare);
-    row.hash = own.hash.value_or(row.hash);
+    if (own) {
+        row.compare = own->compare;
+        row.evalAndBound = own->evalAndBound;
+        row.hash = own->hash;
+    }
     return row;
 }
 
@@ -278,6 +289,8 @@ struct IdentifiedRow {
 
 #define ROW(Name, ...) \
     IdentifiedRow { VqTypeId_##Name, Row(#Name, __VA_ARGS__) }
+#define KEYS(Name) \
+    KeyFunctions { Name##Compare, Name##EvalAndBound, Name##Hash }
 
 // clang-format off
 constexpr IdentifiedRow rowsById[] = {
@@ -287,17 +300,17 @@ constexpr IdentifiedRow rowsById[] = {
     ROW(long,            4,                     1, "%ld",                        longFamily),
     ROW(double,          8,                     1, "%lf",                        doubleFamily),
     ROW(float,           4,                     1, "%f",                         floatFamily),
-    ROW(VqWord,          2,                     1, "%hu",                        shortFamily, {.compare = WordCompare, .hash = WordHash}),
-    ROW(VqDWord,         4,                     1, "%lu",                        longFamily, {.compare = DwordCompare, .hash = DwordHash}),
+    ROW(VqWord,          2,                     1, "%hu",                        shortFamily, KEYS(Word)),
+    ROW(VqDWord,         4,                     1, "%lu",                        longFamily, KEYS(Dword)),
     ROW(int,             4,                     1, "%d",                         intFamily),
-    ROW(unsigned,        4,                     1, "%u",                         unsignedFamily, {.compare = UnsignedCompare, .hash = UnsignedHash}),
+    ROW(unsigned,        4,                     1, "%u",                         unsignedFamily, KEYS(Unsigned)),
     ROW(enum,            4,                     1, "%d",                         intFamily),
-    ROW(VqByte,          1,                     1, "%c",                         charFamily, {.compare = ByteCompare, .hash = ByteHash}),
+    ROW(VqByte,          1,                     1, "%c",                         charFamily, KEYS(Byte)),
     // texts, dates, identifiers
     ROW(VqString,        sizeof(VqString),      0, "%s",                         stringFamily),
     ROW(VqDate,          4,                     1, "%a %e.%b %Y",                dateFamily),
     ROW(VqTime,          3,                     1, "%I:%M:%S %p",                timeFamily),
-    ROW(BlockId,         4,                     1, "#%lu",                       longFamily, {.compare = DwordCompare, .hash = DwordHash}),
+    ROW(BlockId,         4,                     1, "#%lu",                       longFamily, KEYS(Dword)),
     ROW(VqObjId,         12,                    1, "(%H-%L#%B)",                 opaqueWithNull<VqObjId>),
     ROW(VqClassId,       4,                     1, "(%Cv%V)",                    opaqueWithNull<VqClassId>),
     ROW(VqRef,           20,                    1, "(%D:%H-%L#%B, %C)",          opaqueWithNull<VqRef>),
@@ -330,6 +343,7 @@ constexpr IdentifiedRow rowsById[] = {
 };
 // clang-format on
 
+#undef KEYS
 #undef ROW
 
 constexpr VqTypeDescriptor LegacyStringRow() {
@@ -487,7 +501,9 @@ VqCompareFunc VqTypeMgr::CmpFuncPtrGet(char id) const { return Row(id).compare; 
 
 float VqTypeMgr::EvalAndBound(char id, VqIdxBounds* indexBounds, unsigned short& operators, const void* key,
                               unsigned char format, unsigned long count, VqIdxBounds* scanBounds, VqEvalData*) const {
-    return static_cast<float>(Row(id).evalAndBound(indexBounds, operators, key, format, count, scanBounds));
+    constexpr double Most = std::numeric_limits<float>::max();
+    const double estimate = Row(id).evalAndBound(indexBounds, operators, key, format, count, scanBounds);
+    return static_cast<float>(std::min(estimate, Most));
 }
 
 unsigned long VqTypeMgr::Hash(char id, unsigned long length, const void* values, unsigned long count,
