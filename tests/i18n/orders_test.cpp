@@ -248,7 +248,8 @@ TEST(CharacterClass, TellsTheKindInTheNeutralOrder) {
         {0xAC01, 32768, 65535},
         {0xD800, 32768, 65535},
         {0xE000, 32768, 65535},
-        {0xFFFF, 13, 13},
+        {0xFFFE, 13, 13},
+        {0xFFFF, 65535, 65535},
         {0x212B, 16384, 16384},
     };
     for (const Case& c : cases) {

@@ -51,6 +51,11 @@ constexpr unsigned short PrivateEnd = 0xF900;
 constexpr unsigned short PrivateOrder = 0xF580;
 constexpr unsigned short PrivateTrailOrder = 0xFEE0;
 
+// U+FFFF stands for no character in a text. It sorts last, so that a range of texts has an end: whatever begins with
+// "abc" lies before "abc" and two of these.
+constexpr unsigned short LastUnit = 0xFFFF;
+constexpr unsigned short LastOrder = 0xFFFF;
+
 }  // namespace vq
 
 #endif

@@ -133,6 +133,7 @@ class Collation:
         for code in range(at['PrivateFirst'], at['PrivateEnd']):
             block, place = divmod(code - at['PrivateFirst'], 256)
             self._place(code, at['PrivateOrder'] + block, at['PrivateTrailOrder'] + place)
+        self._place(at['LastUnit'], at['LastOrder'])
 
     def _symbols(self):
         base = self.layout['SymbolBase']
