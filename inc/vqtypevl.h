@@ -87,7 +87,8 @@ VQTM_BOUNDS_FUNCTION(Date)
 /// Times: seconds since midnight. A second or minute out of range lies at the nearest end of its minute or hour.
 VQTM_BOUNDS_FUNCTION(Time)
 /// Date-times: seconds since day 0, the date's day and the time's seconds as above, a time out of range at the nearest
-/// end of the day. There are no wildcards, as in the order of stored date-times.
+/// end of the day, and without a time where the date is none. There are no wildcards, as in the order of stored
+/// date-times.
 VQTM_BOUNDS_FUNCTION(DaTime)
 
 /// The standard dates: the day number of the historical calendar (d_Date::getAbsDate).

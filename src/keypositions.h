@@ -76,6 +76,7 @@ struct DatePosition {
     static constexpr unsigned long Size = 4;
     static VqDate Load(const StoredKey& key) { return VqDate(key.Load<std::int16_t>(), key.Byte(2), key.Byte(3)); }
     static double At(const StoredKey& key) { return DayOf(Load(key)); }
+    static bool HasTime(const StoredKey& key) { return Load(key).IsDate(); }
 
     // Fields of -1 stand for any value.
     static Interval Key(const StoredKey& key) {
@@ -100,6 +101,7 @@ struct TimePosition {
 struct StdDatePosition {
     static constexpr unsigned long Size = 4;
     static double At(const StoredKey& key) { return static_cast<double>(d_Date(DatePosition::Load(key)).getAbsDate()); }
+    static bool HasTime(const StoredKey&) { return true; }
 };
 
 // Zone hour and minute, hour, minute, second, hundredths.
@@ -110,11 +112,13 @@ struct StdTimePosition {
     }
 };
 
+// Days that are not in the calendar share a place with others, and have no times there.
 template <class Date, class Time>
 struct PositionOfBoth {
     static constexpr unsigned long Size = Date::Size + Time::Size;
     static double At(const StoredKey& key) {
-        return Date::At(key) * SecondsOfDay + Within(Time::At(key.From(Date::Size)), SecondsOfDay);
+        const double midnight = Date::At(key) * SecondsOfDay;
+        return Date::HasTime(key) ? midnight + Within(Time::At(key.From(Date::Size)), SecondsOfDay) : midnight;
     }
 };
 
