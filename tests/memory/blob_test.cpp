@@ -1,76 +1,21 @@
-// Blobs where memory runs out. The linker leads the library's calls of the C heap here.
+// Blobs where memory runs out.
 #include "blob.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <functional>
 #include <memory>
-#include <new>
 #include <string>
 #include <vector>
 
+#include "allocations.h"
 #include "rowvalues.h"
-#include "vqbase.h"
 
 namespace {
 
-// Which allocation fails, counted from 0; those after it succeed again.
-long allocationsLeft = -1;
-bool failed = false;
-long blocks = 0;  // in use
-long news = 0;    // so far
-
-bool Fails() {
-    if (allocationsLeft < 0 || allocationsLeft-- != 0) return false;
-    failed = true;
-    return true;
-}
-
-}  // namespace
-
-extern "C" {
-
-void* __real_malloc(std::size_t n);
-void* __real_calloc(std::size_t count, std::size_t n);
-void __real_free(void* block);
-
-void* __wrap_malloc(std::size_t n) {
-    void* const block = Fails() ? nullptr : __real_malloc(n);
-    blocks += block != nullptr;
-    return block;
-}
-
-void* __wrap_calloc(std::size_t count, std::size_t n) {
-    void* const block = Fails() ? nullptr : __real_calloc(count, n);
-    blocks += block != nullptr;
-    return block;
-}
-
-void __wrap_free(void* block) {
-    blocks -= block != nullptr;
-    __real_free(block);
-}
-}
-
-// What neither can fail nor counts among the blocks.
-void* operator new(std::size_t n) {
-    ++news;
-    if (void* const block = __real_malloc(n != 0 ? n : 1)) return block;
-    throw std::bad_alloc();
-}
-void* operator new[](std::size_t n) { return operator new(n); }
-void operator delete(void* block) noexcept { __real_free(block); }
-void operator delete[](void* block) noexcept { __real_free(block); }
-void operator delete(void* block, std::size_t) noexcept { __real_free(block); }
-void operator delete[](void* block, std::size_t) noexcept { __real_free(block); }
-
-// The records, and the arrays of a row.
-void* operator new(std::size_t n, const std::nothrow_t&) noexcept { return Fails() ? nullptr : ::operator new(n); }
-void* operator new[](std::size_t n, const std::nothrow_t&) noexcept { return operator new(n, std::nothrow); }
-
-namespace {
+using vqtest::Allocations;
+using vqtest::RefusedMemory;
 
 std::string Show(const VqBlob& blob) {
     return blob.IsNullValue() ? "null" : vqtest::Hex(blob.Data(), static_cast<std::size_t>(blob.Length()));
@@ -115,76 +60,46 @@ const Operation operations[] = {
     {"BlobLoad", [](VqBlob& a, VqBlob&) { BlobLoad(&a, "\0\0\0\6\0\0\0\2ab", VqFormat_BigEndian, 1); }, true},
 };
 
-std::vector<unsigned long> refused;
-int help = 0;
-
-class BlobMemory : public testing::Test {
-  protected:
-    BlobMemory()
-        : before_(VqSetMemoryHandler([](unsigned long size) {
-              refused.push_back(size);
-              return help;
-          })) {}
-    ~BlobMemory() override { VqSetMemoryHandler(before_); }
-
-  private:
-    VqMemoryHandler before_;
-};
-
-// Runs something while one of its allocations fails; false when it has not so many.
-template <class Run>
-bool RunFailing(long allocation, Run run) {
-    refused.clear();
-    refused.reserve(4);
-    failed = false;
-    allocationsLeft = allocation;
-    run();
-    allocationsLeft = -1;
-    return failed;
-}
-
 // Leaves the operation's blobs as `expected` and `expectedOther`, whichever allocation fails, and nothing leaks.
-void ExpectWithoutMemory(const Operation& operation, bool fromNull, const VqBlob& expected,
-                         const VqBlob& expectedOther) {
+void ExpectWithoutMemory(const Operation& operation, bool fromNull, const VqBlob& expected, const VqBlob& expectedOther,
+                         bool isHelped = false) {
     for (long allocation = 0;; ++allocation) {
         SCOPED_TRACE(std::string(operation.name) + (fromNull ? " of null, " : ", ") + std::to_string(allocation));
-        const long blocksBefore = blocks;
+        const long blocksBefore = Allocations::blocks;
+        const RefusedMemory refused(isHelped);
         bool ran = false;
         {
             VqBlob blob(200L), other("pqr", 3);
             if (fromNull) blob.SetNullValue();
-            ran = RunFailing(allocation, [&] { operation.run(blob, other); });
-            EXPECT_EQ(refused.size(), ran ? 1u : 0u);
+            ran = Allocations::Failing(allocation, [&] { operation.run(blob, other); });
+            EXPECT_EQ(refused.Sizes().size(), ran ? 1u : 0u);
             if (ran) {
                 EXPECT_EQ(Show(blob), Show(expected));
                 EXPECT_EQ(Show(other), Show(expectedOther));
-                EXPECT_GT(refused.at(0), 0u);
+                EXPECT_GT(refused.Sizes().at(0), 0u);
             }
         }
-        EXPECT_EQ(blocks, blocksBefore);
+        EXPECT_EQ(Allocations::blocks, blocksBefore);
         if (!ran) return;
     }
 }
 
-TEST_F(BlobMemory, WithoutHelpEveryBlobStaysOrIsNullAndWithHelpEverythingGoesOn) {
+TEST(BlobMemory, WithoutHelpEveryBlobStaysOrIsNullAndWithHelpEverythingGoesOn) {
     for (const bool fromNull : {false, true}) {
         for (const Operation& operation : operations) {
             VqBlob before(200L), other("pqr", 3);
             if (fromNull) before.SetNullValue();
             VqBlob unhelped(before), helped(before);
             if (operation.makesNull) unhelped.SetNullValue();
-            help = 0;
             ExpectWithoutMemory(operation, fromNull, unhelped, other);
             operation.run(helped, other);
-            help = 1;
-            ExpectWithoutMemory(operation, fromNull, helped, other);
+            ExpectWithoutMemory(operation, fromNull, helped, other, true);
         }
     }
 }
 
 // An array that cannot be had is null; an element that finds no memory is a null blob.
-TEST_F(BlobMemory, RowsMakeArraysWithoutMemory) {
-    help = 0;
+TEST(BlobMemory, RowsMakeArraysWithoutMemory) {
     VqTypeMgr manager(5);
     const vqtest::RowValues samples(manager, VqTypeId_VqBlob, 3);
     const std::unique_ptr<VqTypeConvertData> texts(manager.ConvertTo(VqTypeId_VqBlob, samples.Get(), 3));
@@ -198,10 +113,11 @@ TEST_F(BlobMemory, RowsMakeArraysWithoutMemory) {
     for (const auto& maker : makers) {
         for (long allocation = 0;; ++allocation) {
             SCOPED_TRACE(allocation);
-            const long blocksBefore = blocks;
+            const long blocksBefore = Allocations::blocks;
+            const RefusedMemory refused;
             VqBlob* blobs = nullptr;
-            const bool ran = RunFailing(allocation, [&] { blobs = static_cast<VqBlob*>(maker.run()); });
-            EXPECT_EQ(refused.size(), ran ? 1u : 0u);
+            const bool ran = Allocations::Failing(allocation, [&] { blobs = static_cast<VqBlob*>(maker.run()); });
+            EXPECT_EQ(refused.Sizes().size(), ran ? 1u : 0u);
             if (ran && allocation == 0) {
                 EXPECT_EQ(blobs, nullptr);
                 continue;
@@ -209,7 +125,7 @@ TEST_F(BlobMemory, RowsMakeArraysWithoutMemory) {
             EXPECT_EQ(std::count_if(blobs, blobs + 3, [](const VqBlob& blob) { return blob.IsNullValue(); }),
                       ran ? maker.nulls : 0);
             manager.Delete(VqTypeId_VqBlob, blobs, 3);
-            EXPECT_EQ(blocks, blocksBefore);
+            EXPECT_EQ(Allocations::blocks, blocksBefore);
             if (!ran) break;
         }
     }
@@ -218,10 +134,9 @@ TEST_F(BlobMemory, RowsMakeArraysWithoutMemory) {
 TEST(BlobNumbers, AreReadInPlace) {
     const std::string digits = "0." + std::string(5000, '7') + "e1";
     const VqBlob blob(digits.data(), static_cast<long>(digits.size()));
-    const long blocksBefore = blocks, newsBefore = news;
+    const long madeBefore = Allocations::made;
     const double number = blob;
-    EXPECT_EQ(news, newsBefore);
-    EXPECT_EQ(blocks, blocksBefore);
+    EXPECT_EQ(Allocations::made, madeBefore);
     EXPECT_NEAR(number, 70. / 9, 1e-12);
 }
 
