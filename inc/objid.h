@@ -23,7 +23,7 @@
 ///     %%          a per cent sign, as every other character after a '%' is itself
 ///
 /// Printing *replaces* what the string holds, and keeps its code set; a null value makes it the null print string,
-/// whatever the format. (Arrays that a type manager prints are appended, as all arrays.)
+/// whatever the format. Only the texts of an array are appended, as those of all types are.
 ///
 /// Scanning never fails. All numbers that the format names or not start as 0; a text that begins with the null print
 /// string is null. Then format and text are walked together until the text ends: an ordinary character passes over one
@@ -101,7 +101,7 @@ class VQTM_API VqIdentifierSlots {
 
     // --- Text. A null format is the row's: "(%H-%L#%B)", "(%Cv%V)" or "(%D:%H-%L#%B, %C)".
 
-    /// Replaces `text` by the values' texts, with commas between them. Nothing happens without values. Returns `text`.
+    /// The text of one value replaces `text`; those of an array are appended, with commas between them. Returns `text`.
     static VqString& PrintToString(VqString& text, void* values, const char* format, unsigned long count);
     /// Reads values with commas between them, beside those that the format has. Returns `values`.
     static void* ScanFromString(void* values, VqString& text, const char* format, unsigned long count);
@@ -110,6 +110,8 @@ class VQTM_API VqIdentifierSlots {
 /// An object within its database.
 class VQTM_API VqObjId : public VqIdentifierSlots<VqObjId> {
   public:
+    static constexpr unsigned long StoredSize = 10;  ///< bytes in disk form
+
     // --- Null
 
     bool IsNullValue() const { return Number() == 0; }
@@ -206,6 +208,8 @@ inline int VqObjId::operator!=(const VqDBOId& other) const { return *this != oth
 /// A class and its version. A class of 65535 with another version is not null, and sorts behind all other classes.
 class VQTM_API VqClassId : public VqIdentifierSlots<VqClassId> {
   public:
+    static constexpr unsigned long StoredSize = 4;  ///< bytes in disk form
+
     bool IsNullValue() const { return classNumber == 0xFFFF && version == 0xFFFF; }
     /// Returns 0.
     int SetNullValue() {

@@ -16,6 +16,7 @@ class VqLocalRef;
 /// Parts are assigned from what names them. Beware of `ref = {}`, which is `ref = (unsigned short)0`.
 class VQTM_API VqRef : public VqIdentifierSlots<VqRef> {
   public:
+    static constexpr unsigned long StoredSize = 14;  ///< bytes in disk form
     /// A reference whose database is not known yet.
     static constexpr std::uint16_t UnresolvedDatabase = 0xFFFF;
 

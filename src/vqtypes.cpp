@@ -13,9 +13,9 @@
 #include "booleanslots.h"
 #include "dateslots.h"
 #include "defaultmanager.h"
+#include "idslots.h"
 #include "int64slots.h"
 #include "istringslots.h"
-#include "ref.h"
 #include "scalar.h"
 #include "sealslots.h"
 #include "stddateslots.h"
@@ -92,17 +92,6 @@ constexpr VqTypeDescriptor illegalFamily = {
     .fixed = 1,
     .defaultValue = nothing,
 };
-
-// A class that has a null of its own and no row functions yet.
-template <class T>
-constexpr VqTypeDescriptor OpaqueFamily() {
-    VqTypeDescriptor row = illegalFamily;
-    row.memoryLength = sizeof(T);
-    row.setNull = nothing;
-    return row;
-}
-template <class T>
-constexpr VqTypeDescriptor opaqueWithNull = OpaqueFamily<T>();
 
 // Slots is the class of static functions that the family has in common.
 template <class T, class Slots>
@@ -221,6 +210,23 @@ constexpr VqTypeDescriptor caseIStringFamily =
 
 #undef VALUE_FAMILY
 
+template <class Id>
+constexpr VqTypeDescriptor IdentifierFamily() {
+    VqTypeDescriptor row = LifeNullAndText<Id, vq::IdSlots<Id>>();
+    row.store = Id::Store;
+    row.load = Id::Load;
+    row.nullSizeGet = Id::NullSizeGet;
+    row.sizeGet = Id::SizeGet;
+    row.sizeGetFromMemFile = Id::SizeGetFromMemFile;
+    row.compare = Id::Compare;
+    row.evalAndBound = Id::EvalAndBound;
+    row.hash = Id::Hash;
+    row.translate = Id::Translate;
+    return row;
+}
+template <class Id>
+constexpr VqTypeDescriptor identifier = IdentifierFamily<Id>();
+
 // An interval is measured, ordered and translated as the float that it holds.
 constexpr VqTypeDescriptor IntervalFamily() {
     VqTypeDescriptor row = LifeNullAndText<d_Interval, vq::StdDateSlots<d_Interval>>();
@@ -311,9 +317,9 @@ constexpr IdentifiedRow rowsById[] = {
     ROW(VqDate,          4,                     1, "%a %e.%b %Y",                dateFamily),
     ROW(VqTime,          3,                     1, "%I:%M:%S %p",                timeFamily),
     ROW(BlockId,         4,                     1, "#%lu",                       longFamily, KEYS(Dword)),
-    ROW(VqObjId,         12,                    1, "(%H-%L#%B)",                 opaqueWithNull<VqObjId>),
-    ROW(VqClassId,       4,                     1, "(%Cv%V)",                    opaqueWithNull<VqClassId>),
-    ROW(VqRef,           20,                    1, "(%D:%H-%L#%B, %C)",          opaqueWithNull<VqRef>),
+    ROW(VqObjId,         12,                    1, "(%H-%L#%B)",                 identifier<VqObjId>),
+    ROW(VqClassId,       4,                     1, "(%Cv%V)",                    identifier<VqClassId>),
+    ROW(VqRef,           20,                    1, "(%D:%H-%L#%B, %C)",          identifier<VqRef>),
     ROW(VqBlob,          sizeof(VqBlob),        0, "[BLOB,len=%L]",              blobFamily),
     ROW(VqDateTime,      8,                     1, "%a %e.%b %Y %I:%M:%S %p",    dateTimeFamily),
     ROW(VqIString,       sizeof(VqIString),     0, "%s",                         istringFamily),

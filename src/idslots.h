@@ -1,0 +1,201 @@
+// The functions of the identifiers' rows besides keys, for every class that IdTraits knows.
+#ifndef IDSLOTS_H
+#define IDSLOTS_H
+
+#include <algorithm>
+
+#include "classslots.h"
+#include "idtext.h"
+#include "ref.h"
+#include "vqbase.h"
+
+namespace vq {
+
+// Numbers of one width that lie together, in memory as on disk.
+struct NumberRun {
+    unsigned offset;  // in memory
+    unsigned bytes;
+    decltype(&LongStore) store;  // of the base library; both directions
+    unsigned long count;
+};
+
+constexpr NumberRun blockAndLow = {offsetof(VqObjId, block), 8, LongStore, 2};
+constexpr NumberRun highOnly = {offsetof(VqObjId, high), 2, ShortStore, 1};
+constexpr NumberRun databaseAndClass = {offsetof(VqRef, database), 4, ShortStore, 2};
+constexpr NumberRun classAndVersion = {offsetof(VqClassId, classNumber), 4, ShortStore, 2};
+static_assert(offsetof(VqRef, id) == 0 && offsetof(VqRef, classId) == offsetof(VqRef, database) + 2);
+
+// Of each class: its text, and the runs of its disk form.
+template <class Id>
+struct IdTraits;
+
+template <>
+struct IdTraits<VqObjId> {
+    static constexpr IdDirectives directives = {"HLB", "HLB"};
+    static constexpr const char* rowFormat = "(%H-%L#%B)";
+    static constexpr const char* exchangeFormat = rowFormat;
+    static constexpr NumberRun disk[] = {blockAndLow, highOnly};
+
+    static IdNumbers Numbers(const VqObjId& id) { return {0, id.high, id.low, id.block, 0, 0}; }
+    static void Assign(VqObjId& id, const IdNumbers& numbers) {
+        id.block = numbers[Block];
+        id.low = numbers[Low];
+        id.high = static_cast<std::uint16_t>(numbers[High]);
+    }
+};
+
+template <>
+struct IdTraits<VqClassId> {
+    static constexpr IdDirectives directives = {"CV", "CV"};
+    static constexpr const char* rowFormat = "(%Cv%V)";
+    static constexpr const char* exchangeFormat = rowFormat;
+    static constexpr NumberRun disk[] = {classAndVersion};
+
+    static IdNumbers Numbers(const VqClassId& id) { return {0, 0, 0, 0, id.classNumber, id.version}; }
+    static void Assign(VqClassId& id, const IdNumbers& numbers) {
+        id.classNumber = static_cast<std::uint16_t>(numbers[ClassNumber]);
+        id.version = static_cast<std::uint16_t>(numbers[Version]);
+    }
+};
+
+template <>
+struct IdTraits<VqRef> {
+    static constexpr IdDirectives directives = {"DHLBCV", "DHLBC"};
+    static constexpr const char* rowFormat = "(%D:%H-%L#%B, %C)";
+    static constexpr const char* exchangeFormat = "(%D:%H-%L#%B,%Cv%V)";
+    static constexpr NumberRun disk[] = {blockAndLow, highOnly, databaseAndClass};
+
+    static IdNumbers Numbers(const VqRef& ref) {
+        return {ref.database, ref.id.high, ref.id.low, ref.id.block, ref.classId.classNumber, ref.classId.version};
+    }
+    static void Assign(VqRef& ref, const IdNumbers& numbers) {
+        IdTraits<VqObjId>::Assign(ref.id, numbers);
+        IdTraits<VqClassId>::Assign(ref.classId, numbers);
+        ref.database = static_cast<std::uint16_t>(numbers[Database]);
+    }
+};
+
+// --- Text of one value. Where formats are null, members use that of the exchange form, which loses nothing.
+
+template <class Id>
+void PrintId(VqString& out, const Id& id, const char* format) {
+    using Traits = IdTraits<Id>;
+    if (id.IsNullValue()) {
+        out = VqNullPrintString();
+    } else {
+        PrintIdText(out, Traits::Numbers(id), Traits::directives, format != nullptr ? format : Traits::exchangeFormat);
+    }
+}
+
+template <class Id>
+void ScanId(Id& id, const VqString& text, const char* format) {
+    using Traits = IdTraits<Id>;
+    IdNumbers numbers;
+    if (ScanIdText(numbers, text, Traits::directives, format != nullptr ? format : Traits::exchangeFormat)) {
+        Traits::Assign(id, numbers);
+    } else {
+        id.SetNullValue();
+    }
+}
+
+template <class Id>
+struct IdExchange {
+    static void ToText(const Id& id, VqString& text) { PrintId(text, id, nullptr); }
+    static void FromText(Id& id, const VqString& text) {
+        IdNumbers numbers;
+        ScanIdExchange(numbers, text);
+        IdTraits<Id>::Assign(id, numbers);
+    }
+};
+
+template <class Id>
+struct IdSlots : ClassSlots<Id, IdExchange<Id>> {
+    static void* Create(unsigned long count) { return Id::Create(count); }
+    static constexpr auto Print = Id::PrintToString;
+    static constexpr auto Scan = Id::ScanFromString;
+};
+
+// --- Disk form
+
+template <class Id>
+constexpr bool RunsFillDiskForm() {
+    unsigned long size = 0;
+    for (const NumberRun& run : IdTraits<Id>::disk) size += run.bytes;
+    return size == Id::StoredSize;
+}
+static_assert(RunsFillDiskForm<VqObjId>() && RunsFillDiskForm<VqClassId>() && RunsFillDiskForm<VqRef>());
+
+}  // namespace vq
+
+template <class Id>
+void* VqIdentifierSlots<Id>::Create(unsigned long count) {
+    return vq::NewValues<Id>(std::max(count, 1ul)).release();
+}
+
+template <class Id>
+void VqIdentifierSlots<Id>::Delete(void* values, unsigned long) {
+    vq::DeleteValues<Id>()(values);
+}
+
+template <class Id>
+unsigned long VqIdentifierSlots<Id>::Store(void* dst, const void* src, unsigned char format, unsigned long count) {
+    auto* to = static_cast<unsigned char*>(dst);
+    const auto* from = static_cast<const unsigned char*>(src);
+    for (unsigned long i = 0; i < count; ++i, from += sizeof(Id)) {
+        for (const vq::NumberRun& run : vq::IdTraits<Id>::disk) {
+            run.store(to, from + run.offset, format, run.count);
+            to += run.bytes;
+        }
+    }
+    return count * Id::StoredSize;
+}
+
+template <class Id>
+unsigned long VqIdentifierSlots<Id>::Load(void* dst, const void* src, unsigned char format, unsigned long count) {
+    auto* to = static_cast<unsigned char*>(dst);
+    const auto* from = static_cast<const unsigned char*>(src);
+    for (unsigned long i = 0; i < count; ++i, to += sizeof(Id)) {
+        vq::StoreValue(to, 0, Id());
+        for (const vq::NumberRun& run : vq::IdTraits<Id>::disk) {
+            run.store(to + run.offset, from, format, run.count);
+            from += run.bytes;
+        }
+    }
+    return count * Id::StoredSize;
+}
+
+template <class Id>
+unsigned long VqIdentifierSlots<Id>::NullSizeGet(unsigned long count) {
+    return count * Id::StoredSize;
+}
+template <class Id>
+unsigned long VqIdentifierSlots<Id>::SizeGet(const void*, unsigned char, unsigned char, unsigned long count) {
+    return NullSizeGet(count);
+}
+template <class Id>
+unsigned long VqIdentifierSlots<Id>::SizeGetFromMemFile(MemFile*, unsigned char, unsigned long count) {
+    return NullSizeGet(count);
+}
+
+template <class Id>
+unsigned long VqIdentifierSlots<Id>::Translate(void* dst, unsigned char dstFormat, unsigned long dstLength,
+                                               const void* src, unsigned char srcFormat, unsigned long srcLength,
+                                               unsigned long count) {
+    return vq::Translate<Id, Store, Load>(dst, dstFormat, dstLength, src, srcFormat, srcLength, count);
+}
+
+// --- Text
+
+template <class Id>
+VqString& VqIdentifierSlots<Id>::PrintToString(VqString& text, void* values, const char* format, unsigned long count) {
+    using Slots = vq::ClassSlots<Id, vq::IdExchange<Id>>;
+    return Slots::Print(text, values, format != nullptr ? format : vq::IdTraits<Id>::rowFormat, count);
+}
+
+template <class Id>
+void* VqIdentifierSlots<Id>::ScanFromString(void* values, VqString& text, const char* format, unsigned long count) {
+    using Slots = vq::ClassSlots<Id, vq::IdExchange<Id>>;
+    return Slots::Scan(values, text, format != nullptr ? format : vq::IdTraits<Id>::rowFormat, count);
+}
+
+#endif
