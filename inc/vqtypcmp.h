@@ -80,10 +80,24 @@ VQTM_COMPARE_FUNCTION(SealCompare)
 VQTM_COMPARE_FUNCTION(BlobCompare)
 
 /// Strings by their collation (VqStrCmp). Without VqCmp_Exact and VqCmp_KeyOnly the second text is a pattern. Stored
-/// arrays may be in either layout that StringLoad reads, and are compared where they stand. VqStatus_BufferEnd is also
-/// the answer to a record that runs past the given length (with result 0), or that has less than the five bytes which
-/// the least one begins with, and to a damaged header: code set 254 with a language above 127, whose element is
-/// compared with the language's top bit cleared. VqStatus_NotSupported, with -1, when memory for a text runs out.
+/// arrays may be in either layout that StringLoad reads, and are compared where they stand.
+///
+/// A record that runs past the given length is a clipped key, of which up to 253 bytes are there behind its length.
+/// It is compared as far as it goes, and VqStatus_BufferEnd says that what is missing could change the result. There
+/// is no error where it cannot:
+///
+///     the other text ends before the clipped one does
+///     a whole pattern whose first wildcard is its last character, and not behind the cut
+///
+/// Of a pattern only the characters before its first wildcard are compared with a clipped key, or of a clipped pattern
+/// with a text; an escape character ends them too. Where all that is compared is equal, a clipped text is behind a
+/// whole one that ends with the part compared. With VqCmp_Report the result is the difference of the letters alone
+/// (what VqStrCmp reports; its own result where it reports nothing), always with VqStatus_BufferEnd.
+///
+/// VqStatus_BufferEnd is also the answer to a record with less than the five bytes which the least one begins with
+/// (result 0), and to a damaged header: code set 254 with a language above 127. Such an element is compared with the
+/// language's top bit cleared, and as a pattern like a clipped key. VqStatus_NotSupported, with -1, is the answer to a
+/// record of which 254 or more bytes, but not all, are there behind its length, and when memory for a text runs out.
 VQTM_COMPARE_FUNCTION(StringCompare)
 
 /// The same for the legacy string row: a record may lack its last one or two bytes.
@@ -92,8 +106,8 @@ VQTM_COMPARE_FUNCTION(LegacyStringCompare)
 // 8-bit strings by their weights and flags (VqIString::Compare, VqCaseIString::Compare), the whole texts; the null text
 // is an empty one. Without VqCmp_Exact and VqCmp_KeyOnly a second text with '*' (any run of characters) or '?' (any
 // one) is a pattern; it matches by weights. A record that runs past the given length is compared as far as it goes, a
-// pattern then up to its first wildcard, and ends the comparison with VqStatus_BufferEnd; where the array has 254 bytes
-// or more left for it, with -1 and VqStatus_NotSupported.
+// pattern then up to its first wildcard, and ends the comparison with VqStatus_BufferEnd; where 254 bytes or more of
+// its text, but not all, are there, with -1 and VqStatus_NotSupported.
 VQTM_COMPARE_FUNCTION(VqIStringCompare)
 VQTM_COMPARE_FUNCTION(VqCaseIStringCompare)
 

@@ -56,8 +56,9 @@ VQTM_HASH_FUNCTION(d_TimestampHash)
 
 /// Strings: the codes of their collation (HashString) combined by exclusive or, so that the order of the keys does not
 /// count, and multiplied by 1103515245. Equal keys are those that compare equal under VqCmp_Exact. A record that runs
-/// past the given length counts with the characters that are there; where the array has 254 bytes or more left for it,
-/// or memory for a text runs out, the code is 0 and the error VqStatus_NotSupported.
+/// past the given length counts with the characters that are there. Where 254 bytes or more, but not all, are there
+/// behind its length, or memory for a text runs out, the code is 0 and the error VqStatus_NotSupported. The language of
+/// a damaged header (see StringCompare) counts without its top bit.
 VQTM_HASH_FUNCTION(StringHash)
 
 /// The same for the legacy string row: a record may lack its last one or two bytes.

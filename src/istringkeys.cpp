@@ -17,6 +17,7 @@ constexpr unsigned long HeaderSize = 3;
 struct Element {
     vq::ByteText text;
     bool cut;            // the array ends within the element
+    bool malformed;      // as no clipping leaves one
     unsigned long step;  // bytes to the next element
 };
 
@@ -30,7 +31,6 @@ class Array {
           format_(format & VqFormat_OrderMask),
           inMemory_(format == VqFormat_Memory) {}
 
-    unsigned long Left() const { return left_; }
     bool Ended() const { return left_ < (inMemory_ ? sizeof(Value) : HeaderSize); }
     Element Current() const { return inMemory_ ? InMemory() : Stored(); }
     void Advance(const Element& element) {
@@ -42,7 +42,7 @@ class Array {
     Element InMemory() const {
         const Value& value = *reinterpret_cast<const Value*>(at_);
         const auto* const text = reinterpret_cast<const unsigned char*>(value.StrGet());
-        return {{text, vq::Terminated, value.GetFlags()}, false, sizeof(Value)};
+        return {{text, vq::Terminated, value.GetFlags()}, false, false, sizeof(Value)};
     }
     Element Stored() const {
         std::uint16_t length;
@@ -50,7 +50,7 @@ class Array {
         const unsigned long room = left_ - HeaderSize;
         const bool cut = length > room;
         const unsigned long bytes = cut ? room : length;
-        return {{at_ + HeaderSize, bytes, at_[0]}, cut, HeaderSize + bytes};
+        return {{at_ + HeaderSize, bytes, at_[0]}, cut, cut && room >= vq::NoClippedLength, HeaderSize + bytes};
     }
 
     const unsigned char* at_;
@@ -92,7 +92,7 @@ const vq::WeightTable& WeightsOf(const VqCaseIString*, unsigned char flags) { re
 template <class Value>
 int CompareNext(Array<Value>& first, Array<Value>& second, bool more, bool isPattern, int& error) {
     const Element a = first.Current(), b = second.Current();
-    if ((a.cut && first.Left() > vq::LongestClippedKey) || (b.cut && second.Left() > vq::LongestClippedKey)) {
+    if (a.malformed || b.malformed) {
         error = VqStatus_NotSupported;
         return -1;
     }

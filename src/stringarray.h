@@ -14,18 +14,24 @@
 
 namespace vq {
 
-// Index keys are clipped to less; a longer array that ends within its element is damaged.
-constexpr unsigned long LongestClippedKey = 253;
+// Index keys are clipped to less behind their length: an element of which so many bytes are there and others are not is
+// no clipped key, but a damaged one.
+constexpr unsigned long NoClippedLength = 254;
 
 // One element of an array of strings.
 struct StringElement {
     const char* text;
     unsigned long bytes;  // of characters; of a cut element, those that are there
+    unsigned long whole;  // bytes of characters by the element's length
     unsigned char codeSet;
     unsigned char language;
     bool terminated;     // a zero character follows
     bool cut;            // the array ends within the element
+    bool malformed;      // as no clipping leaves one
     unsigned long step;  // bytes to the next element
+
+    unsigned CharSize() const { return CharSizeOf(codeSet); }
+    unsigned long Characters() const { return bytes / CharSize(); }
 
     // A header that no string has. Its language counts without the top bit.
     bool Repair() {
@@ -55,8 +61,6 @@ class StringArray {
         }
     }
 
-    // Bytes that may be read from the current element on.
-    unsigned long Left() const { return left_; }
     bool Ended() const {
         constexpr unsigned long leastSize[] = {sizeof(VqString), 5, 1};
         return left_ < leastSize[static_cast<int>(form_)];
@@ -80,33 +84,47 @@ class StringArray {
 
     StringElement InMemory() const {
         const VqString& string = *reinterpret_cast<const VqString*>(at_);
-        const unsigned long charSize = CharSizeOf(string.GetCodeSet()), size = string.GetSize();
-        return {
-            string.StrGet(), size == 0 ? 0 : size - charSize, string.GetCodeSet(), string.GetLanguage(), true, false,
-            sizeof(VqString)};
+        const unsigned long size = string.GetSize();
+        const unsigned long bytes = size == 0 ? 0 : size - CharSizeOf(string.GetCodeSet());
+        return {.text = string.StrGet(),
+                .bytes = bytes,
+                .whole = bytes,
+                .codeSet = string.GetCodeSet(),
+                .language = string.GetLanguage(),
+                .terminated = true,
+                .cut = false,
+                .malformed = false,
+                .step = sizeof(VqString)};
     }
     StringElement InLegacyArea() const {
         const char* const text = reinterpret_cast<const char*>(at_);
         const void* const zero = std::memchr(text, 0, left_);
         const unsigned long bytes = zero ? static_cast<unsigned long>(static_cast<const char*>(zero) - text) : left_;
-        return {text,
-                bytes,
-                VqString::GetDefault8CodeSet(),
-                VqString::GetDefaultLanguage(),
-                zero != nullptr,
-                false,
-                bytes + (zero != nullptr)};
+        return {.text = text,
+                .bytes = bytes,
+                .whole = bytes,
+                .codeSet = VqString::GetDefault8CodeSet(),
+                .language = VqString::GetDefaultLanguage(),
+                .terminated = zero != nullptr,
+                .cut = false,
+                .malformed = false,
+                .step = bytes + (zero != nullptr)};
     }
     // 16-bit length of what follows, code set, language, characters, 0x00, 0xFF.
     StringElement InRecord() const {
         const unsigned long length = LoadLength(), room = left_ - 2;
         const bool cut = length > room && length - room > lacking_;
-        const unsigned long charSize = CharSizeOf(at_[2]);
-        const unsigned long counted = length < 4 ? 0 : cut ? std::min(room - 2, length - 4) : length - 4;
-        const unsigned long bytes = counted / charSize * charSize;
-        const bool terminated = length >= 4 && length - 1 <= room && charSize == 1 && at_[length] == 0;
-        return {
-            reinterpret_cast<const char*>(at_ + 4), bytes, at_[2], at_[3], terminated, cut, std::min(length, room) + 2};
+        const unsigned long charSize = CharSizeOf(at_[2]), declared = length < 4 ? 0 : length - 4;
+        const auto characters = [charSize](unsigned long bytes) { return bytes / charSize * charSize; };
+        return {.text = reinterpret_cast<const char*>(at_ + 4),
+                .bytes = characters(cut ? std::min(room - 2, declared) : declared),
+                .whole = characters(declared),
+                .codeSet = at_[2],
+                .language = at_[3],
+                .terminated = length >= 4 && length - 1 <= room && charSize == 1 && at_[length] == 0,
+                .cut = cut,
+                .malformed = cut && room >= NoClippedLength,
+                .step = std::min(length, room) + 2};
     }
 
     const unsigned char* at_;

@@ -1,13 +1,17 @@
 // Strings as keys: comparison and hashing, in memory and stored.
 
+#include <climits>
+
 #include "comparearrays.h"
+#include "comparetexts.h"
+#include "cutkeys.h"
 #include "hasharrays.h"
-#include "strcompare.h"
 #include "strhash.h"
 #include "stringarray.h"
-#include "vqbase.h"
+#include "vqlanguagecontext.h"
 #include "vqtypcmp.h"
 #include "vqtyphash.h"
+#include "wildcard.h"
 
 namespace {
 
@@ -18,28 +22,67 @@ using vq::StringArray;
 using vq::StringElement;
 using vq::TerminatedText;
 
-int CompareTexts(const StringElement& a, const StringElement& b, unsigned char format, unsigned short flags,
-                 int& error) {
+constexpr unsigned long All = ~0UL;
+constexpr unsigned short LiteralBits = VqCmp_Exact | VqCmp_KeyOnly;
+
+// What all elements of a comparison have in common.
+struct Manner {
+    unsigned short flags;
+    unsigned char order;  // of 2-byte characters
+
+    bool IsLiteral() const { return flags & LiteralBits; }
+};
+
+vq::ComparedText Compared(const StringElement& element, const TerminatedText& text) {
+    return {element.codeSet, element.language, text.Get(), element.bytes + element.CharSize()};
+}
+
+int CompareFirst(const StringElement& a, const StringElement& b, unsigned long n, Manner manner, int* out, int& error) {
     const TerminatedText text1(a), text2(b);
     if (text1.Get() == nullptr || text2.Get() == nullptr) {
         error = VqStatus_NotSupported;
         return -1;
     }
-    return VqStrCmp(a.codeSet, a.language, text1.Get(), b.codeSet, b.language, text2.Get(), flags, -1,
-                    format & VqFormat_OrderMask, nullptr);
+    return vq::CompareTexts(Compared(a, text1), Compared(b, text2), manner.flags, static_cast<short>(n), manner.order,
+                            out);
 }
 
-// Compares the elements where both arrays stand and, with `more`, moves on.
-int CompareNext(StringArray& first, StringArray& second, bool more, unsigned char format, unsigned short flags,
-                int& error) {
-    StringElement a = first.Current(), b = second.Current();
-    if (a.cut || b.cut) {
-        error = VqStatus_BufferEnd;
-        return 0;
+// Wildcards are bytes where both texts are in the native set, else orders.
+std::size_t FindWildcard(const StringElement& text, const StringElement& pattern, Manner manner) {
+    if (manner.IsLiteral()) return vq::NoWildcard;
+    const bool byOrder = pattern.codeSet == 0 && text.codeSet != 0;
+    const unsigned char codeSet = byOrder ? VqLanguageContext::GetNativeCodeSet() : pattern.codeSet;
+    return vq::FindWildcard(codeSet, pattern.language, pattern.text, pattern.bytes, manner.order);
+}
+
+int CompareCut(const StringElement& a, const StringElement& b, Manner manner, int& error) {
+    constexpr int unreported = INT_MIN;  // no two keys are as far apart
+    const vq::CutTexts texts = {a.Characters(), b.Characters(), a.cut, b.cut, FindWildcard(a, b, manner)};
+    const bool report = manner.flags & VqCmp_Report;
+    int reported = unreported;
+    const int result = CompareFirst(a, b, texts.Limit(), manner, &reported, error);
+    if (error == VqStatus_Ok && (report || !texts.Decide())) error = VqStatus_BufferEnd;
+    if (report) return reported != unreported ? reported : result;
+    const bool sameLength = a.whole / a.CharSize() == b.whole / b.CharSize();
+    return result != 0 || sameLength ? result : texts.OrderOfRest();
+}
+
+int CompareElements(StringElement a, StringElement b, Manner manner, int& error) {
+    if (a.malformed || b.malformed) {
+        error = VqStatus_NotSupported;
+        return -1;
     }
     const bool damaged1 = a.Repair(), damaged2 = b.Repair();
     if (damaged1 || damaged2) error = VqStatus_BufferEnd;
-    const int result = CompareTexts(a, b, format, flags, error);
+    // Of a pattern whose header is damaged no more than its beginning is trusted.
+    if (damaged2 && !manner.IsLiteral()) b.cut = true;
+    return a.cut || b.cut ? CompareCut(a, b, manner, error) : CompareFirst(a, b, All, manner, nullptr, error);
+}
+
+// Compares the elements where both arrays stand and, with `more`, moves on.
+int CompareNext(StringArray& first, StringArray& second, bool more, Manner manner, int& error) {
+    const StringElement a = first.Current(), b = second.Current();
+    const int result = CompareElements(a, b, manner, error);
     if (more) {
         first.Advance(a);
         second.Advance(b);
@@ -54,45 +97,44 @@ int CompareStrings(unsigned char format, const Operands& operands, unsigned shor
     unsigned long count = operands.count;
     if (count == 0) return 0;
     if (flags == VqCmp_Default) flags = VqString::GetDefaultCmpOp();
+    const Manner manner = {flags, static_cast<unsigned char>(format & VqFormat_OrderMask)};
     StringArray first(format, operands.length1, operands.value1, lacking);
     StringArray second(format, operands.length2, operands.value2, lacking);
     if (first.Ended() || second.Ended()) error = VqStatus_BufferEnd;
     int result = 0;
     for (; count != 0 && result == 0 && error == VqStatus_Ok; --count) {
-        result = CompareNext(first, second, count > 1, format, flags, error);
+        result = CompareNext(first, second, count > 1, manner, error);
     }
     return result;
 }
 
 // --- Hashing
 
-// The code of one string, with the status of what it was read from.
-std::uint32_t HashElement(vq::StringElement element, unsigned long left, unsigned char format, int& error) {
-    const bool damaged = element.cut && left > vq::LongestClippedKey;
+// The code of one string.
+std::uint32_t HashElement(StringElement element, unsigned char order, int& error) {
     element.Repair();
-    const vq::TerminatedText text(element);
-    if (damaged || text.Get() == nullptr) {
+    const TerminatedText text(element);
+    if (element.malformed || text.Get() == nullptr) {
         error = VqStatus_NotSupported;
         return 0;
     }
-    const auto characters = static_cast<short>(element.bytes / vq::CharSizeOf(element.codeSet));
-    return HashString(element.codeSet, element.language, text.Get(), element.cut ? characters : static_cast<short>(-1),
-                      format & VqFormat_OrderMask);
+    const auto n = static_cast<short>(element.cut ? element.Characters() : All);
+    return HashString(element.codeSet, element.language, text.Get(), n, order);
 }
 
 unsigned long HashStrings(unsigned char format, unsigned long length, const void* values, unsigned long count,
                           unsigned long lacking, int& error) {
     error = VqStatus_Ok;
     if (count == 0) return 0;
-    vq::StringArray strings(format, length, values, lacking);
+    StringArray strings(format, length, values, lacking);
     std::uint32_t hash = 0;
     for (; count != 0; --count) {
         if (strings.Ended()) {
             error = VqStatus_BufferEnd;
             break;
         }
-        const vq::StringElement element = strings.Current();
-        hash ^= HashElement(element, strings.Left(), format, error);
+        const StringElement element = strings.Current();
+        hash ^= HashElement(element, format & VqFormat_OrderMask, error);
         if (error != VqStatus_Ok) return 0;
         strings.Advance(element);
     }

@@ -178,10 +178,10 @@ TEST(StringHash, TakesClippedRecordsAsFarAsTheyGo) {
     EXPECT_EQ(error, VqStatus_Ok);
     EXPECT_EQ(Hash(StringHash, {record.begin(), record.begin() + 4}, 1, error), 0u);
     EXPECT_EQ(error, VqStatus_BufferEnd);
-    EXPECT_EQ(Hash(StringHash, {large.begin(), large.begin() + 254}, 1, error), 0u);
+    EXPECT_EQ(Hash(StringHash, {large.begin(), large.begin() + 256}, 1, error), 0u);
     EXPECT_EQ(error, VqStatus_NotSupported);
-    EXPECT_EQ(Hash(StringHash, {large.begin(), large.begin() + 253}, 1, error),
-              HashOf(VqString(std::string(249, 'x').c_str())) * 1103515245u);
+    EXPECT_EQ(Hash(StringHash, {large.begin(), large.begin() + 255}, 1, error),
+              HashOf(VqString(std::string(251, 'x').c_str())) * 1103515245u);
     EXPECT_EQ(Hash(LegacyStringHash, {record.begin(), record.end() - 2}, 1, error), HashOf("abcdef") * 1103515245u);
     EXPECT_EQ(error, VqStatus_Ok);
     record[2] = 254;

@@ -460,9 +460,9 @@ TEST(IStringRows, ClippedKeysCompareAsFarAsTheyGo) {
     }
     const auto large = Record(std::string(300, 'x').c_str());
     int error = 77;
-    EXPECT_EQ(CompareRecords({large.begin(), large.begin() + 253}, large, VqCmp_Exact, error), 0);
+    EXPECT_EQ(CompareRecords({large.begin(), large.begin() + 256}, large, VqCmp_Exact, error), 0);
     EXPECT_EQ(error, VqStatus_BufferEnd);
-    EXPECT_EQ(CompareRecords({large.begin(), large.begin() + 254}, large, VqCmp_Exact, error), -1);
+    EXPECT_EQ(CompareRecords({large.begin(), large.begin() + 257}, large, VqCmp_Exact, error), -1);
     EXPECT_EQ(error, VqStatus_NotSupported);
 }
 
