@@ -1,0 +1,153 @@
+#include "ref.h"
+
+#include <gtest/gtest.h>
+
+#include "idsupport.h"
+#include "rowvalues.h"
+#include "testsupport.h"
+#include "vqtypes.h"
+
+using namespace vqtest;
+
+namespace {
+
+constexpr unsigned Unresolved = VqRef::UnresolvedDatabase;
+
+TEST(VqRef, IsValidWithObjectClassAndDatabase) {
+    const VqObjId object = Object(1, 42, 7), none = Object(0, 0, 7);
+    const struct {
+        VqRef ref;
+        bool valid, validOrigin;
+    } cases[] = {
+        {Ref(3, object, Class(12, 0)), true, true},
+        {Ref(0, object, Class(12, 0)), true, true},
+        {Ref(3, object, Class(0, 5)), false, false},
+        {Ref(Unresolved, object, Class(12, 0)), false, true},
+        {Ref(Unresolved, object), false, true},
+        {Ref(3, none, Class(12, 0)), false, false},
+        {Ref(Unresolved, none, Class(12, 0)), false, false},
+    };
+    for (const auto& [ref, valid, validOrigin] : cases) {
+        EXPECT_TRUE(ref.IsValid() == valid && ref.IsInvalid() == !valid) << NumbersOf(ref);
+        EXPECT_TRUE(ref.IsValidOriginId() == validOrigin && ref.IsInvalidOriginId() == !validOrigin) << NumbersOf(ref);
+    }
+}
+
+TEST(References, TakeThePartsThatTheirSourcesHave) {
+    const VqRef full = Ref(3, Object(1, 42, 7), Class(12, 5));
+    VqRef ref = full;
+    ref = Class(20, 6);
+    EXPECT_EQ(NumbersOf(ref), "1 42 7 3 20 6");
+    ref = Object(2, 43, 8);
+    EXPECT_EQ(NumbersOf(ref), "2 43 8 3 20 6");
+    ref = Object(Object(4, 44, 9), 5);
+    EXPECT_EQ(NumbersOf(ref), "4 44 9 5 20 6");
+    ref = static_cast<unsigned short>(6);
+    EXPECT_EQ(NumbersOf(ref), "4 44 9 6 20 6");
+
+    VqLocalRef local;
+    local = full;
+    EXPECT_EQ(NumbersOf(local), "1 42 7 12 5");
+    ref = local;
+    EXPECT_EQ(NumbersOf(ref), "1 42 7 0 12 5");
+    local = ref;
+    EXPECT_EQ(NumbersOf(local), "1 42 7 12 5");
+    local = Class(8, 9);
+    local = Object(6, 7, 8);
+    EXPECT_EQ(NumbersOf(local), "6 7 8 8 9");
+    EXPECT_TRUE(!local.IsNullValue() && local.SetNullValue() == 0 && local.IsNullValue());
+}
+
+TEST(References, AreOrderedByObjectThenDatabase) {
+    const VqRef ascending[] = {Ref(9, Object(0, 5)), Ref(0, Object(1, 4)), Ref(2, Object(1, 4)),
+                               Ref(65535, Object(1, 4)), Ref(0, Object(2, 0))};
+    for (const VqRef& a : ascending) {
+        for (const VqRef& b : ascending) {
+            const VqRef other = Ref(b.database, Object(b.id.high, b.id.low, 77), Class(1, 1));
+            EXPECT_EQ(a != other, Sign(&a - &b)) << NumbersOf(a) << " and " << NumbersOf(b);
+            EXPECT_EQ(a == other, &a == &b) << NumbersOf(a) << " and " << NumbersOf(b);
+        }
+    }
+}
+
+TEST(References, ComeBeforeNumberedDatabasesWhereTheyAreLocal) {
+    const struct {
+        VqRef ref;
+        int order;  // of the local reference to (1, 4) with it
+    } cases[] = {
+        {Ref(0, Object(1, 4)), 0}, {Ref(2, Object(1, 4)), -1}, {Ref(2, Object(1, 3)), 1}, {Ref(0, Object(1, 5)), -1}};
+    const VqLocalRef local = Local(Object(1, 4, 9), Class(3, 3));
+    for (const auto& [ref, order] : cases) {
+        EXPECT_EQ(local != ref, order) << NumbersOf(ref);
+        EXPECT_EQ(ref != local, -order) << NumbersOf(ref);
+        EXPECT_TRUE((local == ref) == (order == 0) && (ref == local) == (order == 0)) << NumbersOf(ref);
+    }
+    EXPECT_EQ(local != Local(Object(1, 5)), -1);
+    EXPECT_TRUE(local == Local(Object(1, 4)) && (local != Local(Object(1, 4))) == 0);
+}
+
+// --- Text
+
+template <class Reference>
+std::string Printed(const Reference& ref, const char* format) {
+    VqString text;
+    ref.PrintToVqString(text, format);
+    return Bytes(text);
+}
+
+TEST(References, PrintAndScan) {
+    const VqRef ref = Ref(3, Object(1, 42, 7), Class(12, 5));
+    EXPECT_EQ(Printed(ref, nullptr), "(3:1-42#7,12v5)");
+    EXPECT_EQ(Printed(ref, "%h:%h-%l#%l, %h;%h|%V%D"), "3:1-42#7, 12;|53") << "no position for the version";
+    EXPECT_EQ(Printed(ref, "%l%l%h%h%h"), "12") << "the wrong widths";
+    EXPECT_EQ(Printed(Ref(3, Object(0, 0, 7), Class(12, 5)), "%C"), "{NULL}");
+    VqRef values[] = {ref, ref};
+    VqString text;
+    EXPECT_EQ(Bytes(VqTypeMgr(5).PrintToVqString(VqTypeId_VqRef, text, values, nullptr, 2)),
+              "(3:1-42#7, 12),(3:1-42#7, 12)");
+    VqString list("(4:2-43#8, 13),(5:3-44#9, 14)");
+    VqRef::ScanFromString(values, list, nullptr, 2);
+    EXPECT_EQ(NumbersOf(values[0]) + ", " + NumbersOf(values[1]), "2 43 8 4 13 0, 3 44 9 5 14 0");
+    VqRef back;
+    back.ScanFromVqString("(3:1-42#7,12v5)");
+    EXPECT_EQ(NumbersOf(back), NumbersOf(ref));
+    back.ScanFromVqString("{NULL}");
+    EXPECT_EQ(NumbersOf(back), "0 0 0 0 0 0");
+
+    VqLocalRef local;
+    local = ref;
+    EXPECT_EQ(Printed(local, nullptr) + Printed(local, "%D:%L v%V"), "(1-42#7,12)0:42 v5");
+    local.ScanFromVqString("(2-43#8,13)");
+    EXPECT_EQ(NumbersOf(local), "2 43 8 13 0");
+}
+
+template <class Id>
+Id FromExchange(char type, const char* text) {
+    VqTypeMgr manager(5);
+    return *static_cast<Id*>(RowValues(manager, type, {}, nullptr, {text}).Get());
+}
+
+// What identifiers become on the way to another type.
+TEST(References, TravelToWhatHasTheirNumbers) {
+    const struct {
+        const char* text;
+        const char* object;
+        const char* classId;
+        const char* ref;
+    } cases[] = {
+        {"(3:1-42#7,12v5)", "1 42 7", "12 5", "1 42 7 3 12 5"},
+        {"(1-42#7)", "1 42 7", "0 0", "1 42 7 0 0 0"},
+        {"(12v5)", "0 0 0", "12 5", "0 0 0 0 12 5"},
+        {"8590131204", "2 196612 0", "0 0", "2 196612 0 0 0 0"},  // a seal
+        {"-5", "0 0 0", "0 0", "0 0 0 0 0 0"},
+        {"", "0 0 0", "0 0", "0 0 0 0 0 0"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        EXPECT_EQ(NumbersOf(FromExchange<VqObjId>(VqTypeId_VqObjId, c.text)), c.object);
+        EXPECT_EQ(NumbersOf(FromExchange<VqClassId>(VqTypeId_VqClassId, c.text)), c.classId);
+        EXPECT_EQ(NumbersOf(FromExchange<VqRef>(VqTypeId_VqRef, c.text)), c.ref);
+    }
+}
+
+}  // namespace
