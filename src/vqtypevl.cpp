@@ -83,10 +83,12 @@ using vq::StoredKey;
 
 // False for a key that is missing, or ends within its value.
 template <class Position>
-bool Read(const void* bytes, std::uint32_t length, unsigned char format, double& position) {
-    if (bytes == nullptr || length < Position::Size) return false;
-    position = Position::At({static_cast<const unsigned char*>(bytes), length, format});
-    return true;
+bool IsWhole(const void* bytes, std::uint32_t length) {
+    return bytes != nullptr && length >= Position::Size;
+}
+
+StoredKey KeyOf(const void* bytes, unsigned long length, unsigned char format) {
+    return {static_cast<const unsigned char*>(bytes), length, format};
 }
 
 template <class Position>
@@ -101,11 +103,12 @@ Interval KeyInterval(const StoredKey& key) {
 
 template <class Position>
 double Estimate(const VqIdxBounds* bounds, unsigned short operators, const StoredKey& key) {
-    Interval index;
-    if (bounds == nullptr || !Read<Position>(bounds->lowKey, bounds->lowKeyLength, key.format, index.low) ||
-        !Read<Position>(bounds->highKey, bounds->highKeyLength, key.format, index.high)) {
+    if (bounds == nullptr || !IsWhole<Position>(bounds->lowKey, bounds->lowKeyLength) ||
+        !IsWhole<Position>(bounds->highKey, bounds->highKeyLength)) {
         return 0;
     }
+    const Interval index = {Position::At(KeyOf(bounds->lowKey, bounds->lowKeyLength, key.format)),
+                            Position::At(KeyOf(bounds->highKey, bounds->highKeyLength, key.format))};
     const double estimate = vq::SelectedPart(operators, KeyInterval<Position>(key), index);
     if constexpr (requires { requires Position::IsFloating; }) {
         constexpr double Least = std::numeric_limits<float>::epsilon();
@@ -129,8 +132,8 @@ double EstimateAndRecord(const VqIdxBounds* indexBounds, unsigned short operator
     if (key == nullptr || count == 0) return 0;
     const unsigned long size = StoredSize<Position>(key, format, count);
     if (size < Position::Size) return 0;
-    vq::RecordKey(scanBounds, operators, key, size);
-    return Estimate<Position>(indexBounds, operators, {static_cast<const unsigned char*>(key), size, format});
+    if (scanBounds != nullptr) vq::RecordKey(scanBounds, operators, key, size);
+    return Estimate<Position>(indexBounds, operators, KeyOf(key, size, format));
 }
 
 }  // namespace
