@@ -73,13 +73,24 @@ struct TimestampElement {
     }
     static std::uint32_t HashWord(const unsigned char* at) { return HashDay(Date(at)) ^ HashClock(Time(at)); }
 
-  private:
+  protected:
     static d_Date Date(const unsigned char* at) { return ReadDate<d_Date, Swapped>(at); }
     static d_Time Time(const unsigned char* at) { return LoadValue<d_Time>(at + sizeof(d_Date), 0); }
 };
 
+// Read in its two parts: the copy of the whole would wait for the copies of the halves.
+struct Timestamp {
+    d_Date date;
+    d_Time time;
+};
+
+int Order(const Timestamp& a, const Timestamp& b) {
+    const int days = a.date != b.date;
+    return vq::Order(days != 0 ? days : a.time != b.time, 0);
+}
+
 struct TimestampInMemory : TimestampElement<false> {
-    static auto Load(const unsigned char* at) { return ByOperator<d_Timestamp>{LoadValue<d_Timestamp>(at, 0)}; }
+    static Timestamp Load(const unsigned char* at) { return {Date(at), Time(at)}; }
 };
 
 struct TimestampForms : vq::StoredAsInMemory<TimestampElement> {

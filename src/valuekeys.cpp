@@ -10,11 +10,18 @@ namespace {
 
 // --- Booleans
 
+// By the two operators alone: one byte that no boolean has can be equal to another and greater than it, too.
+struct Truth {
+    VqBoolean boolean;
+};
+
+int Order(Truth a, Truth b) { return (a.boolean > b.boolean) - (a.boolean < b.boolean); }
+
 struct BooleanElement {
     static constexpr unsigned long Size = sizeof(VqBoolean);
-    static vq::Nullable<VqBoolean> Load(const unsigned char* at) {
+    static vq::Nullable<Truth> Load(const unsigned char* at) {
         const auto boolean = std::bit_cast<VqBoolean>(*at);
-        return {boolean.IsNullValue(), boolean};
+        return {boolean.IsNullValue(), {boolean}};
     }
     static std::uint32_t HashWord(const unsigned char* at) {
         return static_cast<std::uint32_t>(static_cast<std::int8_t>(*at));
