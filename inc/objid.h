@@ -141,7 +141,6 @@ class VQTM_API VqObjId : public VqIdentifierSlots<VqObjId> {
 
     // --- Assignment and comparison; of a VqDBOId the object
 
-    VqObjId& operator=(const VqObjId& other) = default;
     inline VqObjId& operator=(const VqDBOId& other);
     bool operator==(const VqObjId& other) const { return Number() == other.Number(); }
     inline bool operator==(const VqDBOId& other) const;
@@ -173,7 +172,6 @@ class VQTM_API VqDBOId {
         return id.SetNullValue();
     }
 
-    VqDBOId& operator=(const VqDBOId& other) = default;
     /// The object, in database 0.
     VqDBOId& operator=(const VqObjId& other) {
         id = other;
@@ -217,7 +215,6 @@ class VQTM_API VqClassId : public VqIdentifierSlots<VqClassId> {
         return 0;
     }
 
-    VqClassId& operator=(const VqClassId& other) = default;
     bool operator==(const VqClassId& other) const {
         return classNumber == other.classNumber && version == other.version;
     }

@@ -39,7 +39,6 @@ class VQTM_API VqRef : public VqIdentifierSlots<VqRef> {
 
     // --- Assignment
 
-    VqRef& operator=(const VqRef& other) = default;
     /// Class and version alone.
     VqRef& operator=(const VqClassId& other) {
         classId = other;
@@ -100,7 +99,6 @@ class VQTM_API VqLocalRef {
 
     // --- Assignment
 
-    VqLocalRef& operator=(const VqLocalRef& other) = default;
     /// Object and class; the database is dropped.
     VqLocalRef& operator=(const VqRef& other) {
         id = other.id;

@@ -26,8 +26,9 @@ struct VqIdxBounds;
 // --- Life of values
 
 /// Allocates an array of `count` constructed values: scalars are 0, values with a null of their own start as their
-/// class says, nullable scalars null. A count of 0 gives an array without values, not null. The caller frees it with
-/// the same type's VqDeleteFunc. Null when memory runs out and the memory handler could not help.
+/// class says, nullable scalars null. A count of 0 gives an array without values, not null, but for identifiers, which
+/// make at least one. The caller frees it with the same type's VqDeleteFunc. Null when memory runs out and the memory
+/// handler could not help.
 using VqCreateFunc = void* (*)(unsigned long count);
 /// Destroys and frees an array that VqCreateFunc made; null does nothing. Returns 0.
 using VqDeleteFunc = unsigned long (*)(void* values, unsigned long count);
@@ -103,7 +104,8 @@ using VqSetNullFunc = int (*)(void* value);
 
 // --- Text
 
-/// Appends the values' text under `format` to `out`, and returns `out`. The format is never null.
+/// Appends the values' text under `format` to `out`, and returns `out`. The format is never null. Where a single date
+/// or time is null, and where a single identifier or reference is printed, its text replaces what `out` holds.
 using VqPrintFunc = VqString& (*)(VqString& out, void* values, const char* format, unsigned long count);
 /// Reads constructed values from `text` under `format`; what cannot be read leaves its value. Returns `values`.
 using VqScanFunc = void* (*)(void* values, VqString& text, const char* format, unsigned long count);

@@ -26,6 +26,8 @@
 #include "date.h"
 #include "datetime.h"
 #include "multibyte.h"
+#include "objid.h"
+#include "ref.h"
 #include "seal.h"
 #include "stddate.h"
 #include "vqint64.h"
@@ -39,8 +41,9 @@ namespace vq {
 
 /// How a class is ordered: `Of(a, b)` gives its standard category. Absent for classes without.
 ///
-///     strong     equal values are the same        VqInt64, VqTime, VqSeal, VqBlob, nullable integers
-///     weak       they may differ                  VqString, VqBoolean, d_Date, d_Interval
+///     strong     equal values are the same        VqInt64, VqTime, VqSeal, VqBlob, VqClassId, nullable integers
+///     weak       they may differ                  VqString, VqBoolean, d_Date, d_Interval, VqObjId, VqDBOId, VqRef,
+///                                                 VqLocalRef
 ///     partial    not all values can be ordered    VqDate, VqDateTime, d_Time, d_Timestamp, nullable floating numbers
 ///
 /// Dates and times of a partial order are ordered among themselves as long as none has a field of -1, which stands for
@@ -102,6 +105,16 @@ template <>
 struct StandardOrder<VqBlob> : OrderByDifference<std::strong_ordering> {};
 template <>
 struct StandardOrder<VqSeal> : OrderByDifference<std::strong_ordering> {};
+template <>
+struct StandardOrder<VqObjId> : OrderByDifference<std::weak_ordering> {};
+template <>
+struct StandardOrder<VqDBOId> : OrderByDifference<std::weak_ordering> {};
+template <>
+struct StandardOrder<VqClassId> : OrderByDifference<std::strong_ordering> {};
+template <>
+struct StandardOrder<VqRef> : OrderByDifference<std::weak_ordering> {};
+template <>
+struct StandardOrder<VqLocalRef> : OrderByDifference<std::weak_ordering> {};
 template <class T, VqTypeId Id>
 struct StandardOrder<VqNullable<T, Id>>
     : OrderByLess<std::conditional_t<std::floating_point<T>, std::partial_ordering, std::strong_ordering>> {};
@@ -152,6 +165,11 @@ inline std::uint64_t HashKey(const VqBoolean& value) { return value.IsNullValue(
 inline std::uint64_t HashKey(const VqSeal& value) {
     return std::uint64_t{value.high} << 32 | std::uint64_t{value.middle} << 16 | value.low;
 }
+inline std::uint64_t HashKey(const VqObjId& value) { return std::uint64_t{value.high} << 32 | value.low; }
+inline std::uint64_t HashKey(const VqDBOId& value) { return std::uint64_t{value.database} << 48 | HashKey(value.id); }
+inline std::uint64_t HashKey(const VqClassId& value) { return std::uint64_t{value.classNumber} << 16 | value.version; }
+inline std::uint64_t HashKey(const VqRef& value) { return std::uint64_t{value.database} << 48 | HashKey(value.id); }
+inline std::uint64_t HashKey(const VqLocalRef& value) { return HashKey(value.id); }
 inline std::uint64_t HashKey(const VqBlob& value) {
     const std::string_view bytes(reinterpret_cast<const char*>(value.Data()), static_cast<std::size_t>(value.Length()));
     return std::hash<std::string_view>()(bytes) + value.IsNullValue();
@@ -197,6 +215,16 @@ template <>
 struct std::hash<VqBoolean> : vq::StandardHash<VqBoolean> {};
 template <>
 struct std::hash<VqSeal> : vq::StandardHash<VqSeal> {};
+template <>
+struct std::hash<VqObjId> : vq::StandardHash<VqObjId> {};
+template <>
+struct std::hash<VqDBOId> : vq::StandardHash<VqDBOId> {};
+template <>
+struct std::hash<VqClassId> : vq::StandardHash<VqClassId> {};
+template <>
+struct std::hash<VqRef> : vq::StandardHash<VqRef> {};
+template <>
+struct std::hash<VqLocalRef> : vq::StandardHash<VqLocalRef> {};
 template <>
 struct std::hash<VqBlob> : vq::StandardHash<VqBlob> {};
 template <class T, VqTypeId Id>

@@ -43,13 +43,13 @@ class Numbers {
 
 // The places of the bytes that decide, in this order.
 template <class Id>
-constexpr std::initializer_list<int> decisive = {};
+constexpr std::initializer_list<std::size_t> decisive = {};
 template <>
-constexpr std::initializer_list<int> decisive<VqObjId> = {9, 8, 7, 6, 5, 4};
+constexpr std::initializer_list<std::size_t> decisive<VqObjId> = {9, 8, 7, 6, 5, 4};
 template <>
-constexpr std::initializer_list<int> decisive<VqRef> = {11, 10, 9, 8, 7, 6, 5, 4};
+constexpr std::initializer_list<std::size_t> decisive<VqRef> = {11, 10, 9, 8, 7, 6, 5, 4};
 template <>
-constexpr std::initializer_list<int> decisive<VqClassId> = {1, 0, 3, 2};
+constexpr std::initializer_list<std::size_t> decisive<VqClassId> = {1, 0, 3, 2};
 
 template <class Id>
 int CompareStored(const ByteVector& a, const ByteVector& b) {
@@ -58,7 +58,7 @@ int CompareStored(const ByteVector& a, const ByteVector& b) {
                std::all_of(bytes.begin(), bytes.begin() + 4, [](int byte) { return byte == 255; });
     };
     for (std::size_t at = 0; at < a.size(); at += Id::StoredSize) {
-        for (const int byte : decisive<Id>) {
+        for (const std::size_t byte : decisive<Id>) {
             const int difference = a[at + byte] - b[at + byte];
             if (difference != 0) return isNull(a) ? -1 : isNull(b) ? 1 : difference;
         }
@@ -78,7 +78,7 @@ TYPED_TEST_SUITE(IdentifierKeys, Ids);
 TYPED_TEST(IdentifierKeys, CompareAndHashInEveryForm) {
     using Id = TypeParam;
     Numbers numbers;
-    for (int round = 0; round < 20000; ++round) {
+    for (unsigned round = 0; round < 20000; ++round) {
         std::vector<Id> a(1 + round % 3), b(a.size());
         for (std::size_t i = 0; i < a.size(); ++i) {
             numbers.Fill(a[i]);

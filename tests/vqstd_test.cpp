@@ -10,6 +10,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "idsupport.h"
 #include "testsupport.h"
 
 using namespace vqtest;
@@ -82,6 +83,11 @@ TEST(StandardLibrary, OrdersAsTheClassesDoNullFirst) {
     ExpectAscending<std::weak_ordering, d_Interval>({d_Interval(-1, 0, 0, 0), d_Interval(0, 0, 0, 0.5f)});
     ExpectAscending<std::weak_ordering, VqBoolean>({Byte(255), 0, 1});
     ExpectAscending<std::strong_ordering, VqSeal>({Seal(0), Seal(65536), Seal(VqInt64(0, 1)), Seal(-1)});
+    ExpectAscending<std::weak_ordering, VqObjId>({Object(0, 0), Object(0, 9), Object(1, 4)});
+    ExpectAscending<std::weak_ordering, VqDBOId>({Object(Object(1, 4), 0), Object(Object(0, 9), 1)});
+    ExpectAscending<std::strong_ordering, VqClassId>({Null<VqClassId>(), Class(0, 1), Class(1, 0)});
+    ExpectAscending<std::weak_ordering, VqRef>({Ref(1, Object(0, 9)), Ref(0, Object(1, 4)), Ref(1, Object(1, 4))});
+    ExpectAscending<std::weak_ordering, VqLocalRef>({Local(Object(0, 9)), Local(Object(1, 4))});
     ExpectAscending<std::strong_ordering, VqBlob>({Null<VqBlob>(), VqBlob(), "a", "aa", "b"});
     ExpectAscending<std::weak_ordering, VqString>({"", "a", "\xE4", "b"});
     ExpectAscending<std::strong_ordering, VqNull_ushort>({VqNull_ushort(), VqNull_ushort(0), VqNull_ushort(65535)});
@@ -115,7 +121,8 @@ static_assert(!Hashes<VqNull_float> && Hashes<VqNull_long>);
 // What compiled without this header does so with it, and means the same.
 TEST(StandardLibrary, LeavesTheClassesOperatorsAsTheyAre) {
     const auto differs = [](const auto&... value) { return (std::same_as<decltype(value != value), int> && ...); };
-    EXPECT_TRUE(differs(VqDate(), VqDateTime(), VqSeal(), d_Date(), VqBlob()));
+    EXPECT_TRUE(differs(VqDate(), VqDateTime(), VqSeal(), d_Date(), VqBlob(), VqObjId(), VqRef(), VqClassId()));
+    EXPECT_EQ(Local(Object(1, 4)) != Ref(2, Object(1, 4)), -1);
     EXPECT_EQ(VqDate(2000, 1, 9) != VqDate(2000, 1, 2), 7);
     const VqDateTime a(VqDate(2000, 1, 9), VqTime(0, 0, 0)), b(VqDate(2000, 1, 2), VqTime(0, 0, 0));
     EXPECT_EQ(a != b, 7);
@@ -155,6 +162,12 @@ TEST(StandardLibrary, HashesEqualValuesEqual) {
     ExpectHashes<d_Date>({d_Date(2000, 1, 2), d_Date(1582, 10, 4), d_Date(-5, 1, 1)});
     ExpectHashes<VqBoolean>({0, 1, Byte(255)});
     ExpectHashes<VqSeal>({Seal(0), Seal(1), Seal(65536), Seal(VqInt64(0, 1))});
+    ExpectHashes<VqObjId>({Object(0, 0), Object(0, 1), Object(1, 0)});
+    ExpectHashes<VqDBOId>({Object(Object(1, 4), 0), Object(Object(1, 4), 1)});
+    ExpectHashes<VqClassId>({Class(0, 1), Class(1, 0), Null<VqClassId>()});
+    ExpectHashes<VqRef>({Ref(0, Object(1, 4)), Ref(1, Object(1, 4)), Ref(1, Object(4, 1))});
+    ExpectHashes<VqLocalRef>({Local(Object(1, 4)), Local(Object(4, 1))});
+    EXPECT_EQ(std::hash<VqRef>()(Ref(1, Object(1, 4, 9), Class(2, 3))), std::hash<VqRef>()(Ref(1, Object(1, 4))));
     ExpectHashes<VqBlob>({Null<VqBlob>(), VqBlob(), "a", VqBlob(1L), VqBlob(2L)});
     ExpectHashes<VqNull_char>({VqNull_char(), '\0', 'a', '\xFF'});
     ExpectHashes<VqNull_VqInt64>({VqNull_VqInt64(), VqInt64(0), VqInt64(-1)});
@@ -170,6 +183,8 @@ TEST(StandardLibrary, StreamsDefaultTexts) {
     EXPECT_EQ(Streamed(date) + Streamed(d_Date(2005, 3, 7)) + Streamed(VqTime(12, 5, 9)),
               "2005-03-072005-03-0712:05:09");
     EXPECT_EQ(Streamed(VqDateTime(date, VqTime(12, 5, 9))), "2005-03-07T12:05:09");
+    EXPECT_EQ(Streamed(Ref(3, Object(1, 42, 7), Class(12, 5))) + Streamed(Class(12, 3)) + Streamed(Object(0, 0)),
+              "(3:1-42#7,12v5)(12v3){NULL}");
     EXPECT_EQ(Streamed(VqBlob("ab")), "[BLOB,len=3]");
     EXPECT_EQ(Streamed(VqBoolean(1)), "TRUE");
     EXPECT_EQ(Streamed(Seal(VqInt64(5, 1))), "4294967301");
