@@ -7,25 +7,11 @@
 #include "classslots.h"
 #include "idtext.h"
 #include "ref.h"
-#include "vqbase.h"
+#include "storedyear.h"
 
 namespace vq {
 
-// Numbers of one width that lie together, in memory as on disk.
-struct NumberRun {
-    unsigned offset;  // in memory
-    unsigned bytes;
-    decltype(&LongStore) store;  // of the base library; both directions
-    unsigned long count;
-};
-
-constexpr NumberRun blockAndLow = {offsetof(VqObjId, block), 8, LongStore, 2};
-constexpr NumberRun highOnly = {offsetof(VqObjId, high), 2, ShortStore, 1};
-constexpr NumberRun databaseAndClass = {offsetof(VqRef, database), 4, ShortStore, 2};
-constexpr NumberRun classAndVersion = {offsetof(VqClassId, classNumber), 4, ShortStore, 2};
-static_assert(offsetof(VqRef, id) == 0 && offsetof(VqRef, classId) == offsetof(VqRef, database) + 2);
-
-// Of each class: its text, and the runs of its disk form.
+// Of each class: its text, its numbers by name, and those of its disk form in their order there.
 template <class Id>
 struct IdTraits;
 
@@ -34,7 +20,13 @@ struct IdTraits<VqObjId> {
     static constexpr IdDirectives directives = {"HLB", "HLB"};
     static constexpr const char* rowFormat = "(%H-%L#%B)";
     static constexpr const char* exchangeFormat = rowFormat;
-    static constexpr NumberRun disk[] = {blockAndLow, highOnly};
+
+    template <class Visit>
+    static void EachStored(VqObjId& id, Visit visit) {
+        visit(id.block);
+        visit(id.low);
+        visit(id.high);
+    }
 
     static IdNumbers Numbers(const VqObjId& id) { return {0, id.high, id.low, id.block, 0, 0}; }
     static void Assign(VqObjId& id, const IdNumbers& numbers) {
@@ -49,7 +41,12 @@ struct IdTraits<VqClassId> {
     static constexpr IdDirectives directives = {"CV", "CV"};
     static constexpr const char* rowFormat = "(%Cv%V)";
     static constexpr const char* exchangeFormat = rowFormat;
-    static constexpr NumberRun disk[] = {classAndVersion};
+
+    template <class Visit>
+    static void EachStored(VqClassId& id, Visit visit) {
+        visit(id.classNumber);
+        visit(id.version);
+    }
 
     static IdNumbers Numbers(const VqClassId& id) { return {0, 0, 0, 0, id.classNumber, id.version}; }
     static void Assign(VqClassId& id, const IdNumbers& numbers) {
@@ -63,7 +60,13 @@ struct IdTraits<VqRef> {
     static constexpr IdDirectives directives = {"DHLBCV", "DHLBC"};
     static constexpr const char* rowFormat = "(%D:%H-%L#%B, %C)";
     static constexpr const char* exchangeFormat = "(%D:%H-%L#%B,%Cv%V)";
-    static constexpr NumberRun disk[] = {blockAndLow, highOnly, databaseAndClass};
+
+    template <class Visit>
+    static void EachStored(VqRef& ref, Visit visit) {
+        IdTraits<VqObjId>::EachStored(ref.id, visit);
+        visit(ref.database);
+        visit(ref.classId.classNumber);
+    }
 
     static IdNumbers Numbers(const VqRef& ref) {
         return {ref.database, ref.id.high, ref.id.low, ref.id.block, ref.classId.classNumber, ref.classId.version};
@@ -117,13 +120,33 @@ struct IdSlots : ClassSlots<Id, IdExchange<Id>> {
 
 // --- Disk form
 
-template <class Id>
-constexpr bool RunsFillDiskForm() {
-    unsigned long size = 0;
-    for (const NumberRun& run : IdTraits<Id>::disk) size += run.bytes;
-    return size == Id::StoredSize;
+inline std::uint16_t Reversed(std::uint16_t number) { return __builtin_bswap16(number); }
+inline std::uint32_t Reversed(std::uint32_t number) { return __builtin_bswap32(number); }
+
+template <class Id, bool Foreign>
+void StoreIds(unsigned char* to, const void* src, unsigned long count) {
+    for (unsigned long i = 0; i < count; ++i) {
+        Id id = LoadValue<Id>(src, i);
+        IdTraits<Id>::EachStored(id, [&to](auto number) {
+            if (Foreign) number = Reversed(number);
+            std::memcpy(to, &number, sizeof number);
+            to += sizeof number;
+        });
+    }
 }
-static_assert(RunsFillDiskForm<VqObjId>() && RunsFillDiskForm<VqClassId>() && RunsFillDiskForm<VqRef>());
+
+template <class Id, bool Foreign>
+void LoadIds(void* dst, const unsigned char* from, unsigned long count) {
+    for (unsigned long i = 0; i < count; ++i) {
+        Id id;
+        IdTraits<Id>::EachStored(id, [&from](auto& number) {
+            std::memcpy(&number, from, sizeof number);
+            if (Foreign) number = Reversed(number);
+            from += sizeof number;
+        });
+        StoreValue(dst, i, id);
+    }
+}
 
 }  // namespace vq
 
@@ -139,28 +162,15 @@ void VqIdentifierSlots<Id>::Delete(void* values, unsigned long) {
 
 template <class Id>
 unsigned long VqIdentifierSlots<Id>::Store(void* dst, const void* src, unsigned char format, unsigned long count) {
-    auto* to = static_cast<unsigned char*>(dst);
-    const auto* from = static_cast<const unsigned char*>(src);
-    for (unsigned long i = 0; i < count; ++i, from += sizeof(Id)) {
-        for (const vq::NumberRun& run : vq::IdTraits<Id>::disk) {
-            run.store(to, from + run.offset, format, run.count);
-            to += run.bytes;
-        }
-    }
+    const auto store = vq::IsForeignOrder(format) ? vq::StoreIds<Id, true> : vq::StoreIds<Id, false>;
+    store(static_cast<unsigned char*>(dst), src, count);
     return count * Id::StoredSize;
 }
 
 template <class Id>
 unsigned long VqIdentifierSlots<Id>::Load(void* dst, const void* src, unsigned char format, unsigned long count) {
-    auto* to = static_cast<unsigned char*>(dst);
-    const auto* from = static_cast<const unsigned char*>(src);
-    for (unsigned long i = 0; i < count; ++i, to += sizeof(Id)) {
-        vq::StoreValue(to, 0, Id());
-        for (const vq::NumberRun& run : vq::IdTraits<Id>::disk) {
-            run.store(to + run.offset, from, format, run.count);
-            from += run.bytes;
-        }
-    }
+    const auto load = vq::IsForeignOrder(format) ? vq::LoadIds<Id, true> : vq::LoadIds<Id, false>;
+    load(dst, static_cast<const unsigned char*>(src), count);
     return count * Id::StoredSize;
 }
 
