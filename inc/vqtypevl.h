@@ -108,6 +108,40 @@ VQTM_BOUNDS_FUNCTION(Seal)
 /// 0; null -1. Blobs that begin alike lie in one place.
 VQTM_BOUNDS_FUNCTION(Blob)
 
+// --- Strings
+//
+// A string lies where, in the order of collation, the part of all texts ends that is below it: a fraction that a model
+// of texts tells, by which letters words begin with and which follow which (as an arithmetic coder over a Markov chain
+// of the first order; C. E. Shannon, A Mathematical Theory of Communication, 1948). It is made from word lists of seven
+// languages, with the first letters of the key's language where it is one of these. Digits, symbols, ideographs and
+// letters of other scripts share their part evenly. What the index's two keys begin with in common is left out, and the
+// estimate is what the predicate selects of the line from the low key to the high one: never more than 1, and no less
+// than 1.1920929e-7 where it is above 0. On word lists it errs by a few hundredths. Only letters count, not accents and
+// case. Null lies below all texts, a 64th of the line. Where key and index are all in the native code set, texts lie in
+// the order of their bytes.
+//
+// Of the operators only VqOperator bits and 0x8000 remain on return. Keys must be complete, those of the index can be
+// clipped. A recorded key has at most VqINDEX_MAX_KEYLEN bytes; of a longer one these are the first, with the length
+// that the whole has, as comparison expects it. A clipped key sorts by what is there, and by accents and case before
+// the letters that are not: compare with such ends under VqCmp_IgnoreCase and VqCmp_IgnoreAccents, and read the
+// records.
+//
+// A key with a wildcard or escape character (see VqStrCmp) sets VqOperator_Wildcard and stands for all texts that begin
+// with what is in front of it; that is what the estimate counts. The low key is that beginning (the null string where
+// it is empty, as '*' matches null too). The high key is the beginning followed by 0xFF bytes up to the most that a key
+// has: in Unicode, where U+FFFF sorts last, for whatever code set the pattern is in; byte by byte for the native set.
+// Whatever text matches the pattern under some of VqCmp_IgnoreCase and VqCmp_IgnoreAccents lies between both keys under
+// VqCmp_Exact and the same.
+
+VQTM_BOUNDS_FUNCTION(String)  ///< the current row's strings, in the current or the legacy layout
+/// The legacy row's strings. A clipped key, and those of a pattern, are records of the current layout.
+VQTM_BOUNDS_FUNCTION(LegacyString)
+
+/// 8-bit strings, likewise by their weights; '*' and '?' are the wildcards. 0xFF is not the last byte there but for raw
+/// strings: a pattern's high key goes on with the byte that weighs most.
+VQTM_BOUNDS_FUNCTION(VqIString)
+VQTM_BOUNDS_FUNCTION(VqCaseIString)  ///< by the weights that the key's flags choose
+
 #undef VQTM_BOUNDS_FUNCTION
 
 // The nullable scalars' VqNullSlots<>::EvalAndBound belongs to this family: values lie as those of the plain scalar,

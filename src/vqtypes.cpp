@@ -153,6 +153,7 @@ constexpr VqTypeDescriptor StringFamily() {
     row.sizeGet = StringSizeGet;
     row.sizeGetFromMemFile = StringSizeGetFromMemFile;
     row.compare = StringCompare;
+    row.evalAndBound = StringEvalAndBound;
     row.hash = StringHash;
     row.translate = vq::Translate<VqString, StringStore, StringLoad>;
     row.isNull = vq::StringSlots::IsNull;
@@ -176,7 +177,7 @@ constexpr VqTypeDescriptor LifeNullAndText() {
     return row;
 }
 
-#define VALUE_FAMILY(Value, Name, Slots, Bounds)                       \
+#define VALUE_FAMILY(Value, Name, Slots)                               \
     [] {                                                               \
         VqTypeDescriptor row = LifeNullAndText<Value, Slots>();        \
         row.store = Name##Store;                                       \
@@ -185,28 +186,27 @@ constexpr VqTypeDescriptor LifeNullAndText() {
         row.sizeGet = Name##SizeGet;                                   \
         row.sizeGetFromMemFile = Name##SizeGetFromMemFile;             \
         row.compare = Name##Compare;                                   \
-        row.evalAndBound = Bounds;                                     \
+        row.evalAndBound = Name##EvalAndBound;                         \
         row.hash = Name##Hash;                                         \
         row.translate = vq::Translate<Value, Name##Store, Name##Load>; \
         return row;                                                    \
     }()
 
-constexpr VqTypeDescriptor dateFamily = VALUE_FAMILY(VqDate, Date, vq::DateSlots, DateEvalAndBound);
-constexpr VqTypeDescriptor timeFamily = VALUE_FAMILY(VqTime, Time, vq::TimeSlots, TimeEvalAndBound);
-constexpr VqTypeDescriptor dateTimeFamily = VALUE_FAMILY(VqDateTime, DaTime, vq::DateTimeSlots, DaTimeEvalAndBound);
-constexpr VqTypeDescriptor int64Family = VALUE_FAMILY(VqInt64, Int64, vq::Int64Slots, Int64EvalAndBound);
-constexpr VqTypeDescriptor blobFamily = VALUE_FAMILY(VqBlob, Blob, vq::BlobSlots, BlobEvalAndBound);
-constexpr VqTypeDescriptor booleanFamily = VALUE_FAMILY(VqBoolean, Boolean, vq::BooleanSlots, BooleanEvalAndBound);
-constexpr VqTypeDescriptor sealFamily = VALUE_FAMILY(VqSeal, Seal, vq::SealSlots, SealEvalAndBound);
+constexpr VqTypeDescriptor dateFamily = VALUE_FAMILY(VqDate, Date, vq::DateSlots);
+constexpr VqTypeDescriptor timeFamily = VALUE_FAMILY(VqTime, Time, vq::TimeSlots);
+constexpr VqTypeDescriptor dateTimeFamily = VALUE_FAMILY(VqDateTime, DaTime, vq::DateTimeSlots);
+constexpr VqTypeDescriptor int64Family = VALUE_FAMILY(VqInt64, Int64, vq::Int64Slots);
+constexpr VqTypeDescriptor blobFamily = VALUE_FAMILY(VqBlob, Blob, vq::BlobSlots);
+constexpr VqTypeDescriptor booleanFamily = VALUE_FAMILY(VqBoolean, Boolean, vq::BooleanSlots);
+constexpr VqTypeDescriptor sealFamily = VALUE_FAMILY(VqSeal, Seal, vq::SealSlots);
 
-constexpr VqTypeDescriptor stdDateFamily = VALUE_FAMILY(d_Date, d_Date, vq::StdDateSlots<d_Date>, d_DateEvalAndBound);
-constexpr VqTypeDescriptor stdTimeFamily = VALUE_FAMILY(d_Time, d_Time, vq::StdDateSlots<d_Time>, d_TimeEvalAndBound);
-constexpr VqTypeDescriptor stdTimestampFamily =
-    VALUE_FAMILY(d_Timestamp, d_Timestamp, vq::StdDateSlots<d_Timestamp>, d_TimestampEvalAndBound);
+constexpr VqTypeDescriptor stdDateFamily = VALUE_FAMILY(d_Date, d_Date, vq::StdDateSlots<d_Date>);
+constexpr VqTypeDescriptor stdTimeFamily = VALUE_FAMILY(d_Time, d_Time, vq::StdDateSlots<d_Time>);
+constexpr VqTypeDescriptor stdTimestampFamily = VALUE_FAMILY(d_Timestamp, d_Timestamp, vq::StdDateSlots<d_Timestamp>);
 
-constexpr VqTypeDescriptor istringFamily = VALUE_FAMILY(VqIString, VqIString, vq::IStringSlots<VqIString>, nothing);
+constexpr VqTypeDescriptor istringFamily = VALUE_FAMILY(VqIString, VqIString, vq::IStringSlots<VqIString>);
 constexpr VqTypeDescriptor caseIStringFamily =
-    VALUE_FAMILY(VqCaseIString, VqCaseIString, vq::IStringSlots<VqCaseIString>, nothing);
+    VALUE_FAMILY(VqCaseIString, VqCaseIString, vq::IStringSlots<VqCaseIString>);
 
 #undef VALUE_FAMILY
 
@@ -358,6 +358,7 @@ constexpr VqTypeDescriptor LegacyStringRow() {
     row.sizeGet = LegacyStringSizeGet;
     row.sizeGetFromMemFile = LegacyStringSizeGetFromMemFile;
     row.compare = LegacyStringCompare;
+    row.evalAndBound = LegacyStringEvalAndBound;
     row.hash = LegacyStringHash;
     row.translate = vq::Translate<VqString, LegacyStringStore, StringLoad>;
     row.isNull = nothing;

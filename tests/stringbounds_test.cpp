@@ -1,0 +1,545 @@
+// Bounds of strings: estimates against the truth of word lists, and the ends of ranges against comparison.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "multibyte.h"
+#include "testsupport.h"
+#include "vqchar.h"
+#include "vqistring.h"
+#include "vqslots.h"
+#include "vqtypcmp.h"
+#include "vqtypevl.h"
+
+using namespace vqtest;
+
+namespace {
+
+constexpr unsigned short Equal = VqOperator_Equal, Less = VqOperator_Less, Greater = VqOperator_Greater;
+constexpr unsigned short Wildcard = VqOperator_Wildcard;
+constexpr unsigned char BothOrders[] = {VqFormat_LittleEndian, VqFormat_BigEndian};
+
+using Record = std::vector<unsigned char>;
+
+Record RecordOf(const VqString& string, unsigned char format) {
+    Record record(StringSizeGet(&string, VqFormat_Memory, format, 1));
+    StringStore(record.data(), &string, format, 1);
+    return record;
+}
+
+Record RecordOf(unsigned char flags, const std::string& text, unsigned char format) {
+    const auto length = static_cast<unsigned char>(text.size());
+    const unsigned char high = static_cast<unsigned char>(text.size() >> 8);
+    Record record(3 + text.size());
+    record[0] = flags;
+    record[format == VqFormat_BigEndian ? 2 : 1] = length;
+    record[format == VqFormat_BigEndian ? 1 : 2] = high;
+    std::copy(text.begin(), text.end(), record.begin() + 3);
+    return record;
+}
+
+// The functions of one row, asked about keys in blocks of exactly their size.
+struct Row {
+    const char* name;
+    VqEvalAndBoundFunc bound;
+    VqCompareFunc compare;
+
+    int Compare(const Record& a, const Record& b, unsigned short op, unsigned char format) const {
+        const Block first(a.data(), a.size()), second(b.data(), b.size());
+        int status;
+        return Sign(compare(format, a.size(), first.Get(), b.size(), second.Get(), op, 1, status));
+    }
+    double Estimate(const Record& low, const Record& high, unsigned short operators, const Record& key,
+                    unsigned char format) const {
+        const Block lowBlock(low.data(), low.size()), highBlock(high.data(), high.size()),
+            block(key.data(), key.size());
+        VqIdxBounds bounds = {const_cast<unsigned char*>(lowBlock.Get()), const_cast<unsigned char*>(highBlock.Get()),
+                              static_cast<std::uint32_t>(low.size()), static_cast<std::uint32_t>(high.size())};
+        return bound(&bounds, operators, block.Get(), format, 1, nullptr);
+    }
+};
+
+constexpr Row stringRows[] = {{"VqString", StringEvalAndBound, StringCompare},
+                              {"legacy", LegacyStringEvalAndBound, LegacyStringCompare}};
+constexpr Row byteRows[] = {{"VqIString", VqIStringEvalAndBound, VqIStringCompare},
+                            {"VqCaseIString", VqCaseIStringEvalAndBound, VqCaseIStringCompare}};
+
+// The range that a predicate leaves to be scanned.
+struct Range {
+    Record low, high;
+    bool hasLow, hasHigh;
+    unsigned short operators;
+
+    Range(const Row& row, unsigned short asked, const Record& key, unsigned char format, unsigned long count = 1)
+        : operators(asked) {
+        const Block block(key.data(), key.size());
+        VqIdxBounds bounds;
+        row.bound(nullptr, operators, block.Get(), format, count, &bounds);
+        hasLow = Take(bounds.lowKey, bounds.lowKeyLength, low);
+        hasHigh = Take(bounds.highKey, bounds.highKeyLength, high);
+        VqFreeBounds(bounds);
+        EXPECT_LE(low.size(), VqINDEX_MAX_KEYLEN);
+        EXPECT_LE(high.size(), VqINDEX_MAX_KEYLEN);
+    }
+    bool Holds(const Row& row, const Record& text, unsigned short op, unsigned char format) const {
+        return row.compare != nullptr && row.Compare(text, low, op, format) >= 0 &&
+               row.Compare(text, high, op, format) <= 0;
+    }
+
+  private:
+    static bool Take(const void* key, std::uint32_t length, Record& to) {
+        const auto* const bytes = static_cast<const unsigned char*>(key);
+        if (bytes != nullptr) to.assign(bytes, bytes + length);
+        return bytes != nullptr;
+    }
+};
+
+// --- The estimate and the truth
+
+struct WordList {
+    const char* file;  // in /usr/share/dict
+    unsigned char language;
+    double mostError;
+};
+
+// Strings of every so many lines, in UTF-8 or ISO 8859-1, so that there are no more than `most`.
+std::vector<VqString> ReadWords(const WordList& list, std::size_t most) {
+    std::ifstream file(std::string("/usr/share/dict/") + list.file, std::ios::binary);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(file, line);) lines.push_back(line);
+    std::vector<VqString> words;
+    for (std::size_t i = 0; i < lines.size(); i += lines.size() / most + 1) {
+        VqString word(253, list.language);
+        if (VqMBS2VqString(lines[i].c_str(), word, static_cast<long>(lines[i].size())) < 0) {
+            word = In(2, lines[i], list.language);
+        }
+        word.MapToCodeSet(1);
+        word.SetLanguage(list.language);
+        if (word.Len() != 0 && word.Find('?') < 0) words.push_back(word);
+    }
+    std::sort(words.begin(), words.end(),
+              [](const VqString& a, const VqString& b) { return a.Compare(b, -1, VqCmp_Exact) < 0; });
+    return words;
+}
+
+class SortedWords {
+  public:
+    explicit SortedWords(std::vector<VqString> words) : words_(std::move(words)) {}
+
+    std::size_t Count() const { return words_.size(); }
+    const VqString& operator[](std::size_t i) const { return words_[i]; }
+    // The part of the words that compare as one of the operators asks.
+    double Truth(unsigned short operators, const VqString& key, unsigned short op) const {
+        const auto selected = std::count_if(words_.begin(), words_.end(), [&](const VqString& word) {
+            const int sign = Sign(word.Compare(key, -1, op));
+            return operators & (sign < 0 ? Less : sign > 0 ? Greater : Equal);
+        });
+        return static_cast<double>(selected) / static_cast<double>(Count());
+    }
+    double Estimate(unsigned short operators, const VqString& key) const {
+        return stringRows[0].Estimate(RecordOf(words_.front(), 2), RecordOf(words_.back(), 2), operators,
+                                      RecordOf(key, 2), 2);
+    }
+
+  private:
+    std::vector<VqString> words_;
+};
+
+// How far the estimate of one random predicate is from the truth.
+double ErrorOfOne(const SortedWords& words, unsigned kind, std::mt19937& random) {
+    const VqString &a = words[random() % words.Count()], &b = words[random() % words.Count()];
+    if (kind == 0) return words.Estimate(Less, a) - words.Truth(Less, a, VqCmp_Exact);
+    if (kind == 1) return words.Estimate(Greater, a) - words.Truth(Greater, a, VqCmp_Exact);
+    if (kind == 2) {
+        const bool inOrder = a.Compare(b, -1, VqCmp_Exact) <= 0;
+        const VqString &low = inOrder ? a : b, &high = inOrder ? b : a;
+        return words.Estimate(Equal | Greater, low) + words.Estimate(Equal | Less, high) -
+               words.Truth(Equal | Greater, low, VqCmp_Exact) - words.Truth(Equal | Less, high, VqCmp_Exact);
+    }
+    VqString pattern = a;
+    pattern.Cut(static_cast<unsigned short>(1 + random() % 3), 20000);
+    pattern += VqString("*");
+    pattern.SetLanguage(a.GetLanguage());
+    return words.Estimate(Equal, pattern) - words.Truth(Equal, pattern, VqCmp_IgnoreCase | VqCmp_IgnoreAccents);
+}
+
+TEST(StringEstimates, AreNearTheTruthOfWordLists) {
+    constexpr WordList lists[] = {
+        {"ngerman", 2, 0.03}, {"ngerman", 0, 0.05}, {"american-english", 1, 0.03}, {"french", 3, 0.03},
+        {"spanish", 4, 0.03}, {"swedish", 8, 0.03}, {"danish", 10, 0.03},          {"polish", 13, 0.05},
+    };
+    int found = 0;
+    for (const WordList& list : lists) {
+        SCOPED_TRACE(std::string(list.file) + " in language " + std::to_string(list.language));
+        const SortedWords words(ReadWords(list, 10000));
+        if (words.Count() == 0) continue;
+        ++found;
+        std::mt19937 random(7);
+        double sum = 0;
+        for (unsigned i = 0; i < 200; ++i) sum += std::abs(ErrorOfOne(words, i % 4, random));
+        if (std::getenv("VQTM_REPORT")) std::printf("%s %d %.4f\n", list.file, list.language, sum / 200);
+        EXPECT_LT(sum / 200, list.mostError);
+    }
+    if (found == 0) GTEST_SKIP() << "no word lists here (Debian's wngerman and others)";
+}
+
+// --- Laws of estimates
+
+// Random texts of a few characters that have much in common.
+struct Alphabet {
+    unsigned char codeSet, language;
+    std::u16string characters;
+
+    VqString Text(const std::u16string& units) const {
+        if (codeSet == 0) return In(0, std::string(units.begin(), units.end()));
+        VqString text = Wide(units);
+        text.SetLanguage(language);
+        text.MapToCodeSet(codeSet);
+        return text;
+    }
+    std::u16string Some(std::mt19937& random, std::size_t most) const {
+        std::u16string units(random() % (most + 1), 0);
+        for (char16_t& unit : units) unit = characters[random() % characters.size()];
+        return units;
+    }
+};
+
+const Alphabet alphabets[] = {
+    {1, 2, u"sSß\u00E4aAeæz"},                                           // expansions
+    {12, 16, u"cszdyCSZ"},                                               // contractions, one of them the last letter
+    {1, 10, u"aåAæb"},                                                   // a contraction equal to a letter
+    {253, 0, u"aß1½ \uAC00\uAC01\uAC1B\u4E2D\uE000\uE001\uF8FF\uFAFF"},  // syllables with a second order
+    {228, 23, u"a\uAC00\uAC01\uAC1B\u4E2D"},
+    {13, 18, u"\u0430\u0431\u044F\u0451az9"},
+    {0, 0, u"aAbÿþ0_~"},
+};
+
+const std::string byteTexts =
+    "sS\xDFoe\x9C\x8CzZ\xDE\x9E\xFF"
+    "1";
+
+double Total(const Row& row, const Record& low, const Record& high, const Record& key, unsigned char format) {
+    return row.Estimate(low, high, Less, key, format) + row.Estimate(low, high, Equal, key, format) +
+           row.Estimate(low, high, Greater, key, format);
+}
+
+// Keys in their order have growing estimates, within 0 and 1, that add up to everything.
+void ExpectGrowing(const Row& row, std::vector<Record> keys, unsigned char format) {
+    std::sort(keys.begin(), keys.end(),
+              [&](const Record& a, const Record& b) { return row.Compare(a, b, VqCmp_Exact, format) < 0; });
+    const std::size_t ends[][2] = {{0, keys.size() - 1}, {keys.size() / 4, keys.size() / 2}};
+    for (const auto& [first, last] : ends) {
+        double before = 0;
+        for (const Record& key : keys) {
+            SCOPED_TRACE(Hex(key.data(), key.size()));
+            const double less = row.Estimate(keys[first], keys[last], Less, key, format);
+            ASSERT_GE(less, before - 1e-9);
+            ASSERT_LE(less, 1);
+            ASSERT_NEAR(Total(row, keys[first], keys[last], key, format), 1, 1e-6);
+            before = less;
+        }
+        ASSERT_GT(before, 0.99);
+    }
+}
+
+TEST(StringEstimates, GrowInTheOrderOfKeys) {
+    std::mt19937 random(11);
+    for (const unsigned char format : BothOrders) {
+        for (const Alphabet& alphabet : alphabets) {
+            SCOPED_TRACE(static_cast<int>(alphabet.codeSet));
+            std::vector<Record> keys;
+            VqString null;
+            null.SetNullValue();
+            keys.push_back(RecordOf(null, format));
+            for (int i = 0; i < 400; ++i) keys.push_back(RecordOf(alphabet.Text(alphabet.Some(random, 6)), format));
+            for (const Row& row : stringRows) ExpectGrowing(row, keys, format);
+        }
+        for (const Row& row : byteRows) {
+            for (const auto flags : std::initializer_list<unsigned char>{0, 0x80}) {
+                std::vector<Record> keys;
+                for (int i = 0; i < 400; ++i) {
+                    std::string text(1 + random() % 5, 0);
+                    for (char& c : text) c = static_cast<char>(random() % 255 + 1);
+                    std::replace_if(
+                        text.begin(), text.end(), [](char c) { return std::strchr("*?\xDF\x9C\x8C", c); }, 'x');
+                    keys.push_back(RecordOf(flags, text, format));
+                }
+                ExpectGrowing(row, keys, format);
+            }
+        }
+    }
+}
+
+TEST(StringEstimates, AtAndBeyondTheEndsOfAnIndex) {
+    struct Case {
+        const char *low, *high;  // null: the null string
+        unsigned short operators;
+        const char* key;
+        double least, most;
+    };
+    const Case cases[] = {
+        {"b", "y", Less, "a", 0, 0},
+        {"b", "y", Greater, "a", 1, 1},
+        {"b", "y", Less, "z", 1, 1},
+        {"b", "y", Equal, "z", 0, 0},
+        {"b", "y", Less | Greater, "m", 0.9, 1},
+        {"b", "y", 0, "m", 0, 0},
+        {"b", "y", Equal, "m*", 0.02, 0.1},
+        {"b", "y", Less, "m*", 0.3, 0.6},
+        {"b", "y", Equal, "*m", 1, 1},
+        {"common a", "common z", Equal, "com*", 1, 1},
+        {"m", "m", Equal, "m", 1, 1},
+        {"m", "m", Greater, "a", 1, 1},
+        {"m", "m", Equal, "ma", 0, 0},
+        {"y", "b", Equal, "m", 0, 0},
+        {"y", "b", Greater, "*", 0, 0},
+        {nullptr, "z", Equal, nullptr, 0.001, 0.1},
+        {nullptr, "z", Less, "", 0.001, 0.1},
+        {"a", "z", Less, nullptr, 0, 0},
+        {"a", "z", Greater, nullptr, 1, 1},
+        {nullptr, nullptr, Equal, nullptr, 1, 1},
+        {"10000", "99999", Less, "55000", 0.45, 0.55},
+    };
+    const auto key = [](const char* text) {
+        VqString string(text != nullptr ? text : "");
+        if (text == nullptr) string.SetNullValue();
+        return RecordOf(string, 1);
+    };
+    AssertRecorder assertions;
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::string(c.low ? c.low : "null") + " " + (c.key ? c.key : "null"));
+        const double estimate = stringRows[0].Estimate(key(c.low), key(c.high), c.operators, key(c.key), 1);
+        EXPECT_GE(estimate, c.least);
+        EXPECT_LE(estimate, c.most);
+    }
+    EXPECT_TRUE(assertions.Lines().empty());
+}
+
+// What an index's own keys claim is not believed beyond their lengths.
+TEST(StringEstimates, SurviveBoundsThatAreCutOrCorrupt) {
+    const Record whole = RecordOf(In(1, "lower", 9), 1), key = RecordOf(VqString("m?"), 1);
+    const Record bytes = RecordOf(0, "lower", 1), byteKey = RecordOf(0, "m?", 1);
+    const auto expectSane = [](const Row& row, const Record& low, const Record& own) {
+        for (const unsigned short operators : {Equal, Less, Greater}) {
+            const double estimate =
+                row.Estimate(low, own, operators, own, 1) + row.Estimate(own, low, operators, own, 1);
+            ASSERT_TRUE(estimate >= 0 && estimate <= 2) << Hex(low.data(), low.size());
+        }
+    };
+    for (const auto& [rows, low, own] : {std::tuple(stringRows, whole, key), std::tuple(byteRows, bytes, byteKey)}) {
+        for (int i = 0; i < 2; ++i) {
+            for (std::size_t size = 0; size <= low.size(); ++size)
+                expectSane(rows[i], {low.begin(), low.begin() + static_cast<long>(size)}, own);
+            for (std::size_t at = 0; at < low.size(); ++at) {
+                for (unsigned value = 0; value < 256; ++value) {
+                    Record corrupt = low;
+                    corrupt[at] = static_cast<unsigned char>(value);
+                    expectSane(rows[i], corrupt, own);
+                }
+            }
+        }
+    }
+}
+
+// --- Ranges
+
+// Whatever a pattern matches lies between its ends, under the same levels.
+TEST(StringRanges, HoldAllThatMatches) {
+    std::mt19937 random(5);
+    for (const Alphabet& alphabet : alphabets) {
+        SCOPED_TRACE(static_cast<int>(alphabet.codeSet));
+        int matches = 0;
+        for (int round = 0; round < 4000; ++round) {
+            const unsigned char format = BothOrders[round % 2];
+            const Row& row = stringRows[round / 2 % 2];
+            const std::u16string beginning = alphabet.Some(random, 4);
+            const Record pattern =
+                RecordOf(alphabet.Text(beginning + (round % 5 ? u"*" : u"?") + alphabet.Some(random, 1)), format);
+            const Range range(row, Equal, pattern, format);
+            for (int i = 0; i < 8; ++i) {
+                VqString string = alphabet.Text((i % 2 ? beginning : u"") + alphabet.Some(random, 5));
+                if (i % 4 == 3 && alphabet.codeSet != 0) string.MapToCodeSet(253);
+                if (i == 0) string.SetNullValue();
+                const Record text = RecordOf(string, format);
+                for (const auto levels : std::initializer_list<unsigned short>{0, 0x20, 0x40, 0x60}) {
+                    if (row.Compare(text, pattern, levels, format) != 0) continue;
+                    ++matches;
+                    ASSERT_TRUE(range.Holds(row, text, static_cast<unsigned short>(levels | VqCmp_Exact), format))
+                        << Hex(pattern.data(), pattern.size()) << " matches " << Hex(text.data(), text.size())
+                        << " levels " << levels;
+                }
+            }
+        }
+        EXPECT_GT(matches, 1000);
+    }
+}
+
+TEST(StringRanges, OfEightBitStringsHoldAllThatMatches) {
+    std::mt19937 random(6);
+    const auto some = [&](std::size_t most) {
+        std::string text(random() % (most + 1), 0);
+        for (char& c : text) c = byteTexts[random() % byteTexts.size()];
+        return text;
+    };
+    for (const Row& row : byteRows) {
+        for (const auto flags : std::initializer_list<unsigned char>{0, 0x20, 0x80}) {
+            int matches = 0;
+            for (int round = 0; round < 4000; ++round) {
+                const unsigned char format = BothOrders[round % 2];
+                const std::string beginning = some(3);
+                const Record pattern = RecordOf(flags, beginning + (round % 5 ? "*" : "?") + some(1), format);
+                const Range range(row, Equal, pattern, format);
+                for (int i = 0; i < 6; ++i) {
+                    const Record text = RecordOf(flags, (i % 2 ? beginning : "") + some(4), format);
+                    if (row.Compare(text, pattern, 0, format) != 0) continue;
+                    ++matches;
+                    ASSERT_TRUE(range.Holds(row, text, VqCmp_Exact, format))
+                        << Hex(pattern.data(), pattern.size()) << " matches " << Hex(text.data(), text.size());
+                }
+            }
+            EXPECT_GT(matches, 1000);
+        }
+    }
+}
+
+// The ends are no wider than the beginning makes them.
+TEST(StringRanges, EndBehindWhatBeginsLikeThePattern) {
+    for (const auto codeSet : std::initializer_list<unsigned char>{0, 1, 13, 225, 253}) {
+        VqString pattern("abc*"), below("abb~"), above("abd");
+        for (VqString* const string : {&pattern, &below, &above}) string->MapToCodeSet(codeSet);
+        const Range range(stringRows[0], Equal, RecordOf(pattern, 1), 1);
+        EXPECT_EQ(range.operators, Equal | Wildcard);
+        EXPECT_LT(stringRows[0].Compare(RecordOf(below, 1), range.low, VqCmp_Exact, 1), 0) << int{codeSet};
+        EXPECT_GT(stringRows[0].Compare(RecordOf(above, 1), range.high, VqCmp_Exact, 1), 0) << int{codeSet};
+    }
+    const Range range(byteRows[0], Equal, RecordOf(0, "abc*", 1), 1);
+    EXPECT_GT(byteRows[0].Compare(RecordOf(0, "abd", 1), range.high, VqCmp_Exact, 1), 0);
+}
+
+TEST(StringRanges, OfPatternsAreRecordsInTheOrderOfTheFormat) {
+    struct Case {
+        unsigned char format;
+        const char *low, *high;
+    };
+    const Case cases[] = {
+        {1, "06 00 01 02 61 62 00 ff", "fc 00 fd 02 61 00 62 00 ff ff ff ff"},
+        {2, "00 06 01 02 61 62 00 ff", "00 fc fd 02 00 61 00 62 ff ff ff ff"},
+    };
+    for (const Case& c : cases) {
+        const Range range(stringRows[0], Equal, RecordOf(In(1, "ab?d", 2), c.format), c.format);
+        EXPECT_EQ(Hex(range.low.data(), range.low.size()), c.low);
+        EXPECT_EQ(Hex(range.high.data(), 12), c.high);
+        EXPECT_EQ(range.high.size(), VqINDEX_MAX_KEYLEN);
+    }
+    const Range native(stringRows[0], Equal, RecordOf(In(0, "ab*"), 1), 1);
+    EXPECT_EQ(Hex(native.high.data(), 8), "ff 00 00 00 61 62 ff ff");
+}
+
+TEST(StringRanges, TakeTheEndsThatTheOperatorsAskFor) {
+    struct Case {
+        const char* key;
+        unsigned short operators;
+        bool low, high;
+        unsigned short after;
+    };
+    const Case cases[] = {
+        {"a", Equal, true, true, Equal},
+        {"a", Less, false, true, Less},
+        {"a", 0x7FF0 | Greater | Equal, true, false, Greater | Equal},
+        {"a*", 0x8000 | Less, false, true, 0x8000 | Less | Wildcard},
+        {"a?b", Greater, true, false, Greater | Wildcard},
+        {"a*", Less | Greater, false, false, Less | Greater | Wildcard},
+    };
+    for (const Case& c : cases) {
+        for (const auto& [row, key] :
+             {std::pair(stringRows[0], RecordOf(VqString(c.key), 1)), std::pair(byteRows[1], RecordOf(0, c.key, 1))}) {
+            const Range range(row, c.operators, key, 1);
+            EXPECT_EQ(range.hasLow, c.low) << c.key;
+            EXPECT_EQ(range.hasHigh, c.high) << c.key;
+            EXPECT_EQ(range.operators, c.after) << c.key;
+            if (c.low && !(c.after & Wildcard)) {
+                EXPECT_EQ(range.low, key);
+            }
+        }
+    }
+}
+
+TEST(StringRanges, OfPatternsEndAtTheEscapeCharacter) {
+    VqString::SetEscape(VqChar('\\', 1, 0));
+    const Range range(stringRows[0], Equal, RecordOf(VqString("ab\\*c*"), 1), 1);
+    const bool holds = range.Holds(stringRows[0], RecordOf(VqString("ab*cd"), 1), VqCmp_Exact, 1);
+    VqString::SetEscape(VqChar(0, 1, 0));
+    EXPECT_TRUE(holds);
+    EXPECT_EQ(Hex(range.low.data() + 4, 4), "61 62 00 ff");
+}
+
+// A long key is clipped to one that is equal to the whole, and lies where it lies.
+TEST(StringRanges, ClipLongKeys) {
+    AssertRecorder assertions;
+    const auto legacy = [](std::size_t n) {
+        Record area = {static_cast<unsigned char>(n + 1), static_cast<unsigned char>((n + 1) >> 8)};
+        area.insert(area.end(), n, 'm');
+        area.push_back(0);
+        return area;
+    };
+    const auto wide = [](std::size_t n) { return RecordOf(Wide(std::u16string(n, u'm')), 1); };
+    const auto bytes = [](std::size_t n) { return RecordOf(In(1, std::string(n, 'm')), 1); };
+    const auto byteString = [](std::size_t n) { return RecordOf(0, std::string(n, 'm'), 1); };
+    struct Case {
+        Row row;
+        Record key, below, above;
+        std::size_t recorded;
+    };
+    const Record a = bytes(0), z = RecordOf(VqString("n"), 1);
+    const Case cases[] = {
+        {stringRows[0], bytes(248), a, z, 254},
+        {stringRows[0], bytes(249), a, z, 254},
+        {stringRows[0], bytes(60000), a, z, 254},
+        {stringRows[0], wide(124), a, z, 254},
+        {stringRows[0], wide(125), a, z, 254},
+        {stringRows[1], bytes(251), a, z, 254},
+        {stringRows[1], legacy(251), a, z, 254},
+        {stringRows[1], legacy(252), a, z, 254},
+        {stringRows[0], legacy(300), a, z, 254},
+        {byteRows[0], byteString(251), byteString(0), RecordOf(0, "n", 1), 254},
+        {byteRows[1], byteString(900), byteString(0), RecordOf(0, "n", 1), 254},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::string(c.row.name) + " " + std::to_string(c.key.size()));
+        const Range range(c.row, Equal, c.key, 1);
+        EXPECT_EQ(range.low.size(), c.recorded);
+        EXPECT_EQ(range.low, range.high);
+        EXPECT_EQ(c.row.Compare(c.key, range.low, VqCmp_Exact, 1), 0);
+        EXPECT_LT(c.row.Compare(c.below, range.low, VqCmp_Exact, 1), 0);
+        EXPECT_GT(c.row.Compare(c.above, range.low, VqCmp_Exact, 1), 0);
+    }
+    // Beginnings too long for a key, of letters that two characters spell: the high key ends between two of them.
+    for (const std::size_t n : {60U, 61U, 124U, 200U}) {
+        std::u16string beginning;
+        for (std::size_t i = 0; i < n; ++i) beginning += u"cs";
+        const Alphabet hungarian{12, 16, u"cs"};
+        for (const std::u16string shift : {u"", u"a"}) {
+            const Range range(stringRows[0], Equal, RecordOf(hungarian.Text(shift + beginning + u"*"), 1), 1);
+            EXPECT_TRUE(
+                range.Holds(stringRows[0], RecordOf(hungarian.Text(shift + beginning + u"csz"), 1), VqCmp_Exact, 1))
+                << n;
+        }
+    }
+    EXPECT_TRUE(assertions.Lines().empty());
+}
+
+TEST(StringRanges, OfArraysTakeAllElements) {
+    Record array = RecordOf(VqString("a"), 1);
+    const Record second = RecordOf(VqString(std::string(300, 'b').c_str()), 1);
+    array.insert(array.end(), second.begin(), second.end());
+    EXPECT_EQ(Range(stringRows[0], Equal, array, 1, 1).low.size(), 7U);
+    const Range both(stringRows[0], Equal, array, 1, 2);
+    EXPECT_EQ(both.low, Record(array.begin(), array.begin() + 254));
+}
+
+}  // namespace
