@@ -64,6 +64,7 @@ struct StoredKey {
     std::uint64_t word;
 };
 
+using vq::Order;  // of words
 // The difference of the highest bytes that differ.
 int Order(StoredKey a, StoredKey b) {
     const std::uint64_t differences = a.word ^ b.word;
@@ -83,10 +84,20 @@ bool BeginsWithNullClass(const void* keys) {
     return LoadWord<std::uint32_t>(static_cast<const unsigned char*>(keys)) == 0xFFFF'FFFF;
 }
 
+// Most calls bring one key.
+template <class Element>
+int CompareKeys(const Operands& operands, int& error) {
+    if (operands.count != 1 || operands.Readable(Element::Size) != 1) [[unlikely]]
+        return CompareAll<Element>(operands, error);
+    error = VqStatus_Ok;
+    return Order(Element::Load(static_cast<const unsigned char*>(operands.value1)),
+                 Element::Load(static_cast<const unsigned char*>(operands.value2)));
+}
+
 template <class Id>
 int CompareIds(unsigned char format, const Operands& operands, int& error) {
-    if (format == VqFormat_Memory) return CompareAll<IdInMemory<Id>>(operands, error);
-    const int result = CompareAll<IdStored<Id>>(operands, error);
+    if (format == VqFormat_Memory) return CompareKeys<IdInMemory<Id>>(operands, error);
+    const int result = CompareKeys<IdStored<Id>>(operands, error);
     if constexpr (std::is_same_v<Id, VqClassId>) {
         if (result != 0 && BeginsWithNullClass(operands.value1)) return -1;
         if (result != 0 && BeginsWithNullClass(operands.value2)) return 1;
