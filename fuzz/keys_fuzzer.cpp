@@ -61,6 +61,7 @@ struct Input {
 
 // --- Laws
 
+// Numbers that are none have no order, and the zeros are equal.
 bool IsFloating(char id) {
     return id == VqTypeId_float || id == VqTypeId_double || id == VqTypeId_d_Interval || id == VqTypeId_VqNull_float ||
            id == VqTypeId_VqNull_double;
@@ -69,19 +70,31 @@ bool IsFloating(char id) {
 // A string in its record, not in an area of texts only.
 bool IsRecord(const Key& key) { return key.Size() >= 6 && key[key.Size() - 1] != 0; }
 
-// Swapped operands give the other sign, but for numbers that are none, and strings in which the first one's flags say
-// whether accents decide.
-bool IsAntisymmetric(const Input& in, const Key& a, const Key& b) {
-    if (in.id == VqTypeId_VqCaseIString) return in.count == 1 && a[0] == b[0];
-    return !IsFloating(in.id);
+// Booleans of other bytes than there are values.
+bool HasOddTruth(char id, const Key& key) {
+    if (id != VqTypeId_VqBoolean) return false;
+    for (unsigned long i = 0; i < key.Size(); ++i) {
+        if (key[i] > 1 && key[i] < 255) return true;
+    }
+    return false;
 }
 
-// Equal keys have equal codes, but for the zeros, and texts of several sets.
+bool IsLawful(const Input& in, const Key& a, const Key& b) {
+    return !IsFloating(in.id) && !HasOddTruth(in.id, a) && !HasOddTruth(in.id, b);
+}
+
+// Swapped operands give the other sign, but for strings in which the first one's flags say whether accents decide.
+bool IsAntisymmetric(const Input& in, const Key& a, const Key& b) {
+    if (in.id == VqTypeId_VqCaseIString) return in.count == 1 && a[0] == b[0];
+    return IsLawful(in, a, b);
+}
+
+// Equal keys have equal codes, but for texts of several sets.
 bool HashesByValue(const Input& in, const Key& a, const Key& b) {
     if (in.id == VqTypeId_VqString) {
         return in.count == 1 && IsRecord(a) && IsRecord(b) && a[2] == b[2] && a[3] == b[3];
     }
-    return !IsFloating(in.id);
+    return IsLawful(in, a, b);
 }
 
 void CompareAndHash(const Input& in, const Key& a, const Key& b) {
