@@ -205,6 +205,30 @@ class VQTM_API VqTypeMgr {
     std::uint16_t factoryLevel_;
 };
 
+// --- What is called for every key: in line, so that the only call is that of the row's function
+
+// Negative identifiers are large unsigned ones, so that one comparison covers all that have no row.
+inline VqTypeDescriptor& VqTypeMgr::Row(char id) const {
+    const auto row = static_cast<unsigned char>(id);
+    return *table_[row < VqTypeCount ? row : static_cast<unsigned char>(VqTypeId_illegal)];
+}
+
+inline long VqTypeMgr::Cmp(char id, const void* a, const void* b, unsigned short flags, unsigned long count,
+                           unsigned char format) const {
+    int status = VqStatus_Ok;
+    return Row(id).compare(format, 0, a, 0, b, flags, count, status);
+}
+
+inline long VqTypeMgr::Cmp(char id, unsigned long length1, const void* a, unsigned long length2, const void* b,
+                           unsigned short flags, unsigned long count, unsigned char format, int& status) const {
+    return Row(id).compare(format, length1, a, length2, b, flags, count, status);
+}
+
+inline unsigned long VqTypeMgr::Hash(char id, unsigned long length, const void* values, unsigned long count,
+                                     unsigned char format, int& status) const {
+    return Row(id).hash(format, length, values, count, status);
+}
+
 /// Returns the default manager for callers that have none of their own, and makes `manager` the new one unless it is
 /// null. From the library's start the default has the current table. The library's end, and detaching it
 /// (___VqTypemgrContext), delete whatever is the default then: install only what `new` made. The manager that is

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "equalelements.h"
 #include "keyelements.h"
 
 namespace vq {
@@ -20,6 +21,10 @@ struct Operands {
     unsigned long Readable(unsigned long size) const {
         return std::min({count, length1 == 0 ? count : length1 / size, length2 == 0 ? count : length2 / size});
     }
+    // One element, that both arrays hold.
+    bool AreOne(unsigned long size) const {
+        return count == 1 && (length1 == 0 || length1 >= size) && (length2 == 0 || length2 >= size);
+    }
     // The status where a comparison of elements that are `size` apart stopped: with the element `i`, or behind the
     // `readable` ones.
     int Status(unsigned long i, unsigned long readable, unsigned long size) const {
@@ -30,52 +35,33 @@ struct Operands {
     }
 };
 
-// Elements that are passed over together while they are equal: few enough to lose nothing, a power of two so that
-// compilers vectorise.
-constexpr unsigned long Block = 16;
-
 template <class Element>
-bool BlocksDiffer(const unsigned char* a, const unsigned char* b) {
-    WordOf<Element::Size> differences = 0;
-    for (unsigned long i = 0; i < Block * Element::Size; i += Element::Size) {
-        differences |= Element::Difference(a + i, b + i);
-    }
-    return differences != 0;
+int CompareAt(unsigned long i, const Operands& operands) {
+    return Order(Element::Load(static_cast<const unsigned char*>(operands.value1) + i * Element::Size),
+                 Element::Load(static_cast<const unsigned char*>(operands.value2) + i * Element::Size));
 }
 
-// The number of elements at the start that are known to be equal.
 template <class Element>
-unsigned long EqualBlocks(const unsigned char* a, const unsigned char* b, unsigned long count) {
+int CompareAll(const Operands& operands, int& error) {
+    const unsigned long readable = operands.Readable(Element::Size);
     unsigned long i = 0;
-    while (count - i >= Block && !BlocksDiffer<Element>(a + i * Element::Size, b + i * Element::Size)) i += Block;
-    return i;
-}
-
-// Compares element by element; those before `i` are known to be equal.
-template <class Element>
-int CompareFrom(unsigned long i, unsigned long readable, const Operands& operands, int& error) {
-    const unsigned char* const a = static_cast<const unsigned char*>(operands.value1);
-    const unsigned char* const b = static_cast<const unsigned char*>(operands.value2);
     int result = 0;
     for (; i < readable; ++i) {
-        result = Order(Element::Load(a + i * Element::Size), Element::Load(b + i * Element::Size));
+        result = CompareAt<Element>(i, operands);
         if (result != 0) break;
     }
     error = operands.Status(i, readable, Element::Size);
     return result;
 }
 
-template <class Element>
-int CompareAll(const Operands& operands, int& error) {
-    return CompareFrom<Element>(0, operands.Readable(Element::Size), operands, error);
-}
-
+// The same for elements that EqualElements knows.
 template <class Element>
 int CompareInBlocks(const Operands& operands, int& error) {
     const unsigned long readable = operands.Readable(Element::Size);
-    const unsigned long equal = EqualBlocks<Element>(static_cast<const unsigned char*>(operands.value1),
-                                                     static_cast<const unsigned char*>(operands.value2), readable);
-    return CompareFrom<Element>(equal, readable, operands, error);
+    const unsigned long i = EqualElements<Element>(static_cast<const unsigned char*>(operands.value1),
+                                                   static_cast<const unsigned char*>(operands.value2), readable);
+    error = operands.Status(i, readable, Element::Size);
+    return i < readable ? CompareAt<Element>(i, operands) : 0;
 }
 
 }  // namespace vq

@@ -34,10 +34,10 @@ constexpr std::uint16_t ByteSwap(std::uint16_t word) { return __builtin_bswap16(
 constexpr std::uint32_t ByteSwap(std::uint32_t word) { return __builtin_bswap32(word); }
 constexpr std::uint64_t ByteSwap(std::uint64_t word) { return __builtin_bswap64(word); }
 
-// Neither equal nor greater, as with values that are not numbers, gives -1.
+// Neither equal nor greater, as with values that are not numbers, gives -1. No branch: keys come in any order.
 template <class Value>
 int Order(Value a, Value b) {
-    return a == b ? 0 : a > b ? 1 : -1;
+    return (a > b) - !(a >= b);
 }
 
 template <class Word>
@@ -65,14 +65,12 @@ struct Scalar {
             return word;
         }
     }
-    // Not 0 when the elements are not equal. Integers need no conversion for that.
-    static Word Difference(const unsigned char* a, const unsigned char* b) {
-        if constexpr (std::is_floating_point_v<T>) {
-            return Load(a) != Load(b);
-        } else {
-            return LoadWord<Word>(a) ^ LoadWord<Word>(b);
-        }
-    }
+
+    // The four bytes that hold the exponent of a floating element, and its bits in them.
+    static constexpr bool IsFloating = std::is_floating_point_v<T>;
+    static constexpr unsigned long ExponentAt = Size == 8 && !Swapped ? 4 : 0;
+    static constexpr std::uint32_t ExponentBits = Size == 8 ? 0x7FF00000 : 0x7F800000;
+    static constexpr std::uint32_t Exponent = Swapped ? ByteSwap(ExponentBits) : ExponentBits;
 
   private:
     static constexpr Word InOrder(Word word) { return Swapped ? ByteSwap(word) : word; }
@@ -97,6 +95,10 @@ struct Nullable {
     Value value;
 };
 
+template <class Value>
+bool operator==(const Nullable<Value>& a, const Nullable<Value>& b) {
+    return a.isNull == b.isNull && (a.isNull || a.value == b.value);
+}
 template <class Value>
 int Order(const Nullable<Value>& a, const Nullable<Value>& b) {
     const int nullity = VqNullityClass(a.isNull, b.isNull);
@@ -123,6 +125,9 @@ struct StoredParts {
 template <class Parts>
 struct NullableElement : Parts {
     using Value = typename Parts::Value;
+    static constexpr bool IsFloating = Value::IsFloating;
+    static constexpr unsigned long ExponentAt = Parts::ValueAt + Value::ExponentAt;
+    static constexpr std::uint32_t Exponent = Value::Exponent;
     static auto Load(const unsigned char* at) {
         return Nullable<decltype(Value::Load(at))>{Parts::IsNull(at), Value::Load(at + Parts::ValueAt)};
     }

@@ -424,12 +424,6 @@ void VqTypeMgr::SetFactory(unsigned long version) {
 
 int VqTypeMgr::IsValidType(char id) const { return id < VqTypeCount || id >= FirstIllegalAlias; }
 
-// Negative identifiers are large unsigned ones, so that one comparison covers all that have no row.
-inline VqTypeDescriptor& VqTypeMgr::Row(char id) const {
-    const auto row = static_cast<unsigned char>(id);
-    return *table_[row < VqTypeCount ? row : static_cast<unsigned char>(VqTypeId_illegal)];
-}
-
 // --- Life of values
 
 void* VqTypeMgr::Create(char id, unsigned long count) const { return Row(id).create(count); }
@@ -495,15 +489,6 @@ unsigned long VqTypeMgr::Translate(char id, void* dst, unsigned char dstFormat, 
 
 // --- Keys
 
-long VqTypeMgr::Cmp(char id, const void* a, const void* b, unsigned short flags, unsigned long count,
-                    unsigned char format) const {
-    int status = VqStatus_Ok;
-    return Row(id).compare(format, 0, a, 0, b, flags, count, status);
-}
-long VqTypeMgr::Cmp(char id, unsigned long length1, const void* a, unsigned long length2, const void* b,
-                    unsigned short flags, unsigned long count, unsigned char format, int& status) const {
-    return Row(id).compare(format, length1, a, length2, b, flags, count, status);
-}
 VqCompareFunc VqTypeMgr::CmpFuncPtrGet(char id) const { return Row(id).compare; }
 
 float VqTypeMgr::EvalAndBound(char id, VqIdxBounds* indexBounds, unsigned short& operators, const void* key,
@@ -511,11 +496,6 @@ float VqTypeMgr::EvalAndBound(char id, VqIdxBounds* indexBounds, unsigned short&
     constexpr double Most = std::numeric_limits<float>::max();
     const double estimate = Row(id).evalAndBound(indexBounds, operators, key, format, count, scanBounds);
     return static_cast<float>(std::min(estimate, Most));
-}
-
-unsigned long VqTypeMgr::Hash(char id, unsigned long length, const void* values, unsigned long count,
-                              unsigned char format, int& status) const {
-    return Row(id).hash(format, length, values, count, status);
 }
 
 // --- Conversion
