@@ -169,6 +169,47 @@ class Texts(unittest.TestCase):
                 self.assertTrue(lines[0].startswith(f"{row['name']}, type {row['id']}: "))
 
 
+class Keys(unittest.TestCase):
+    # Values that memory tells apart in another way than keys on disk do.
+    PARTED = {"VqRef", "d_Time", "d_Timestamp"}
+
+    def rows(self, *operations):
+        return [row for row in rows_of(self) if is_able(row) and set(operations) <= set(row["does"])]
+
+    def test_sorted_values_compare_and_hash_as_they_stand(self):
+        for row in self.rows("compare", "hash"):
+            name = row["name"]
+            values = [value for value in VALUES[name] if "\n" not in value] + ["{NULL}"] * row["null"]
+            status, output, errors = run("sort", name, "-", "--unique", *["--code-set=1"] * (name == "VqString"),
+                                         stdin="".join(f"{value}\n" for value in values).encode())
+            self.assertEqual((0, ""), (status, errors), name)
+            ordered = output.decode("utf-8")[:-1].split("\n")
+            self.assertEqual(row["null"], ordered[0] == "{NULL}", ordered)
+            for a, b in zip(ordered, ordered[1:]):
+                with self.subTest(name, a=a, b=b):
+                    results = {form["form"]: form["result"] for form in json.loads(
+                        succeed(self, "compare", name, "--json", "--", a, b))["forms"]}
+                    forms = ["little"] if name in self.PARTED or name.endswith("Id") else list(results)
+                    self.assertTrue(all(results[form] < 0 for form in forms), results)
+            for code in json.loads(succeed(self, "hash", name, "--json", "--", *values)):
+                self.assertEqual(code["memory"], code["little"], (name, code))
+
+    def test_estimates_are_fractions_that_grow_with_the_key(self):
+        for row in self.rows("compare", "bounds"):
+            name = row["name"]
+            values = [value for value in VALUES[name] if len(value) < 200 and "nan" not in value]
+            stdin = "".join(f"{value}\n" for value in values).encode()
+            ordered = run("sort", name, "-", "--unique", stdin=stdin)[1].decode("utf-8")[:-1].split("\n")
+            last = 0
+            for key in ordered:
+                with self.subTest(name, key=key):
+                    answer = json.loads(succeed(self, "estimate", name, "--json", "--op", "<=", "--low=" + ordered[0],
+                                                "--high=" + ordered[-1], "--", key))
+                    self.assertTrue(last <= answer["estimate"] <= 1, answer)
+                    self.assertIsNone(answer["scan"]["low"])
+                    last = answer["estimate"]
+
+
 class HostileBytes(unittest.TestCase):
     def test_no_prefix_is_taken_for_the_whole(self):
         cases = [("VqString", ["ab", "c"], {8, 15}), ("double", ["1"], {8}), ("VqNull_long", ["1", "{NULL}"], {5, 10}),

@@ -16,14 +16,18 @@ void AddShowCommand(CLI::App& program);
 void AddPrintCommand(CLI::App& program);
 void AddScanCommand(CLI::App& program);
 void AddConvertCommand(CLI::App& program);
+void AddCompareCommand(CLI::App& program);
+void AddHashCommand(CLI::App& program);
+void AddEstimateCommand(CLI::App& program);
 void AddSortCommand(CLI::App& program);
 void AddCollateCommand(CLI::App& program);
 void AddCodeSetsCommand(CLI::App& program);
 void AddLanguagesCommand(CLI::App& program);
 void AddDemoCommand(CLI::App& program);
 
-/// The parser would take an argument like [a,b] or {} for a list, and cannot go on with values behind `--`. A zero
-/// character in front, which no argument can hold, makes such arguments plain text.
+/// The parser would take an argument like [a,b] or {} for a list, the next argument for the value of `--low=`, and
+/// cannot go on with values behind `--`. A zero character in front, which no argument can hold, makes such arguments
+/// plain text.
 std::vector<std::string> ShieldedArguments(const std::vector<std::string>& arguments);
 std::string Unshielded(const std::string& argument);
 

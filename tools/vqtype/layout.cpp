@@ -84,6 +84,8 @@ constexpr Part nullInt64Memory[] = {PART(VqNull_VqInt64, "low half", value.low),
     {"zone hours", 0, 1, Signed}, { "zone minutes", 0, 1, Signed }
 #define HALVES \
     {"low half", 0, 4, Unsigned}, { "high half", 0, 4, Signed }
+#define OBJECT \
+    {"block", 0, 4, Unsigned}, {"low", 0, 4, Unsigned}, { "high", 0, 2, Unsigned }
 #define INDICATOR \
     { "null", 0, 1, Unsigned }
 
@@ -101,6 +103,9 @@ constexpr Part standardTimeDisk[] = {ZONE, CLOCK, {"hundredths", 0, 1, Signed}};
 constexpr Part timestampDisk[] = {DATE, ZONE, CLOCK, {"hundredths", 0, 1, Signed}};
 constexpr Part int64Disk[] = {HALVES};
 constexpr Part sealDisk[] = {{"high", 0, 2, HighFirst}, {"middle", 0, 2, HighFirst}, {"low", 0, 2, HighFirst}};
+constexpr Part objectDisk[] = {OBJECT};
+constexpr Part classDisk[] = {{"class", 0, 2, Unsigned}, {"version", 0, 2, Unsigned}};
+constexpr Part refDisk[] = {OBJECT, {"database", 0, 2, Unsigned}, {"class", 0, 2, Unsigned}};
 constexpr Part null1Disk[] = {INDICATOR, {"value", 0, 1}};
 constexpr Part null2Disk[] = {INDICATOR, {"value", 0, 2}};
 constexpr Part null4Disk[] = {INDICATOR, {"value", 0, 4}};
@@ -111,6 +116,7 @@ constexpr Part nullInt64Disk[] = {INDICATOR, HALVES};
 #undef CLOCK
 #undef ZONE
 #undef HALVES
+#undef OBJECT
 #undef INDICATOR
 
 // --- Rows: every row that is not here has one part, the value
@@ -125,9 +131,9 @@ constexpr RowParts rows[] = {
     {VqTypeId_VqString, stringMemory, stringDisk},
     {VqTypeId_VqDate, dateMemory, dateDisk},
     {VqTypeId_VqTime, timeMemory, timeDisk},
-    {VqTypeId_VqObjId, objectMemory, {}},
-    {VqTypeId_VqClassId, classMemory, {}},
-    {VqTypeId_VqRef, refMemory, {}},
+    {VqTypeId_VqObjId, objectMemory, objectDisk},
+    {VqTypeId_VqClassId, classMemory, classDisk},
+    {VqTypeId_VqRef, refMemory, refDisk},
     {VqTypeId_VqBlob, blobMemory, blobDisk},
     {VqTypeId_VqDateTime, dateTimeMemory, dateTimeDisk},
     {VqTypeId_VqIString, shortStringMemory, shortStringDisk},

@@ -61,6 +61,9 @@ void AddCommands(CLI::App& program) {
     AddPrintCommand(program);
     AddScanCommand(program);
     AddConvertCommand(program);
+    AddCompareCommand(program);
+    AddHashCommand(program);
+    AddEstimateCommand(program);
     AddSortCommand(program);
     AddCollateCommand(program);
     AddCodeSetsCommand(program);

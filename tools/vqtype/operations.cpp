@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "values.h"
+#include "vqtypevl.h"
 
 namespace {
 
@@ -43,22 +44,30 @@ bool DoesTranslate(VqTypeId id) {
            });
 }
 
-// A null row has an estimate of 0; a row that estimates gives a key without statistics its default.
+// A row that estimates gives an estimate without statistics, or at least makes the key both ends of the scan.
 bool DoesBounds(VqTypeId id) {
     if (!DoesSize(id) || !Does(id, "store")) return false;
     const ValueArray value(id, 1);
     const Bytes key = value.Store(VqFormat_LittleEndian);
-    unsigned short isEqual = 1;
-    return Manager().EvalAndBound(id, nullptr, isEqual, key.data(), VqFormat_LittleEndian, 1, nullptr, nullptr) != 0.0f;
+    unsigned short isEqual = VqOperator_Equal;
+    VqIdxBounds scan;
+    const float estimate =
+        Manager().EvalAndBound(id, nullptr, isEqual, key.data(), VqFormat_LittleEndian, 1, &scan, nullptr);
+    const bool isBounded = scan.lowKey != nullptr;
+    VqFreeBounds(scan);
+    return isBounded || estimate != 0.0f;
 }
+
+// The code of every 8-bit string is 0, as that of a row that does nothing; by intent, so that it counts.
+bool HashesToNothing(VqTypeId id) { return id == VqTypeId_VqIString || id == VqTypeId_VqCaseIString; }
 
 // A hash function misses the second of two elements where there is one; doing nothing misses nothing.
 bool DoesHash(VqTypeId id) {
-    return Responds(id, [id](void* value) {
-        int status = VqStatus_Ok;
-        Manager().Hash(id, Manager().MemLenGet(id, 1), value, 2, VqFormat_Memory, status);
-        return status == VqStatus_BufferEnd;
-    });
+    return HashesToNothing(id) || Responds(id, [id](void* value) {
+               int status = VqStatus_Ok;
+               Manager().Hash(id, Manager().MemLenGet(id, 1), value, 2, VqFormat_Memory, status);
+               return status == VqStatus_BufferEnd;
+           });
 }
 
 bool DoesConvertTo(VqTypeId id) {

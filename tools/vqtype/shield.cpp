@@ -8,6 +8,9 @@ std::vector<std::string> ShieldedArguments(const std::vector<std::string>& argum
             argument == "{}" || (argument.size() > 1 && argument.front() == '[' && argument.back() == ']');
         if (argument == "--" && !onlyValues) {
             onlyValues = true;
+        } else if (!onlyValues && argument.rfind("--", 0) == 0 && argument.find('=') == argument.size() - 1) {
+            shielded.push_back(argument.substr(0, argument.size() - 1));
+            shielded.emplace_back();
         } else {
             shielded.push_back((onlyValues || isList ? std::string(1, '\0') : "") + argument);
         }

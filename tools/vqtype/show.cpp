@@ -5,6 +5,7 @@
 #include "command.h"
 #include "diskform.h"
 #include "files.h"
+#include "keynotes.h"
 #include "layout.h"
 #include "operations.h"
 #include "table.h"
@@ -41,10 +42,10 @@ constexpr RowNotes Notes[] = {
      "year -32768, month and day -128", "2005-03-07"},
     {VqTypeId_VqTime, "a time of day to the second", "-128 to 127 in every part", "all three parts -128", "12:05:09"},
     {VqTypeId_BlockId, "a storage block", "#0 to #4294967295", nullptr, "#7"},
-    {VqTypeId_VqObjId, "an object within its database", "48 bits of number, 32 bits of block", "number 0", nullptr},
-    {VqTypeId_VqClassId, "a class and its version", "0 to 65535 each", "class and version 65535", nullptr},
+    {VqTypeId_VqObjId, "an object within its database", "48 bits of number, 32 bits of block", "number 0", "(1-42#7)"},
+    {VqTypeId_VqClassId, "a class and its version", "0 to 65535 each", "class and version 65535", "(12v3)"},
     {VqTypeId_VqRef, "an object in any database, and its class",
-     "48 bits of number, 32 bits of block, 0 to 65535 in every other part", "object number 0", nullptr},
+     "48 bits of number, 32 bits of block, 0 to 65535 in every other part", "object number 0", "(3:1-42#7, 12)"},
     {VqTypeId_VqBlob, "a sequence of bytes", "0 to 2147483647 bytes; the total stands once, in front of all values",
      "no record; length -1 on disk", "00ff2a"},
     {VqTypeId_VqDateTime, "a day of the calendar and a time of day",
@@ -106,7 +107,6 @@ void ShowMemory(VqTypeId id) {
 
 void ShowDisk(VqTypeId id) {
     const std::vector<Part> parts = DiskParts(id);
-    if (parts.empty()) return Write("\nOn disk: no form yet\n");
     const std::size_t size = Manager().IsFixed(id) ? parts.back().offset + parts.back().size : 0;
     Write(fmt::format("\nOn disk, {}:\n\n{}", size ? CountedBytes(size) : "as many bytes as the value takes",
                       DrawParts(parts, size, 2)));
@@ -119,6 +119,13 @@ std::string Operations(VqTypeId id, bool has) {
         if (operation->isDone(id) == has) list += (list.empty() ? "" : ", ") + std::string(operation->name);
     }
     return list.empty() ? "nothing" : list;
+}
+
+void ShowKeys(VqTypeId id) {
+    const KeyNotes& notes = KeyNotesOf(id);
+    Write("\nAs a key:\n\n" + Lines({{"  orders", std::string("  ") + notes.order},
+                                     {"  hashes", std::string("  ") + notes.hash},
+                                     {"  estimates", std::string("  ") + notes.estimate}}));
 }
 
 void ShowFacts(const RowNotes& notes) {
@@ -154,6 +161,7 @@ void Show(const std::string& type) {
         ShowDisk(notes.id);
     }
     ShowFacts(notes);
+    if (notes.id != VqTypeId_illegal) ShowKeys(notes.id);
     ShowExample(notes);
 }
 

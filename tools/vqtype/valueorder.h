@@ -1,5 +1,5 @@
 /// \file
-/// Sorting typed values by the manager's comparison.
+/// Sorting typed values by the manager's comparison of their keys on disk, as an index orders them.
 #ifndef VQTYPE_VALUEORDER_H
 #define VQTYPE_VALUEORDER_H
 

@@ -106,7 +106,7 @@ bool CanConvertTo(VqTypeId id) { return CanPrint(id) && Does(id, "convertTo"); }
 
 bool CanConvertFrom(VqTypeId id) { return CanPrint(id) && Does(id, "convertFrom"); }
 
-bool CanSort(VqTypeId id) { return Does(id, "create") && Does(id, "compare") && Does(id, "scan"); }
+bool CanSort(VqTypeId id) { return CanEncode(id) && Does(id, "compare"); }
 
 ValueArray::ValueArray(VqTypeId id, unsigned long count)
     : id_(id), count_(count), values_(Manager().Create(id, count)) {}
@@ -222,10 +222,6 @@ std::string ValueArray::Describe(unsigned long index) const {
 std::string ValueArray::PrintAll(const char* format, const TextOptions& options) const {
     const bool hasCodeSet = id_ == VqTypeId_VqString;
     return Print(hasCodeSet ? VqString(options.codeSet, options.language) : VqString(), Data(), format, count_);
-}
-
-long ValueArray::Compare(unsigned long a, unsigned long b) const {
-    return Manager().Cmp(id_, At(a), At(b), VqCmp_Exact, 1, VqFormat_Memory);
 }
 
 Bytes ValueArray::Store(unsigned char format, unsigned long first, unsigned long count) const {

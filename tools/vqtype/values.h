@@ -31,7 +31,7 @@ VqTypeId ParsePrintableType(const std::string& name, const char* done);
 /// True when the row's values have exchange texts, and when values can be made from such.
 bool CanConvertTo(VqTypeId id);
 bool CanConvertFrom(VqTypeId id);
-/// True when the row has an order of its own and can be scanned.
+/// True when the row has an order of its own, and values can be read and stored.
 bool CanSort(VqTypeId id);
 
 /// The UTF-8 text as the row scans it: strings as `options` say, all others in 1-byte characters. Throws CommandError,
@@ -84,9 +84,6 @@ class ValueArray {
     std::optional<std::string> ExchangeText(unsigned long index) const;
     /// Sets a value from such a text.
     void TakeExchangeText(unsigned long index, const VqString& text) const;
-
-    /// Negative, 0 or positive as the manager orders two values; no value is taken for a pattern.
-    long Compare(unsigned long a, unsigned long b) const;
 
     /// The disk form in the byte order of `format`, of all values or of one.
     Bytes Store(unsigned char format) const { return Store(format, 0, count_); }

@@ -1,0 +1,209 @@
+#include <fmt/format.h>
+
+#include <charconv>
+#include <memory>
+
+#include "command.h"
+#include "error.h"
+#include "files.h"
+#include "keys.h"
+#include "table.h"
+
+namespace {
+
+struct CompareOptions {
+    std::string type;
+    std::string texts[2];
+    std::string order;
+    std::string flags = "exact";
+    std::string codeSet = "1";
+    std::string language = "0";
+    unsigned lengths[2] = {0, 0};  // 0: whole
+    bool json = false;
+};
+
+// --- Flags
+
+struct FlagName {
+    std::string_view name;
+    unsigned short bits;
+};
+
+constexpr FlagName FlagNames[] = {
+    {"exact", VqCmp_Exact},
+    {"ignore-case", VqCmp_IgnoreCase},
+    {"ignore-accents", VqCmp_IgnoreAccents},
+    {"report", VqCmp_Report},
+    {"key-only", VqCmp_KeyOnly},
+    {"end-last", VqCmp_EndLast},
+    {"default", VqCmp_Default},
+    {"pattern", 0},
+};
+
+unsigned short ParseFlag(std::string_view text) {
+    for (const FlagName& flag : FlagNames) {
+        if (flag.name == text) return flag.bits;
+    }
+    unsigned short bits = 0;
+    const bool isHex = text.substr(0, 2) == "0x";
+    const char* end = text.data() + text.size();
+    const auto result = std::from_chars(text.data() + (isHex ? 2 : 0), end, bits, isHex ? 16 : 10);
+    if (!text.empty() && result.ec == std::errc() && result.ptr == end) return bits;
+    std::string names;
+    for (const FlagName& flag : FlagNames) names += fmt::format("{}, ", flag.name);
+    throw CommandError("--flags {}: expected {}or a number up to 65535 (0x10), several with commas between", Echo(text),
+                       names);
+}
+
+unsigned short ParseFlags(std::string_view text) {
+    unsigned short flags = 0;
+    for (;;) {
+        const std::size_t comma = text.find(',');
+        flags = static_cast<unsigned short>(flags | ParseFlag(text.substr(0, comma)));
+        if (comma == text.npos) return flags;
+        text.remove_prefix(comma + 1);
+    }
+}
+
+std::string DescribeFlags(unsigned short flags) {
+    if (flags == VqCmp_Default) return "the default operation";
+    std::string names;
+    for (const FlagName& flag : FlagNames) {
+        if (flag.bits != 0 && flag.bits != VqCmp_Default && (flags & flag.bits)) {
+            names += (names.empty() ? "" : ", ") + std::string(flag.name);
+        }
+    }
+    const bool isPattern = (flags & (VqCmp_Exact | VqCmp_KeyOnly)) == 0;
+    return (isPattern ? "pattern" : "") + std::string(isPattern && !names.empty() ? ", " : "") + names;
+}
+
+// --- Values
+
+std::unique_ptr<ValueArray> Operand(VqTypeId id, const std::string& text, const TextOptions& options,
+                                    const char* place) {
+    auto value = std::make_unique<ValueArray>(id, 1);
+    value->Scan(0, WithWildcards(id, text), options, place);
+    return value;
+}
+
+// --- Results
+
+struct FormResult {
+    KeyForm form;
+    Bytes keys[2];
+    Answer<long> answer;
+};
+
+struct Comparison {
+    const CompareOptions& options;
+    VqTypeId id;
+    unsigned short flags;
+    std::string texts[2];  // as values are told
+    std::string plainTexts[2];
+    std::vector<FormResult> results;
+};
+
+// The bytes that the comparison may read of a key; in memory there are none to be shown.
+Bytes CutKey(const Key& key, unsigned length, const char* option) {
+    Bytes bytes = key.Stored();
+    if (length == 0 || !key.IsStored()) return bytes;
+    if (length > bytes.size()) {
+        throw CommandError("{} {}: the key takes {} bytes", option, length, bytes.size());
+    }
+    bytes.resize(length);
+    return bytes;
+}
+
+Comparison CompareValues(const CompareOptions& options) {
+    const VqTypeId id = ParseKeyType(options.type, "compare", "compared", "order");
+    const TextOptions text{ParseCodeSet(options.codeSet), ParseLanguage(options.language)};
+    Comparison all{options, id, ParseFlags(options.flags), {}, {}, {}};
+    const auto a = Operand(id, options.texts[0], text, "A"), b = Operand(id, options.texts[1], text, "B");
+    all.texts[0] = DescribeKey(*a, options.texts[0]);
+    all.texts[1] = DescribeKey(*b, options.texts[1]);
+    all.plainTexts[0] = KeyText(*a, options.texts[0]);
+    all.plainTexts[1] = KeyText(*b, options.texts[1]);
+    for (const KeyForm& form : KeyFormsOf(options.order)) {
+        const Key key1(*a, form.format), key2(*b, form.format);
+        all.results.push_back(
+            {form,
+             {CutKey(key1, options.lengths[0], "--length1"), CutKey(key2, options.lengths[1], "--length2")},
+             CompareKeys(key1, key2, all.flags, options.lengths[0], options.lengths[1])});
+    }
+    return all;
+}
+
+const char* Relation(long result) { return result < 0 ? "sorts before" : result > 0 ? "sorts after" : "sorts like"; }
+
+int Sign(long result) { return (result > 0) - (result < 0); }
+
+bool DoAgree(const Comparison& all) {
+    for (const FormResult& result : all.results) {
+        if (Sign(result.answer.number) != Sign(all.results[0].answer.number)) return false;
+    }
+    return true;
+}
+
+std::string Verdict(const Comparison& all, const FormResult& result) {
+    return fmt::format("{} {} {}\n", all.texts[0], Relation(result.answer.number), all.texts[1]);
+}
+
+void PrintText(const Comparison& all) {
+    Table table{{"form"}, {"A"}, {"B"}, {"result", true}, {"status"}};
+    for (const FormResult& result : all.results) {
+        table.AddRow({result.form.name, FormatKey(result.keys[0]), FormatKey(result.keys[1]),
+                      fmt::to_string(result.answer.number), DescribeStatus(result.answer.status)});
+    }
+    Write(table.Format() +
+          fmt::format("\n{}, flags 0x{:02x}: {}\n", TypeName(all.id), all.flags, DescribeFlags(all.flags)));
+    if (DoAgree(all)) return Write(Verdict(all, all.results[0]));
+    for (const FormResult& result : all.results) Write(fmt::format("{}: {}", result.form.name, Verdict(all, result)));
+    Write(fmt::format("note: not all forms agree; `vqtype show {}` tells how each of them orders\n", TypeName(all.id)));
+}
+
+void PrintJson(const Comparison& all) {
+    Write(fmt::format("{{\"type\": {}, \"a\": {}, \"b\": {}, \"flags\": {}, \"forms\": [", Quoted(TypeName(all.id)),
+                      Quoted(all.plainTexts[0]), Quoted(all.plainTexts[1]), all.flags));
+    const char* separator = "\n  ";
+    for (const FormResult& result : all.results) {
+        Write(fmt::format("{}{{\"form\": \"{}\", \"result\": {}, \"relation\": \"{}\", \"status\": {}}}", separator,
+                          result.form.name, result.answer.number, Relation(result.answer.number),
+                          result.answer.status));
+        separator = ",\n  ";
+    }
+    Write("\n]}\n");
+}
+
+}  // namespace
+
+void AddCompareCommand(CLI::App& program) {
+    const auto options = std::make_shared<CompareOptions>();
+    CLI::App* command = program.add_subcommand("compare", "Compare two values as an index does");
+    AddText(*command, "TYPE", options->type, "The values' type")->required();
+    AddText(*command, "A", options->texts[0], "A value as text; {NULL} is the null value")->required();
+    AddText(*command, "B", options->texts[1], "The value, or the pattern, to compare it with")->required();
+    AddFormOption(*command, options->order);
+    AddText(*command, "--flags", options->flags, "How to compare (default exact)")->type_name("LIST");
+    AddTextOptions(*command, options->codeSet, options->language);
+    command->add_option("--length1", options->lengths[0], "Cuts A's stored key to so many bytes")
+        ->check(CLI::Range(1u, 0x7FFFFFFFu))
+        ->type_name("BYTES");
+    command->add_option("--length2", options->lengths[1], "Cuts B's stored key to so many bytes")
+        ->check(CLI::Range(1u, 0x7FFFFFFFu))
+        ->type_name("BYTES");
+    command->add_flag("--json", options->json, "As JSON");
+    command->footer(
+        "The values are compared in memory, and as keys on disk in either byte order: a negative result sorts A "
+        "before\n"
+        "B. Only the sign counts. The status tells of a key that ends before its value does.\n"
+        "--flags takes a number (0x10) or names with commas between: exact, ignore-case, ignore-accents, report,\n"
+        "key-only, end-last, default (the operation that the process has chosen), or pattern for none. Without exact\n"
+        "and key-only B is a pattern: of strings with * for any characters and ? for any one, of dates with -1 for "
+        "any\n"
+        "year, month or day, which a * stands for here: 2005-*-*.\n"
+        "Example: vqtype compare VqString Göteborg 'g?te*' --flags pattern,ignore-case");
+    command->callback([options] {
+        const Comparison all = CompareValues(*options);
+        options->json ? PrintJson(all) : PrintText(all);
+    });
+}
