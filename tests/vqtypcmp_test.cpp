@@ -6,104 +6,83 @@
 #include <cstring>
 #include <limits>
 
-#include "testsupport.h"
+#include "keyarrays.h"
+#include "vqslots.h"
 
 namespace {
 
-using vqtest::Block;
+using vqtest::KeyArray;
+using vqtest::KeyOf;
 using vqtest::Sign;
-
-// --- Scalars
-
-template <class T>
-unsigned long StoreScalars(void* dst, const T* src, unsigned char format, unsigned long count) {
-    if constexpr (std::is_same_v<T, VqInt64>) {
-        return Int64Store(dst, src, format, count);
-    } else {
-        return (sizeof(T) == 1   ? CharStore
-                : sizeof(T) == 2 ? ShortStore
-                : sizeof(T) == 4 ? LongStore
-                                 : DoubleStore)(dst, src, format, count);
-    }
-}
 
 // The rules as a plain loop over one element at a time.
 template <class T>
-int Reference(unsigned char format, unsigned long length1, const void* value1, unsigned long length2,
-              const void* value2, unsigned long count, int& error) {
-    const unsigned char *a = static_cast<const unsigned char*>(value1), *b = static_cast<const unsigned char*>(value2);
-    unsigned long left1 = length1 == 0 ? count * sizeof(T) : length1,
-                  left2 = length2 == 0 ? count * sizeof(T) : length2;
+int Reference(unsigned char format, unsigned long length1, const unsigned char* a, unsigned long length2,
+              const unsigned char* b, unsigned long count, int& error) {
+    const unsigned long size = KeyOf<T>::Size(format);
+    unsigned long left1 = length1 == 0 ? count * size : length1, left2 = length2 == 0 ? count * size : length2;
     int result = 0;
     error = 0;
     while (count-- != 0 && result == 0 && error == 0) {
-        if (left1 < sizeof(T) || left2 < sizeof(T)) {
+        if (left1 < size || left2 < size) {
             error = VqStatus_BufferEnd;
             break;
         }
-        T x, y;
-        StoreScalars(&x, reinterpret_cast<const T*>(a), format, 1);
-        StoreScalars(&y, reinterpret_cast<const T*>(b), format, 1);
+        const T x = KeyOf<T>::Load(a, format), y = KeyOf<T>::Load(b, format);
         result = x == y ? 0 : y < x ? 1 : -1;
         if (count != 0) {
-            if (left1 <= sizeof(T) || left2 <= sizeof(T)) error = VqStatus_BufferEnd;
-            a += sizeof(T), left1 -= sizeof(T);
-            b += sizeof(T), left2 -= sizeof(T);
+            if (left1 <= size || left2 <= size) error = VqStatus_BufferEnd;
+            a += size, left1 -= size;
+            b += size, left2 -= size;
         }
     }
     return result;
 }
 
+// Arrays that are equal but for what does not count and, most of the time, one element: across every length of the
+// blocks in which equal elements are passed over.
 template <class T>
-T RandomValue(std::mt19937_64& random) {
-    static const std::uint64_t pool[] = {
-        0,          1,          0x7F,       0x80,    0xFF,       0x7FFF,          0x8000,
-        0x7FFFFFFF, 0x80000000, 0xFFFFFFFF, 1u << 8, 1ull << 32, 0x7FF0ull << 48, 1ull << 63,
-        ~0ull};
-    const std::uint64_t bits = random() % 4 != 0 ? pool[random() % std::size(pool)] : random();
-    T value;
-    std::memcpy(static_cast<void*>(&value), &bits, sizeof value);
-    return value;
-}
-
-template <class T, class Function>
-void AgreesWithReference(Function compare, const char* name) {
+void AgreesWithReference(VqCompareFunc compare) {
     std::mt19937_64 random(7);
     const auto pick = [&](unsigned long n) { return static_cast<unsigned long>(random() % n); };
-    for (int i = 0; i < 20000; ++i) {
-        const unsigned long count = pick(40);
-        T a[40], b[40];
-        for (unsigned long j = 0; j < count; ++j) a[j] = b[j] = RandomValue<T>(random);
-        if (count != 0 && pick(4) != 0) b[pick(count)] = RandomValue<T>(random);
-        const unsigned char format = static_cast<unsigned char>("\x08\x01\x02\x22"[pick(4)]);
-        T storedA[40], storedB[40];
-        StoreScalars(storedA, a, format, count);
-        StoreScalars(storedB, b, format, count);
-        const unsigned long size = count * sizeof(T);
-        const unsigned long length1 = pick(2) != 0 || size == 0 ? 0 : 1 + pick(size);
-        const unsigned long length2 = pick(2) != 0 || size == 0 ? 0 : 1 + pick(size);
-        const Block first(storedA, length1 == 0 ? size : length1), second(storedB, length2 == 0 ? size : length2);
+    for (unsigned long i = 0; i < 4000; ++i) {
+        const unsigned long count = i % 4 == 0 ? pick(600 / sizeof(T)) : pick(70);
+        const unsigned char format = vqtest::KeyFormats[pick(4)];
+        const KeyArray<T> a(count, format, random);
+        KeyArray<T> b = a;
+        for (unsigned long j = pick(3); j != 0 && count != 0; --j) b.ChangeWhatDoesNotCount(pick(count), random);
+        if (count != 0 && pick(4) != 0) b.Put(pick(count), random);
+        const auto length = [&] { return pick(2) == 0 || count == 0 ? 0 : 1 + pick(a.Size()); };
+        const unsigned long length1 = length(), length2 = length();
+        const typename KeyArray<T>::Cut first(a, length1), second(b, length2);
 
         int error = 77, expectedError = 77;
         const int expected = Reference<T>(format, length1, first.Get(), length2, second.Get(), count, expectedError);
         const int result = compare(format, length1, first.Get(), length2, second.Get(), 0, count, error);
-        ASSERT_EQ(result, expected) << name << " " << i;
-        ASSERT_EQ(error, expectedError) << name << " " << i << " of " << length1 << " and " << length2;
+        ASSERT_EQ(result, expected) << i << ": " << count << " in format " << int{format};
+        ASSERT_EQ(error, expectedError) << i << ": " << length1 << " and " << length2;
     }
 }
 
-TEST(TypedComparison, OfScalarsAgreesWithAPlainLoop) {
-    AgreesWithReference<signed char>(CharCompare, "char");
-    AgreesWithReference<unsigned char>(ByteCompare, "byte");
-    AgreesWithReference<std::int16_t>(ShortCompare, "short");
-    AgreesWithReference<std::uint16_t>(WordCompare, "word");
-    AgreesWithReference<std::int32_t>(IntCompare, "int");
-    AgreesWithReference<std::uint32_t>(UnsignedCompare, "unsigned");
-    AgreesWithReference<std::int32_t>(LongCompare, "long");
-    AgreesWithReference<std::uint32_t>(DwordCompare, "dword");
-    AgreesWithReference<float>(FloatCompare, "float");
-    AgreesWithReference<double>(DoubleCompare, "double");
-    AgreesWithReference<VqInt64>(Int64Compare, "int64");
+template <class... Nulls>
+void NullablesAgreeWithReference() {
+    (AgreesWithReference<Nulls>(VqNullSlots<Nulls>::Compare), ...);
+}
+
+TEST(TypedComparison, AgreesWithAPlainLoop) {
+    AgreesWithReference<signed char>(CharCompare);
+    AgreesWithReference<unsigned char>(ByteCompare);
+    AgreesWithReference<std::int16_t>(ShortCompare);
+    AgreesWithReference<std::uint16_t>(WordCompare);
+    AgreesWithReference<std::int32_t>(IntCompare);
+    AgreesWithReference<std::uint32_t>(UnsignedCompare);
+    AgreesWithReference<std::int32_t>(LongCompare);
+    AgreesWithReference<std::uint32_t>(DwordCompare);
+    AgreesWithReference<float>(FloatCompare);
+    AgreesWithReference<double>(DoubleCompare);
+    AgreesWithReference<VqInt64>(Int64Compare);
+    NullablesAgreeWithReference<VqNull_char, VqNull_uchar, VqNull_short, VqNull_ushort, VqNull_int, VqNull_unsigned,
+                                VqNull_long, VqNull_ulong, VqNull_float, VqNull_double, VqNull_VqInt64>();
 }
 
 TEST(TypedComparison, OfOneByteTypesIsRightForEveryPair) {
@@ -154,9 +133,16 @@ TEST(TypedComparison, AnUnorderedNumberIsLessOnBothSides) {
         EXPECT_EQ(FloatCompare(8, 0, &signalling, 0, &narrow, 0, 1, error), -1);
         EXPECT_EQ(FloatCompare(8, 0, &narrow, 0, &signalling, 0, 1, error), -1);
     }
-    double many[64] = {};
-    many[63] = nan;
-    EXPECT_EQ(DoubleCompare(8, 0, many, 0, many, 0, 64, error), -1);
+    // Behind equal elements, of which some look as if they were none; in every form.
+    for (const unsigned char format : vqtest::KeyFormats) {
+        std::vector<double> many(200, 1), stored(200);
+        many[20] = std::numeric_limits<double>::infinity();
+        for (const bool unordered : {false, true}) {
+            if (unordered) many[190] = nan;
+            DoubleStore(stored.data(), many.data(), format, 200);
+            EXPECT_EQ(DoubleCompare(format, 0, stored.data(), 0, stored.data(), 0, 200, error), unordered ? -1 : 0);
+        }
+    }
     const double plus = 0.0, minus = -0.0;
     EXPECT_EQ(DoubleCompare(8, 0, &plus, 0, &minus, 0, 1, error), 0);
 }
