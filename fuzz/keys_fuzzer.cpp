@@ -79,8 +79,15 @@ bool HasOddTruth(char id, const Key& key) {
     return false;
 }
 
+// Of arrays of class identifiers that both begin with null, each is less than the other.
+bool BeginWithNullClasses(const Input& in, const Key& a, const Key& b) {
+    return in.id == VqTypeId_VqClassId && in.count > 1 && a.Size() >= 4 &&
+           std::memcmp(a.Get(), "\xFF\xFF\xFF\xFF", 4) == 0 && b.Size() >= 4 &&
+           std::memcmp(b.Get(), "\xFF\xFF\xFF\xFF", 4) == 0;
+}
+
 bool IsLawful(const Input& in, const Key& a, const Key& b) {
-    return !IsFloating(in.id) && !HasOddTruth(in.id, a) && !HasOddTruth(in.id, b);
+    return !BeginWithNullClasses(in, a, b) && !IsFloating(in.id) && !HasOddTruth(in.id, a) && !HasOddTruth(in.id, b);
 }
 
 // Swapped operands give the other sign, but for strings in which the first one's flags say whether accents decide.

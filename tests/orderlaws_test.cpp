@@ -394,4 +394,12 @@ TEST(CutKeys, AreEqualToSeveralTexts) {
     }
 }
 
+// A null class sorts before all others by the first element alone.
+TEST(ClassArrays, ThatBothBeginWithNullAreEachLessThanTheOther) {
+    const ByteVector a = {0xFF, 0xFF, 0xFF, 0xFF, 1, 0, 0, 0}, b = {0xFF, 0xFF, 0xFF, 0xFF, 2, 0, 0, 0};
+    const VqTypeMgr manager(5);
+    EXPECT_EQ(manager.Cmp(VqTypeId_VqClassId, a.data(), b.data(), VqCmp_Exact, 2, VqFormat_LittleEndian), -1);
+    EXPECT_EQ(manager.Cmp(VqTypeId_VqClassId, b.data(), a.data(), VqCmp_Exact, 2, VqFormat_LittleEndian), -1);
+}
+
 }  // namespace

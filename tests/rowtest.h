@@ -64,9 +64,6 @@ class RowTest : public testing::TestWithParam<Subject> {
         for (unsigned long i = 0; i < std::min(a.Count(), b.Count()); ++i) ExpectEqual(a, i, b, i);
     }
 
-    // Rows whose keys cannot be compared yet find all equal.
-    bool HasOrder() const { return manager.CmpFuncPtrGet(id) != manager.CmpFuncPtrGet(VqTypeId_illegal); }
-
     VqTypeMgr manager{GetParam().version};
     const char id = GetParam().id;
     const char* const format = SamplesOf(id).format;  // loses nothing of the readable samples
