@@ -102,7 +102,8 @@ Interval KeyInterval(const StoredKey& key) {
 }
 
 template <class Position>
-double Estimate(const VqIdxBounds* bounds, unsigned short operators, const StoredKey& key) {
+[[gnu::always_inline]] inline double Estimate(const VqIdxBounds* bounds, unsigned short operators,
+                                              const StoredKey& key) {
     if (bounds == nullptr || !IsWhole<Position>(bounds->lowKey, bounds->lowKeyLength) ||
         !IsWhole<Position>(bounds->highKey, bounds->highKeyLength)) {
         return 0;
