@@ -322,14 +322,20 @@ double BoundStrings(const VqIdxBounds* indexBounds, unsigned short& operators, c
     operators &= OwnOperators;
     if (key == nullptr || count == 0) return 0;
     const unsigned char order = ByteOrderOf(format);
-    StringKey string = ReadString(vq::StringArray(order, 0, key, lacking).Current(), order);
+    const unsigned long size = StringSizeGet(key, order, order, count);
+    const vq::StringArray array(order, size, key, lacking);
+    if (array.Ended()) {  // a record without code set and language is no text
+        vq::RecordKey(scanBounds, operators, key, size);
+        return 0;
+    }
+    StringKey string = ReadString(array.Current(), order);
     const vq::StringElement& element = string.element;
     string.wildcard = vq::FindWildcard(element.codeSet, element.language, element.text, element.bytes, order);
     if (string.HasWildcard()) {
         operators |= VqOperator_Wildcard;
         RecordPattern(scanBounds, operators, string);
     } else if (scanBounds != nullptr) {
-        RecordLiteral(scanBounds, operators, key, StringSizeGet(key, order, order, count), string);
+        RecordLiteral(scanBounds, operators, key, size, string);
     }
     StringKey low, high;
     if (indexBounds == nullptr || !ReadEnd(indexBounds->lowKey, indexBounds->lowKeyLength, order, lacking, low) ||
