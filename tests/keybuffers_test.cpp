@@ -118,11 +118,12 @@ ByteVector WrongBytes(unsigned char right, bool all) {
 }
 
 TEST_P(KeyBuffers, MayHoldAnyByte) {
-    constexpr std::size_t ShortKey = 12, Exhaustive = 4;
+    constexpr std::size_t ShortKey = 12, Exhaustive = 4, Ends = 16;
     for (const unsigned char format : disk) {
         keys = Keys(format, 1);
         for (std::size_t i = 0; i < keys.size(); ++i) {
             for (std::size_t at = 0; at < keys[i].size(); ++at) {
+                if (at >= Ends && at + Ends < keys[i].size()) continue;
                 const bool all = i < Exhaustive && keys[i].size() <= ShortKey;
                 ByteVector wrong = keys[i];
                 for (const unsigned char byte : WrongBytes(keys[i][at], all)) {
