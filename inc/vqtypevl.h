@@ -11,10 +11,10 @@
 ///     count         values of a key; the first one is estimated
 ///     scanBounds    range to be scanned, which the function narrows; null when no range is wanted
 ///
-/// The estimate is a number from 0, nothing, to 1, the whole index, and at most a value's share or a lost fraction of
-/// one above it. It is finite and never negative, whatever the bounds are. It is 0 without statistics: without index
-/// bounds, where one of their keys is missing or shorter than a value, and where the high key lies below the low one. A
-/// null key, or a count of 0, is no predicate: the estimate is 0 and nothing is recorded.
+/// The estimate is a number from 0, nothing, to 1, the whole index, and above 1 where the formula below adds up to
+/// more. It is finite and never negative, whatever the bounds and the key are. It is 0 without statistics: without
+/// index bounds, where one of their keys is missing or shorter than a value, and where the high key lies below the low
+/// one. A null key, or a count of 0, is no predicate: the estimate is 0 and nothing is recorded.
 ///
 /// How it is computed. Each type places its keys on a line of numbers, in its order; a step on the line is 1. With the
 /// key from a to b (the same number, unless it holds wildcards) and the index from lo to hi, the predicate selects
@@ -25,7 +25,8 @@
 ///
 /// and the estimate is the sum of what is asked for, divided by hi - lo + 1. A part below 0 counts as 0; one that is
 /// not finite, and a length of the index that is not, as the largest number. On a line of whole numbers "less" and
-/// "greater or equal" add up to 1. Where numbers lie between, "at least" a key within a step below lo exceeds 1.
+/// "greater or equal" add up to 1. Where numbers lie between, "at least" a key within a step below lo exceeds 1, and so
+/// may a key that is infinite or no number.
 ///
 /// An end of the range that is null takes a copy of the key, `count` values: the low key unless the predicate asks for
 /// less, the high key unless it asks for greater. Ends that are set stay. The copies come from the C heap (malloc) and
