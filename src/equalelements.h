@@ -32,7 +32,6 @@ struct Exponents {
     alignas(32) static constexpr std::uint32_t Full[8] = {Even1, Odd1, Even1, Odd1, Even1, Odd1, Even1, Odd1};
 };
 
-using Vector [[gnu::vector_size(16)]] = std::uint32_t;
 using WideVector [[gnu::vector_size(32)]] = std::uint32_t;
 
 // Vectors whose differences are gathered before one branch on them: enough that it costs little.

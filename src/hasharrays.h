@@ -3,6 +3,7 @@
 #define VQ_HASHARRAYS_H
 
 #include <algorithm>
+#include <array>
 
 #include "keyelements.h"
 
@@ -27,17 +28,18 @@ std::uint32_t XorOfWords(unsigned long length, const void* values, unsigned long
     return hash;
 }
 
-// The exclusive or of the whole 8-byte words of an array, with what is left over as the low bytes of a last one. A
-// fixed number of words at a time is what compilers vectorise.
+// The exclusive or of the whole 8-byte words of an array, with what is left over as the low bytes of a last one.
 inline std::uint64_t XorOfBytes(const unsigned char* at, std::size_t size) {
-    constexpr std::size_t Word = sizeof(std::uint64_t), Words = 16;
-    std::uint64_t lanes[Words] = {};
+    constexpr std::size_t Word = sizeof(std::uint64_t);
+    // Two chains, since one waits for itself.
+    Vector even = {}, odd = {};
     std::size_t i = 0;
-    for (; size - i >= sizeof lanes; i += sizeof lanes) {
-        for (std::size_t lane = 0; lane < Words; ++lane) lanes[lane] ^= LoadWord<std::uint64_t>(at + i + lane * Word);
+    for (; size - i >= 2 * sizeof(Vector); i += 2 * sizeof(Vector)) {
+        even ^= LoadWord<Vector>(at + i);
+        odd ^= LoadWord<Vector>(at + i + sizeof(Vector));
     }
-    std::uint64_t all = 0;
-    for (const std::uint64_t lane : lanes) all ^= lane;
+    const auto halves = std::bit_cast<std::array<std::uint64_t, 2>>(even ^ odd);
+    std::uint64_t all = halves[0] ^ halves[1];
     for (; size - i >= Word; i += Word) all ^= LoadWord<std::uint64_t>(at + i);
     std::uint64_t rest = 0;
     std::memcpy(&rest, at + i, size - i);

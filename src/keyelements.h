@@ -47,6 +47,9 @@ Word LoadWord(const unsigned char* at) {
     return word;
 }
 
+// Every processor that this runs on has vectors of so many bytes, or does as if.
+using Vector [[gnu::vector_size(16)]] = std::uint32_t;
+
 template <class T, bool Swapped>
 struct Scalar {
     static constexpr unsigned long Size = sizeof(T);
