@@ -80,6 +80,11 @@ int CompareUsualBytes(const char* text1, const char* text2, std::size_t readable
     return CompareUsual<unsigned char>(ByteRun(readable), text1, text2, codeSet, language, op);
 }
 
+int CompareUsualRecords(const char* text1, const char* text2, std::size_t readable, unsigned char codeSet,
+                        unsigned char language, unsigned short op) {
+    return CompareUsual<unsigned char>(SizedRun<unsigned char>(readable), text1, text2, codeSet, language, op);
+}
+
 int CompareUsualUnits(const char* text1, const char* text2, std::size_t readable, unsigned char codeSet,
                       unsigned char language, unsigned short op) {
     using Unit = unsigned short;

@@ -43,8 +43,9 @@ int CompareFirst(const StringElement& a, const StringElement& b, unsigned long n
         error = VqStatus_NotSupported;
         return -1;
     }
-    return vq::CompareTexts(Compared(a, text1), Compared(b, text2), manner.flags, static_cast<short>(n), manner.order,
-                            out);
+    const bool bytes = a.CharSize() == 1 && b.CharSize() == 1;
+    return vq::CompareTexts(Compared(a, text1), Compared(b, text2), manner.flags, static_cast<short>(n),
+                            bytes ? static_cast<unsigned char>(1) : manner.order, out);
 }
 
 // Wildcards are bytes where both texts are in the native set, else orders.
@@ -91,21 +92,65 @@ int CompareNext(StringArray& first, StringArray& second, bool more, Manner manne
     return result;
 }
 
-int CompareStrings(unsigned char format, const Operands& operands, unsigned short flags, unsigned long lacking,
-                   int& error) {
-    error = VqStatus_Ok;
-    unsigned long count = operands.count;
-    if (count == 0) return 0;
-    if (flags == VqCmp_Default) flags = VqString::GetDefaultCmpOp();
+// --- The usual keys: one whole record in each array, of one set of 1-byte characters and one language
+
+struct Record {
+    const unsigned char* at;
+    unsigned long length;  // bytes behind its length field
+
+    // False for what is not a whole record of the current layout with a zero byte behind its characters.
+    bool Read(const void* value, unsigned long readable, bool bigEndian) {
+        at = static_cast<const unsigned char*>(value);
+        if (readable - 1 < MinSize - 1) return false;
+        const auto stored = vq::LoadWord<std::uint16_t>(at);
+        length = bigEndian ? vq::ByteSwap(stored) : stored;
+        return length >= MinSize - 2 && (readable == 0 || length + 2 <= readable) && at[length] == 0 &&
+               at[length + 1] != 0;
+    }
+    unsigned char CodeSet() const { return at[2]; }
+    unsigned char Language() const { return at[3]; }
+    const char* Text() const { return reinterpret_cast<const char*>(at + 4); }
+    unsigned long Size() const { return length - 3; }  // with the zero byte
+
+    static constexpr unsigned long MinSize = 6;
+};
+
+// False, with nothing told, for all others.
+bool CompareUsual(unsigned char format, const Operands& operands, unsigned short flags, int& result) {
+    if (operands.count != 1 || format == VqFormat_Memory) return false;
+    const bool bigEndian = vq::IsBigEndian(format);
+    Record a, b;
+    if (!a.Read(operands.value1, operands.length1, bigEndian)) return false;
+    if (!b.Read(operands.value2, operands.length2, bigEndian)) return false;
+    const vq::ComparedText text1 = {a.CodeSet(), a.Language(), a.Text(), a.Size()};
+    const vq::ComparedText text2 = {b.CodeSet(), b.Language(), b.Text(), b.Size()};
+    if (text1.codeSet >= VqFirstWideCodeSet || !vq::IsUsual(text1, text2, flags, -1, 1)) return false;
+    result = vq::CompareUsualRecords(text1.text, text2.text, std::min(text1.size, text2.size), text1.codeSet,
+                                     text1.language, flags);
+    return true;
+}
+
+int CompareAll(unsigned char format, const Operands& operands, unsigned short flags, unsigned long lacking,
+               int& error) {
     const Manner manner = {flags, static_cast<unsigned char>(format & VqFormat_OrderMask)};
     StringArray first(format, operands.length1, operands.value1, lacking);
     StringArray second(format, operands.length2, operands.value2, lacking);
     if (first.Ended() || second.Ended()) error = VqStatus_BufferEnd;
     int result = 0;
-    for (; count != 0 && result == 0 && error == VqStatus_Ok; --count) {
+    for (unsigned long count = operands.count; count != 0 && result == 0 && error == VqStatus_Ok; --count) {
         result = CompareNext(first, second, count > 1, manner, error);
     }
     return result;
+}
+
+int CompareStrings(unsigned char format, const Operands& operands, unsigned short flags, unsigned long lacking,
+                   int& error) {
+    error = VqStatus_Ok;
+    if (operands.count == 0) return 0;
+    if (flags == VqCmp_Default) flags = VqString::GetDefaultCmpOp();
+    int result = 0;
+    if (CompareUsual(format, operands, flags, result)) return result;
+    return CompareAll(format, operands, flags, lacking, error);
 }
 
 // --- Hashing

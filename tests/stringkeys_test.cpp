@@ -1,6 +1,7 @@
 // Strings as keys, in memory and stored: order, cut keys, damaged records.
 #include <gtest/gtest.h>
 
+#include <random>
 #include <string>
 #include <utility>
 #include <vector>
@@ -55,6 +56,35 @@ TEST(StringComparison, OfRecordsAgreesWithThatOfValues) {
                 }
             }
         }
+    }
+}
+
+// Whole records of one set and language are compared without a walk.
+TEST(StringComparison, OfSimilarRecordsAgreesWithThatOfValues) {
+    std::mt19937 random(51);
+    const auto pick = [&random](auto from) { return *(std::begin(from) + random() % std::size(from)); };
+    using Numbers = std::initializer_list<unsigned char>;
+    for (int round = 0; round < 20000; ++round) {
+        std::string text(random() % 40, 'x');
+        for (char& c : text) c = pick(std::string("aAbcdhsz\xDF\xE4\xE9 "));
+        std::string other = text;
+        for (auto edits = random() % 3; edits != 0; --edits) {
+            other.insert(random() % (other.size() + 1), 1, pick(std::string("aAhz\xDF\xE4")));
+        }
+        const unsigned char codeSet = pick(Numbers{0, 1, 2, 12, 253}), language = pick(Numbers{0, 2, 8, 14, 16});
+        VqString a = vqtest::In(1, text, language), b = vqtest::In(1, other, language);
+        a.MapToCodeSet(codeSet);
+        b.MapToCodeSet(random() % 8 != 0 ? codeSet : static_cast<unsigned char>(1));
+        const auto flags = static_cast<unsigned short>(VqCmp_Exact | (random() & (VqCmp_IgnoreCase | VqCmp_KeyOnly)));
+        const unsigned char format = pick(Numbers{VqFormat_LittleEndian, VqFormat_BigEndian});
+        const auto recordA = Record(a, format), recordB = Record(b, format);
+        const Block first(recordA.data(), recordA.size()), second(recordB.data(), recordB.size());
+        int error = 77;
+        ASSERT_EQ(
+            Sign(StringCompare(format, recordA.size(), first.Get(), recordB.size(), second.Get(), flags, 1, error)),
+            Sign(a.Compare(b, -1, flags)))
+            << text << " and " << other << " in " << int{codeSet} << ", language " << int{language} << " " << flags;
+        ASSERT_EQ(error, VqStatus_Ok);
     }
 }
 
