@@ -49,7 +49,7 @@ struct AgedComparator final : BytewiseComparator {
     }
 };
 // Callers know no more than the interface.
-[[gnu::noipa]] std::unique_ptr<Comparator> MakeComparator(bool aged) {
+[[gnu::noinline]] std::unique_ptr<Comparator> MakeComparator(bool aged) {
     if (aged) return std::make_unique<AgedComparator>();
     return std::make_unique<BytewiseComparator>();
 }
@@ -183,7 +183,7 @@ void Bytes(benchmark::State& state, char id, std::size_t count) {
 
 template <class T>
 void RegisterArrays(const std::string& name, char id) {
-    for (const std::size_t count : {16, 1024}) {
+    for (const std::size_t count : {std::size_t{16}, std::size_t{1024}}) {
         const std::string size = "/" + std::to_string(count) + "/", memory = "Compare/" + name + size,
                           stored = "Compare/Stored" + name + size;
         benchmark::RegisterBenchmark((memory + "ours").c_str(), Ours<T>, id, count, VqFormat_Memory);

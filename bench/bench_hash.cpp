@@ -1,6 +1,9 @@
-// Hash codes of strings by length, next to the plain loop and, for information, to a hash function made for speed.
+// Hash codes of strings by length, next to the plain loop and, for information, to a hash function made for speed; and
+// of integers by type, next to that function and, in long arrays, to the plain loop and a copy of as many bytes.
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+#include <cstring>
 #include <random>
 #include <string>
 #include <vector>
@@ -9,6 +12,7 @@
 #include "stringiterator.h"
 #include "vqcollation.h"
 #include "vqstring.h"
+#include "vqtypes.h"
 
 #if __has_include(<xxhash.h>)
 #define XXH_INLINE_ALL
@@ -89,12 +93,78 @@ void Register(const char* name, unsigned char codeSet, HashFunction ours, HashFu
     }
 }
 
+// --- By type, through the type manager
+
+constexpr std::uint32_t Multiplier = 1103515245;
+
+#ifdef __clang__
+#define VECTORISED [[gnu::noinline]]
+#else
+#define VECTORISED [[gnu::noinline, gnu::optimize("O3")]]
+#endif
+
+VECTORISED std::uint32_t LoopOverLongs(const std::uint32_t* keys, std::size_t count) {
+    std::uint32_t word = 0;
+    for (std::size_t i = 0; i < count; ++i) word ^= keys[i];
+    return word * Multiplier;
+}
+
+[[gnu::noinline]] std::uint32_t CopyLongs(const std::uint32_t* keys, std::size_t count) {
+    static std::vector<std::uint32_t> copy;
+    copy.resize(count);
+    std::memcpy(copy.data(), keys, count * sizeof *keys);
+    return copy[0];
+}
+
+template <unsigned char format>
+std::uint32_t HashLongs(const std::uint32_t* keys, std::size_t count) {
+    static const VqTypeMgr manager(12);
+    int status;
+    return static_cast<std::uint32_t>(
+        manager.Hash(VqTypeId_long, 0, keys, static_cast<unsigned long>(count), format, status));
+}
+
+#ifdef VQTM_HAVE_XXHASH
+[[gnu::noinline]] std::uint32_t Xxh3OfLongs(const std::uint32_t* keys, std::size_t count) {
+    return static_cast<std::uint32_t>(XXH3_64bits(keys, count * sizeof *keys));
+}
+#endif
+
+using HashOfLongs = std::uint32_t (*)(const std::uint32_t* keys, std::size_t count);
+
+void RunLongs(benchmark::State& state, HashOfLongs hash, std::size_t count) {
+    std::vector<std::uint32_t> keys(std::max(count, KeyCount));
+    std::mt19937 random(6);
+    for (std::uint32_t& key : keys) key = static_cast<std::uint32_t>(random());
+    const std::size_t calls = keys.size() / count;
+    for (auto _ : state) {
+        for (std::size_t i = 0; i < calls; ++i) benchmark::DoNotOptimize(hash(&keys[i * count], count));
+    }
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(calls));
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(calls * count * sizeof keys[0]));
+}
+
+void RegisterLongs(const std::string& name, std::size_t count,
+                   std::initializer_list<std::pair<const char*, HashOfLongs>> runs) {
+    for (const auto& [who, hash] : runs) {
+        const std::string full = "Hash/" + name + "/" + std::to_string(count) + "/" + who;
+        benchmark::RegisterBenchmark(full.c_str(), RunLongs, hash, count);
+    }
+}
+
 const bool registered = [] {
 #ifdef VQTM_HAVE_XXHASH
     const HashFunction xxh3 = Xxh3;
+    RegisterLongs("Longs", 1, {{"ours", HashLongs<VqFormat_Memory>}, {"peer_xxh3", Xxh3OfLongs}});
+    RegisterLongs("StoredLongs", 1, {{"ours", HashLongs<VqFormat_BigEndian>}, {"peer_xxh3", Xxh3OfLongs}});
 #else
     const HashFunction xxh3 = nullptr;
 #endif
+    for (const std::size_t count : {std::size_t{1024}, std::size_t{1000000}}) {
+        RegisterLongs("Longs", count,
+                      {{"ours", HashLongs<VqFormat_Memory>}, {"peer_loop", LoopOverLongs}, {"peer_memcpy", CopyLongs}});
+        RegisterLongs("StoredLongs", count, {{"ours", HashLongs<VqFormat_BigEndian>}, {"peer_loop", LoopOverLongs}});
+    }
     Register("Bytes", 1, HashVqString, LoopOverBytes, xxh3);
     Register("Units", 253, HashVqString, LoopOverUnits, xxh3);
     Register("Orders", 1, HashOrders, LoopOverOrders, nullptr);
