@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <random>
+#include <string>
 #include <vector>
 
 #include "vqtm.h"
@@ -71,6 +72,75 @@ void ComputeFormula(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * std::int64_t{Keys});
 }
 
+// --- Texts
+
+// Words of an index in Windows-1252 and German, stored one by one.
+struct Words {
+    std::vector<std::vector<unsigned char>> records;
+    std::vector<unsigned char> low, high;
+
+    Words() {
+        std::mt19937 random(4);
+        for (std::size_t i = 0; i < Keys; ++i) {
+            std::string text;
+            for (std::size_t k = 3 + random() % 15; k != 0; --k) text += static_cast<char>('a' + random() % 26);
+            records.push_back(Stored(text));
+        }
+        low = Stored("aal");
+        high = Stored("zylinder");
+    }
+    static std::vector<unsigned char> Stored(const std::string& text) {
+        VqString word(1, 2);
+        word.AssignChars(text.c_str(), 1, static_cast<unsigned short>(text.size()));
+        std::vector<unsigned char> record(StringSizeGet(&word, VqFormat_Memory, BigEndian, 1));
+        StringStore(record.data(), &word, BigEndian, 1);
+        return record;
+    }
+};
+
+void EstimateStrings(benchmark::State& state) {
+    Words words;
+    VqIdxBounds bounds = {words.low.data(), words.high.data(), static_cast<std::uint32_t>(words.low.size()),
+                          static_cast<std::uint32_t>(words.high.size())};
+    for (auto _ : state) {
+        for (const auto& record : words.records) {
+            unsigned short operators = VqOperator_Less;
+            benchmark::DoNotOptimize(manager.EvalAndBound(Opaque(VqTypeId_VqString), &bounds, operators, record.data(),
+                                                          BigEndian, 1, nullptr, nullptr));
+        }
+    }
+    state.SetItemsProcessed(state.iterations() * std::int64_t{Keys});
+}
+
+// The eight bytes behind a common beginning as a number: how far a text is from one end to the other if all bytes are
+// as frequent.
+[[gnu::noinline]] double EightBytes(const std::vector<unsigned char>& key, const std::vector<unsigned char>& low,
+                                    const std::vector<unsigned char>& high) {
+    constexpr std::size_t head = 4, trailer = 2;
+    const auto length = [](const auto& record) { return record.size() - trailer; };
+    std::size_t from = head;
+    while (from < std::min({length(key), length(low), length(high)}) && low[from] == high[from]) ++from;
+    const auto number = [&](const auto& record) {
+        double value = 0;
+        for (std::size_t i = 0; i < 8; ++i) value = value * 256 + (from + i < length(record) ? record[from + i] : 0);
+        return value;
+    };
+    const double below = number(low);
+    return std::clamp((number(key) - below) / (number(high) - below), 0.0, 1.0);
+}
+
+void ComputeEightBytes(benchmark::State& state) {
+    const Words words;
+    for (auto _ : state) {
+        for (const auto& record : words.records) {
+            benchmark::DoNotOptimize(EightBytes(record, words.low, words.high));
+        }
+    }
+    state.SetItemsProcessed(state.iterations() * std::int64_t{Keys});
+}
+
+BENCHMARK(EstimateStrings)->Name("Bounds/String/ours");
+BENCHMARK(ComputeEightBytes)->Name("Bounds/String/peer_eight_bytes");
 BENCHMARK(EstimateLongs)->Name("Bounds/Long/ours");
 BENCHMARK(ComputeFormula)->Name("Bounds/Long/peer_formula");
 

@@ -33,19 +33,22 @@ Slice ColumnOf(TextContext context, unsigned column) {
 
 enum Kind { Space, Symbol, Digit, OtherSymbol, Ideograph, KindCount };
 
-// The shares of the kinds; the end and the letters have the rest. A digit is mostly followed by more.
+// The shares of the kinds, and of those before each; the end and the letters have the rest. A digit is mostly followed
+// by more.
 struct KindShares {
     double of[KindCount];
+    double before[KindCount + 1] = {};
 
-    constexpr double Before(int kind) const {
-        double sum = 0;
-        for (int i = 0; i < kind; ++i) sum += of[i];
-        return sum;
+    constexpr explicit KindShares(const double (&shares)[KindCount]) : of{} {
+        for (int kind = 0; kind < KindCount; ++kind) {
+            of[kind] = shares[kind];
+            before[kind + 1] = before[kind] + shares[kind];
+        }
     }
-    constexpr double Rest() const { return 1 - Before(KindCount); }
+    constexpr double Rest() const { return 1 - before[KindCount]; }
 };
-constexpr KindShares kindsInWords = {{0.01, 0.005, 0.01, 0.005, 0.01}};
-constexpr KindShares kindsInNumbers = {{0.03, 0.07, 0.6, 0.03, 0.01}};
+constexpr KindShares kindsInWords({0.01, 0.005, 0.01, 0.005, 0.01});
+constexpr KindShares kindsInNumbers({0.03, 0.07, 0.6, 0.03, 0.01});
 
 const KindShares& KindsBehind(TextContext context) { return context == DigitBefore ? kindsInNumbers : kindsInWords; }
 
@@ -54,13 +57,13 @@ Slice EndOf(TextContext context) { return Slice{0, KindsBehind(context).Rest()}.
 // From the end to the letters, and from them to the end of the line, lie the other kinds.
 Slice KindOf(TextContext context, Kind kind) {
     const KindShares& kinds = KindsBehind(context);
-    const double begin = kind == Ideograph ? 1 - kinds.of[Ideograph] : EndOf(context).width + kinds.Before(kind);
+    const double begin = kind == Ideograph ? 1 - kinds.of[Ideograph] : EndOf(context).width + kinds.before[kind];
     return {begin, kinds.of[kind]};
 }
 
 Slice LetterOf(TextContext context, unsigned letter) {
     const KindShares& kinds = KindsBehind(context);
-    return Slice{kinds.Before(Ideograph), kinds.Rest()}.Narrowed(ColumnOf(context, letter));
+    return Slice{kinds.before[Ideograph], kinds.Rest()}.Narrowed(ColumnOf(context, letter));
 }
 
 Slice AllLetters(TextContext context) {

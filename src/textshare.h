@@ -100,8 +100,8 @@ class WeightSymbols {
 
 // --- Places
 
-// A place is told no more precisely: what two texts that agree so far have in common is one key in 10^9.
-constexpr double LeastWidth = 1e-9;
+// A place is told no more precisely than a float tells the part of an index.
+constexpr double LeastWidth = 1e-7;
 
 // The place of what is left of a text, or with `isBeginning` of all texts that begin with it.
 template <class Symbols, class Alphabet>

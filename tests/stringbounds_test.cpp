@@ -182,7 +182,6 @@ TEST(StringEstimates, AreNearTheTruthOfWordLists) {
         std::mt19937 random(7);
         double sum = 0;
         for (unsigned i = 0; i < 200; ++i) sum += std::abs(ErrorOfOne(words, i % 4, random));
-        if (std::getenv("VQTM_REPORT")) std::printf("%s %d %.4f\n", list.file, list.language, sum / 200);
         EXPECT_LT(sum / 200, list.mostError);
     }
     if (found == 0) GTEST_SKIP() << "no word lists here (Debian's wngerman and others)";
