@@ -20,6 +20,8 @@ constexpr char AtFloat[] = "at its number; what selects anything is at least 1.2
 constexpr char NullAtNumber[] = "at its number, null a step below the least";
 constexpr char NullAtFloat[] = "at its number, null at the lowest one";
 
+constexpr char Letters[] = "at the part of all texts below it, by how often letters follow each other";
+
 constexpr KeyNotes Notes[] = {
     {VqTypeId_char, "by number: 0x80 to 0xff before 0x00", SignedBits, AtNumber},
     {VqTypeId_short, Number, SignedBits, AtNumber},
@@ -33,7 +35,7 @@ constexpr KeyNotes Notes[] = {
     {VqTypeId_enum, Number, Bits, AtNumber},
     {VqTypeId_VqByte, Number, Bits, AtNumber},
     {VqTypeId_VqString, "null first, then by the language's alphabet; as a pattern without exact and key-only",
-     "its collation orders", "at the fraction that its first letters make"},
+     "its collation orders", Letters},
     {VqTypeId_VqDate, "by fields; -1 is any in memory, and in the second of two stored ones without exact",
      "its fields", "at its day number; a field of -1 covers all of the year, the month, everything"},
     {VqTypeId_VqTime, "by fields", "its fields", "at its seconds since midnight"},
@@ -50,9 +52,9 @@ constexpr KeyNotes Notes[] = {
     {VqTypeId_VqDateTime, "by fields; in memory -1 in the date is any", "the fields of both",
      "at its seconds since day 0"},
     {VqTypeId_VqIString, "by weights: a before A, accents do not count; as a pattern without exact and key-only",
-     "0 for every key", "at the fraction that its first letters make"},
+     "0 for every key", Letters},
     {VqTypeId_VqCaseIString, "by weights without case; as a pattern without exact and key-only", "0 for every key",
-     "at the fraction that its first letters make"},
+     Letters},
     {VqTypeId_d_Date, "by day number", "its fields, or those of the day that it counts as", "at its day number"},
     {VqTypeId_d_Time, "by the clock of its zone; in memory less than a second apart is equal",
      "hour and minute on the clock of its zone", "at its seconds since midnight, hundredths included"},
