@@ -124,14 +124,11 @@ Bytes BytesOf(const void* key, std::uint32_t length) {
     return key != nullptr ? Bytes(bytes, bytes + length) : Bytes();
 }
 
-// The value of a key that the library has made. What is behind a pattern's letters is no text in every code set.
+// The value of a key that the library has made, of which the last ones of a pattern are long, and may be clipped.
 std::string ValueOf(const Bytes& bytes, const Estimate& estimate) {
-    try {
-        const DiskForm form = ReadDiskForm(estimate.id, bytes, ByteOrderOf(estimate.options.order));
-        return Shortened(form.values->Describe(0), TextShown);
-    } catch (const CommandError&) {
-        return "no value";
-    }
+    if (bytes.size() >= VqINDEX_MAX_KEYLEN) return "as long as keys get";
+    const DiskForm form = ReadDiskForm(estimate.id, bytes, ByteOrderOf(estimate.options.order));
+    return Shortened(form.values->Describe(0), TextShown);
 }
 
 void AddEnd(Table& table, const char* end, const Bytes& bytes, const char* open, const Estimate& estimate) {
