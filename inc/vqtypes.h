@@ -21,6 +21,7 @@
 #define VQTYPES_H
 
 #include <cstdint>
+#include <limits>
 
 #include "convert.h"
 #include "vqdefs.h"
@@ -222,6 +223,14 @@ inline long VqTypeMgr::Cmp(char id, const void* a, const void* b, unsigned short
 inline long VqTypeMgr::Cmp(char id, unsigned long length1, const void* a, unsigned long length2, const void* b,
                            unsigned short flags, unsigned long count, unsigned char format, int& status) const {
     return Row(id).compare(format, length1, a, length2, b, flags, count, status);
+}
+
+inline float VqTypeMgr::EvalAndBound(char id, VqIdxBounds* indexBounds, unsigned short& operators, const void* key,
+                                     unsigned char format, unsigned long count, VqIdxBounds* scanBounds,
+                                     VqEvalData*) const {
+    constexpr double most = std::numeric_limits<float>::max();
+    const double estimate = Row(id).evalAndBound(indexBounds, operators, key, format, count, scanBounds);
+    return static_cast<float>(estimate < most ? estimate : most);
 }
 
 inline unsigned long VqTypeMgr::Hash(char id, unsigned long length, const void* values, unsigned long count,

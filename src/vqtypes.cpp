@@ -491,13 +491,6 @@ unsigned long VqTypeMgr::Translate(char id, void* dst, unsigned char dstFormat, 
 
 VqCompareFunc VqTypeMgr::CmpFuncPtrGet(char id) const { return Row(id).compare; }
 
-float VqTypeMgr::EvalAndBound(char id, VqIdxBounds* indexBounds, unsigned short& operators, const void* key,
-                              unsigned char format, unsigned long count, VqIdxBounds* scanBounds, VqEvalData*) const {
-    constexpr double Most = std::numeric_limits<float>::max();
-    const double estimate = Row(id).evalAndBound(indexBounds, operators, key, format, count, scanBounds);
-    return static_cast<float>(std::min(estimate, Most));
-}
-
 // --- Conversion
 
 VqTypeConvertData* VqTypeMgr::ConvertTo(char id, void* values, unsigned long count) {

@@ -14,37 +14,6 @@
 // --- What all types share
 
 namespace vq {
-namespace {
-
-constexpr double Most = std::numeric_limits<double>::max();
-
-// What a part adds to the area: nothing where it is negative, and never more than there are numbers for.
-double Part(double part) {
-    if (!std::isfinite(part)) return Most;
-    return part < 0 ? 0 : part;
-}
-
-}  // namespace
-
-double RangeArea(unsigned short operators, Interval key, Interval index, double step) {
-    double area = 0;
-    if (operators & VqOperator_Greater) {
-        area += Part(index.high - (index.low <= key.high ? key.high : index.low - step));
-    }
-    if (operators & VqOperator_Less) area += Part((index.high < key.low ? index.high + step : key.low) - index.low);
-    if (operators & VqOperator_Equal) {
-        area +=
-            Part((key.high <= index.high ? key.high : index.high) - (key.low < index.low ? index.low : key.low) + step);
-    }
-    return std::min(area, Most);
-}
-
-double SelectedPart(unsigned short operators, Interval key, Interval index) {
-    constexpr double Step = 1;
-    if (index.high < index.low) return 0;
-    const double length = index.high - index.low + Step;
-    return RangeArea(operators, key, index, Step) / (std::isfinite(length) ? length : Most);
-}
 
 void* CopyKey(const void* key, unsigned long length, std::uint32_t& keyLength) {
     void* copy;
@@ -101,6 +70,24 @@ Interval KeyInterval(const StoredKey& key) {
     }
 }
 
+// The part of the index's interval that a predicate on a key selects; 0 for an interval whose high end is below its low
+// one.
+template <bool IsFloating>
+[[gnu::always_inline]] inline double SelectedPart(unsigned short operators, Interval key, Interval index) {
+    constexpr double Step = 1, Least = std::numeric_limits<float>::epsilon();
+    if (index.high < index.low) return 0;
+    const double length = index.high - index.low + Step;
+    const double area = vq::RangeArea<IsFloating>(operators, key, index, Step);
+    if (!IsFloating) return area / length;
+    const double part = area / (std::isfinite(length) ? length : vq::MostArea);
+    return part > 0 ? std::max(part, Least) : part;
+}
+
+template <class Position>
+constexpr bool IsFloating = requires {
+    requires Position::IsFloating;
+};
+
 template <class Position>
 [[gnu::always_inline]] inline double Estimate(const VqIdxBounds* bounds, unsigned short operators,
                                               const StoredKey& key) {
@@ -110,14 +97,10 @@ template <class Position>
     }
     const Interval index = {Position::At(KeyOf(bounds->lowKey, bounds->lowKeyLength, key.format)),
                             Position::At(KeyOf(bounds->highKey, bounds->highKeyLength, key.format))};
-    const double estimate = vq::SelectedPart(operators, KeyInterval<Position>(key), index);
-    if constexpr (requires { requires Position::IsFloating; }) {
-        constexpr double Least = std::numeric_limits<float>::epsilon();
-        if (estimate > 0) return std::max(estimate, Least);
-    }
-    return estimate;
+    return SelectedPart<IsFloating<Position>>(operators, KeyInterval<Position>(key), index);
 }
 
+// Bytes of the key's values that may be read.
 template <class Position>
 unsigned long StoredSize([[maybe_unused]] const void* key, [[maybe_unused]] unsigned char format, unsigned long count) {
     if constexpr (requires { Position::StoredSize(key, format, count); }) {
@@ -127,20 +110,30 @@ unsigned long StoredSize([[maybe_unused]] const void* key, [[maybe_unused]] unsi
     }
 }
 
+// Out of line, so that an estimate alone needs no stack.
 template <class Position>
-double EstimateAndRecord(const VqIdxBounds* indexBounds, unsigned short operators, const void* key,
-                         unsigned char format, unsigned long count, VqIdxBounds* scanBounds) {
+[[gnu::noinline]] double RecordAndEstimate(const VqIdxBounds* indexBounds, unsigned short operators, const void* key,
+                                           unsigned char format, unsigned long size, VqIdxBounds* scanBounds) {
+    vq::RecordKey(scanBounds, operators, key, size);
+    return Estimate<Position>(indexBounds, operators, KeyOf(key, size, format));
+}
+
+template <class Position>
+[[gnu::always_inline]] inline double Bound(const VqIdxBounds* indexBounds, unsigned short operators, const void* key,
+                                           unsigned char format, unsigned long count, VqIdxBounds* scanBounds) {
     if (key == nullptr || count == 0) return 0;
     const unsigned long size = StoredSize<Position>(key, format, count);
     if (size < Position::Size) return 0;
-    if (scanBounds != nullptr) vq::RecordKey(scanBounds, operators, key, size);
+    if (scanBounds != nullptr) {
+        return RecordAndEstimate<Position>(indexBounds, operators, key, format, size, scanBounds);
+    }
     return Estimate<Position>(indexBounds, operators, KeyOf(key, size, format));
 }
 
 }  // namespace
 
 #define VQ_POSITION_BOUNDS(Name, Position) \
-    VQ_BOUNDS_FUNCTION(Name, EstimateAndRecord<Position>(indexBounds, operators, key, format, count, scanBounds))
+    VQ_BOUNDS_FUNCTION(Name, Bound<Position>(indexBounds, operators, key, format, count, scanBounds))
 
 VQ_POSITION_BOUNDS(CharEvalAndBound, vq::ScalarPosition<char>)
 VQ_POSITION_BOUNDS(ByteEvalAndBound, vq::ScalarPosition<std::uint8_t>)
