@@ -49,7 +49,7 @@ class VQTM_API VqChar {
 
     /// The class value: below 80 spaces, 80 to 16127 symbols, 16128 to 16383 digits, then letters and ideographs.
     unsigned short GetClass() const;
-    /// True for white space and for the zero character: class value below 80.
+    /// White space, the zero character, or a code without a character other than U+FFFF: class value below 80.
     bool IsSpace() const;
     /// A decimal digit of any script.
     bool IsDigit() const;

@@ -225,6 +225,17 @@ TEST(Orders, SyllablesAndIdeographsKeepTheirOrder) {
     }
 }
 
+// No other order is the last one, in the first place or the second.
+TEST(Orders, TheLastOneBelongsToTheLastUnitAlone) {
+    for (const unsigned char language : ClassLanguages()) {
+        for (unsigned unit = 0; unit < 65536; ++unit) {
+            const Orders orders = OrdersOf(Unicode(), unit, language);
+            const unsigned last = std::max<unsigned>(orders.order[0], orders.count == 2 ? orders.order[1] : 0);
+            ASSERT_EQ(last == 0xFFFF, unit == 0xFFFF) << std::hex << unit << " in language " << int{language};
+        }
+    }
+}
+
 TEST(CharacterClass, TellsTheKindInTheNeutralOrder) {
     struct Case {
         unsigned unit;

@@ -66,6 +66,8 @@ class VQI18N_API VqCodeSet {
 
     /// The class value of `code`, laid out like a collation order of the neutral language: below 80 a space (and the
     /// zero character), 80 to 16127 a symbol, 16128 to 16383 a digit, 16384 to 32767 a letter, 32768 up an ideograph.
+    /// 13 is that of a code without a character, which so counts as a space. U+FFFF, which has no character either, has
+    /// 65535 as in the orders, is no space, and has no properties.
     virtual unsigned short GetClass(unsigned short code) const = 0;
     /// The property bits of `code` (VqCharProperty_…).
     virtual unsigned short GetProperties(unsigned short code) const = 0;
@@ -76,7 +78,8 @@ class VQI18N_API VqCodeSet {
     virtual unsigned short ToLower(unsigned short code) const = 0;
 
     /// The collation orders of `code` in `language`: writes one order, or two for a character that sorts as two, and
-    /// returns how many. Order 0 belongs to the zero character alone; 13 is the order of a code without a character.
+    /// returns how many. Order 0 belongs to the zero character alone; 13 is the order of a code without a character;
+    /// 65535, which sorts last, that of U+FFFF alone, in sets that have it.
     virtual int GetOrders(unsigned short code, unsigned char language, unsigned short orders[2]) const = 0;
 
     /// The ready keys of the set's first codes in `language`; they agree with GetOrders.

@@ -40,7 +40,7 @@ constexpr unsigned short HangulFirst = 0xAC00;
 constexpr unsigned short HangulEnd = 0xD7A4;
 constexpr unsigned short HangulFinals = 28;
 constexpr unsigned short HangulOrder = 0xEBC0;
-constexpr unsigned short HangulFinalOrder = 0xFFE4;  // + 1..27
+constexpr unsigned short HangulFinalOrder = 0xFFE3;  // + 1..27
 
 // A surrogate sorts by its value. A private use unit takes two orders: its 256-unit block, then its place in it.
 constexpr unsigned short SurrogateFirst = 0xD800;
@@ -51,8 +51,8 @@ constexpr unsigned short PrivateEnd = 0xF900;
 constexpr unsigned short PrivateOrder = 0xF580;
 constexpr unsigned short PrivateTrailOrder = 0xFEE0;
 
-// U+FFFF stands for no character in a text. It sorts last, so that a range of texts has an end: whatever begins with
-// "abc" lies before "abc" and two of these.
+// U+FFFF stands for no character in a text. It sorts last, behind second orders too, so that a range of texts has an
+// end: whatever begins with "abc" lies before "abc" and one of these.
 constexpr unsigned short LastUnit = 0xFFFF;
 constexpr unsigned short LastOrder = 0xFFFF;
 
