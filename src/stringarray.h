@@ -54,15 +54,17 @@ class StringArray {
           lacking_(lacking) {
         if (format == VqFormat_Memory) {
             form_ = Form::Memory;
-        } else if (left_ >= 2 && LoadLength() + 2 <= left_ && at_[LoadLength() + 1] == 0) {
+        } else if (left_ >= 2 && IsLegacyArea()) {
             form_ = Form::Legacy;
-            left_ = LoadLength();
+            const unsigned long area = LoadLength();
+            left_ = std::min(left_ - 2, area);
+            missing_ = area - left_;
             at_ += 2;
         }
     }
 
     bool Ended() const {
-        constexpr unsigned long leastSize[] = {sizeof(VqString), 5, 1};
+        static constexpr unsigned long leastSize[] = {sizeof(VqString), 5, 1};
         return left_ < leastSize[static_cast<int>(form_)];
     }
     StringElement Current() const {
@@ -76,10 +78,20 @@ class StringArray {
   private:
     enum class Form { Memory, Records, Legacy };
 
-    unsigned long LoadLength() const {
-        std::uint16_t length;
-        ShortStore(&length, at_, format_ & VqFormat_OrderMask, 1);
-        return length;
+    unsigned long LoadLength() const { return LoadChar(at_, 2, format_ & VqFormat_OrderMask); }
+
+    // The last byte of a first record is not 0. Where that is missing, the bytes behind the length tell: in a record
+    // they are a code set and a language.
+    bool IsLegacyArea() const {
+        const unsigned long length = LoadLength();
+        if (length + 2 <= left_) return at_[length + 1] == 0;
+        return left_ >= 4 && !IsHeader(at_[2], at_[3]);
+    }
+    // True also for the header of null and for damaged ones.
+    static bool IsHeader(unsigned char codeSet, unsigned char language) {
+        if (codeSet == VqNullMark) return language == 0 || language >= 128;
+        const bool hasLanguage = language == VqNullMark || VqLanguageContext::GetLanguageName(language) != nullptr;
+        return hasLanguage && VqLanguageContext::QueryCodeSet(codeSet) != nullptr;
     }
 
     StringElement InMemory() const {
@@ -100,14 +112,15 @@ class StringArray {
         const char* const text = reinterpret_cast<const char*>(at_);
         const void* const zero = std::memchr(text, 0, left_);
         const unsigned long bytes = zero ? static_cast<unsigned long>(static_cast<const char*>(zero) - text) : left_;
+        const bool cut = zero == nullptr && missing_ > lacking_;
         return {.text = text,
                 .bytes = bytes,
-                .whole = bytes,
+                .whole = cut ? bytes + missing_ - 1 : bytes,
                 .codeSet = VqString::GetDefault8CodeSet(),
                 .language = VqString::GetDefaultLanguage(),
                 .terminated = zero != nullptr,
-                .cut = false,
-                .malformed = false,
+                .cut = cut,
+                .malformed = cut && left_ >= NoClippedLength,
                 .step = bytes + (zero != nullptr)};
     }
     // 16-bit length of what follows, code set, language, characters, 0x00, 0xFF.
@@ -131,6 +144,7 @@ class StringArray {
     unsigned long left_;  // bytes that may be read, Unlimited when the elements alone tell
     unsigned char format_;
     unsigned long lacking_;
+    unsigned long missing_ = 0;  // bytes behind the end of a legacy area that was clipped
     Form form_ = Form::Records;
 };
 

@@ -26,100 +26,111 @@ constexpr unsigned short OwnOperators = 0x800F;  // the other bits are the calle
 
 template <class Symbols>
 struct Text {
-    Symbols symbols;
+    vq::TextPlace<Symbols> place;
     bool isNull = false;
-    bool isBeginning = false;  // stands for all texts that begin with it
+
+    std::uint32_t Symbol() const { return place.symbols.Symbol(); }
 };
 
 // Null lies below all texts. How many keys are null is not known.
 constexpr double NullShare = 1.0 / 64;
 
-enum class Relation { Inside, Below, Above, Everything };
+// A predicate's key between both ends of an index.
+struct TextRange {
+    Interval key, index;
 
-// A predicate's text between the texts at both ends of an index.
-template <class Symbols, class Alphabet>
-class TextRange {
-  public:
-    TextRange(const Text<Symbols>& key, const Text<Symbols>& low, const Text<Symbols>& high, const Alphabet& alphabet,
-              TextContext start)
-        : key_(key), low_(low), high_(high), alphabet_(alphabet), context_(start) {
-        if (!low.isNull && !high.isNull) SkipCommonBeginning();
-        leastClass_ = std::min({ClassOf(key_), ClassOf(low_), ClassOf(high_)});
-        index_ = {PlaceOf(low_).begin, PlaceOf(high_).End()};
-    }
-
-    double Length() const { return index_.high - index_.low; }
+    double Length() const { return index.high - index.low; }
 
     // What the operators select; nothing where the ends are out of order. Never more than the length: the parts are
     // differences of the same numbers.
     double SelectedArea(unsigned short operators) const {
         if (!(Length() > 0)) return 0;
-        const Interval key = KeyInterval();
         const bool equal = operators & VqOperator_Equal, less = operators & VqOperator_Less;
         const bool greater = operators & VqOperator_Greater;
         if (less && greater) return equal ? Length() : Length() - (key.high - key.low);
-        if (less) return (equal ? key.high : key.low) - index_.low;
-        if (greater) return index_.high - (equal ? key.low : key.high);
+        if (less) return (equal ? key.high : key.low) - index.low;
+        if (greater) return index.high - (equal ? key.low : key.high);
         return equal ? key.high - key.low : 0;
     }
+};
 
-  private:
+enum class Relation { Inside, Below, Above, Everything };
+
+// The three texts of an estimate. They are read once.
+template <class Symbols, class Alphabet>
+struct RangeReader {
+    Alphabet alphabet;
+    TextContext context;  // at the start of the texts
+    Text<Symbols> key, low, high;
+    Relation relation = Relation::Inside;
+    unsigned leastClass = 0;
+
+    TextRange Read() {
+        if (!low.isNull && !high.isNull) SkipCommonBeginning();
+        leastClass = std::min({ClassOf(key), ClassOf(low), ClassOf(high)});
+        const Interval index = IndexInterval();
+        return {KeyInterval(index), index};
+    }
+
     // What both ends have in common all keys of the index have, and none lies apart by it.
     void SkipCommonBeginning() {
-        relation_ = key_.isNull ? Relation::Below : Relation::Inside;
-        for (std::uint32_t symbol; (symbol = low_.symbols.Symbol()) != 0 && symbol == high_.symbols.Symbol();) {
-            if (relation_ == Relation::Inside) relation_ = Follow(symbol);
-            context_ = alphabet_.Behind(symbol);
-            low_.symbols.Step();
-            high_.symbols.Step();
+        if (key.isNull) relation = Relation::Below;
+        for (std::uint32_t symbol; (symbol = low.Symbol()) != 0 && symbol == high.Symbol();) {
+            if (relation == Relation::Inside) relation = Follow(symbol);
+            context = alphabet.Behind(symbol);
+            low.place.symbols.Step();
+            high.place.symbols.Step();
         }
     }
     Relation Follow(std::uint32_t symbol) {
-        const std::uint32_t own = key_.symbols.Symbol();
-        if (own == 0 && key_.isBeginning) return Relation::Everything;
+        const std::uint32_t own = key.Symbol();
+        if (own == 0 && key.place.isBeginning) return Relation::Everything;
         if (own != symbol) return own < symbol ? Relation::Below : Relation::Above;
-        key_.symbols.Step();
+        key.place.symbols.Step();
         return Relation::Inside;
     }
 
     // Texts of another collation class lie apart, each class on a line of its own. The end of a text has no class.
     static unsigned ClassOf(const Text<Symbols>& text) {
-        const std::uint32_t symbol = text.isNull ? 0 : text.symbols.Symbol();
+        const std::uint32_t symbol = text.isNull ? 0 : text.Symbol();
         return symbol != 0 ? symbol >> 16 : std::numeric_limits<unsigned>::max();
     }
-    vq::Slice PlaceOf(const Text<Symbols>& text) const {
-        if (text.isNull) return {-NullShare, NullShare};
-        vq::Slice place = vq::PlaceOf(text.symbols, alphabet_, context_, text.isBeginning);
-        if (text.symbols.Symbol() != 0) place.begin += ClassOf(text) - leastClass_;
-        return place;
-    }
-
-    Interval KeyInterval() const {
-        switch (relation_) {
-            case Relation::Below:
-                return {index_.low, index_.low};
-            case Relation::Above:
-                return {index_.high, index_.high};
-            case Relation::Everything:
-                return index_;
-            case Relation::Inside:
-                break;
+    void Start(Text<Symbols>& text) const {
+        text.place.context = context;
+        if (text.isNull) {
+            text.place.place = {-NullShare, NullShare};
+            text.place.isRead = true;
+        } else if (text.Symbol() != 0) {
+            text.place.place.begin = ClassOf(text) - leastClass;
         }
-        const vq::Slice place = PlaceOf(key_);
-        return {std::clamp(place.begin, index_.low, index_.high), std::clamp(place.End(), index_.low, index_.high)};
     }
 
-    Text<Symbols> key_, low_, high_;
-    const Alphabet& alphabet_;
-    TextContext context_;
-    Relation relation_ = Relation::Inside;
-    unsigned leastClass_ = 0;
-    Interval index_ = {};
+    // Where the ends lie far apart, they are read no further than that does not count any more.
+    Interval IndexInterval() {
+        constexpr double Coarse = 1.0 / 2048, Far = 1.0 / 4;
+        const auto between = [this](double width) {
+            low.place.NarrowTo(width, alphabet);
+            high.place.NarrowTo(width, alphabet);
+            return Interval{low.place.place.begin, high.place.place.End()};
+        };
+        Start(low);
+        Start(high);
+        const Interval coarse = between(Coarse);
+        return coarse.high - coarse.low > Far ? coarse : between(vq::LeastWidth);
+    }
+    Interval KeyInterval(const Interval& index) {
+        if (relation == Relation::Below) return {index.low, index.low};
+        if (relation == Relation::Above) return {index.high, index.high};
+        if (relation == Relation::Everything) return index;
+        Start(key);
+        key.place.NarrowTo(vq::LeastWidth, alphabet);
+        const vq::Slice& place = key.place.place;
+        return {std::clamp(place.begin, index.low, index.high), std::clamp(place.End(), index.low, index.high)};
+    }
 };
 
 // `charWildPos` is 0 for a key that holds no wildcard.
-template <class Symbols, class Alphabet>
-double EstimateText(unsigned short operators, std::size_t charWildPos, const TextRange<Symbols, Alphabet>& range) {
+double EstimateText(unsigned short operators, std::size_t charWildPos, const TextRange& range) {
     const double valueRange = range.Length(), valueTotalArea = range.SelectedArea(operators);
     if (!(valueTotalArea > 0)) return 0;
     if (!(charWildPos != 0 || valueRange >= valueTotalArea)) {
@@ -184,18 +195,26 @@ constexpr unsigned char UnicodeSet = 253;
 constexpr unsigned long RecordHead = 4, RecordTrailer = 2;  // length, code set, language; 0x00 and 0xFF
 
 struct StringKey {
-    vq::StringElement element;
+    const char* text;
+    unsigned char codeSet, language;
     unsigned char order;
-    std::size_t wildcard;  // in characters, or NoWildcard
+    std::size_t length;                 // in characters
+    std::size_t wildcard = NoWildcard;  // in characters too
 
     bool HasWildcard() const { return wildcard != NoWildcard; }
-    bool IsNull() const { return vq::IsNullText(element.codeSet, element.language); }
-    std::size_t Characters() const { return HasWildcard() ? wildcard : element.Characters(); }
+    bool IsNull() const { return vq::IsNullText(codeSet, language); }
+    unsigned CharSize() const { return vq::CharSizeOf(codeSet); }
+    std::size_t Characters() const { return HasWildcard() ? wildcard : length; }
+    unsigned long Bytes() const { return static_cast<unsigned long>(Characters() * CharSize()); }
+    bool SortsLike(const StringKey& other) const { return codeSet == other.codeSet && language == other.language; }
 };
 
-StringKey ReadString(vq::StringElement element, unsigned char order) {
+// In line, as is what reads the ends of an index: a processor waits for what it has just written piece by piece when it
+// is copied as a whole.
+[[gnu::always_inline]] inline StringKey ReadString(const vq::StringArray& array, unsigned char order) {
+    vq::StringElement element = array.Current();
     element.Repair();
-    return {element, order, NoWildcard};
+    return {element.text, element.codeSet, element.language, order, element.Characters()};
 }
 
 void AddHead(KeyBuffer& key, unsigned long bytes, unsigned char codeSet, unsigned char language) {
@@ -210,8 +229,8 @@ void AddTrailer(KeyBuffer& key) {
 }
 
 void AddRecord(KeyBuffer& key, const StringKey& string, unsigned long bytes) {
-    AddHead(key, bytes, string.element.codeSet, string.element.language);
-    key.Add(string.element.text, bytes);
+    AddHead(key, bytes, string.codeSet, string.language);
+    key.Add(string.text, bytes);
     AddTrailer(key);
 }
 
@@ -226,7 +245,7 @@ std::size_t WholeLetters(const StringKey& string, const vq::KeySource& source, s
     const std::size_t all = string.Characters();
     if (all <= most) return all;
     std::size_t whole = 0;
-    for (vq::KeyReader keys(source, string.element.text, all); keys.Key() != 0; keys.Step()) {
+    for (vq::KeyReader keys(source, string.text, all); keys.Key() != 0; keys.Step()) {
         const std::size_t at = all - keys.Remaining();
         if (at > most) break;
         whole = at;
@@ -238,12 +257,12 @@ std::size_t WholeLetters(const StringKey& string, const vq::KeySource& source, s
 void AddLastOfCollation(KeyBuffer& key, const StringKey& string) {
     constexpr unsigned long bytes = VqINDEX_MAX_KEYLEN - RecordHead - RecordTrailer;
     constexpr std::size_t leastLast = 2;
-    const vq::KeySource source(vq::CodeSetOf(string.element.codeSet), string.element.language, string.order);
+    const vq::KeySource source(vq::CodeSetOf(string.codeSet), string.language, string.order);
     const std::size_t characters = WholeLetters(string, source, bytes / 2 - leastLast);
-    const unsigned charSize = string.element.CharSize();
-    AddHead(key, bytes, UnicodeSet, string.element.language);
+    const unsigned charSize = string.CharSize();
+    AddHead(key, bytes, UnicodeSet, string.language);
     for (std::size_t i = 0; i < characters; ++i) {
-        key.AddWord(source.set->ToUnicode(vq::LoadChar(string.element.text + i * charSize, charSize, string.order)));
+        key.AddWord(source.set->ToUnicode(vq::LoadChar(string.text + i * charSize, charSize, string.order)));
     }
     key.FillWith(0xFF, RecordHead + bytes);
     AddTrailer(key);
@@ -251,19 +270,19 @@ void AddLastOfCollation(KeyBuffer& key, const StringKey& string) {
 
 // Of native bytes 0xFF is the last. It can occur in texts, so the key counts as clipped: what goes on like it is equal.
 void AddLastOfBytes(KeyBuffer& key, const StringKey& string) {
-    AddHead(key, VqINDEX_MAX_KEYLEN - RecordHead + 1, 0, string.element.language);
-    key.Add(string.element.text, static_cast<unsigned long>(string.Characters()));
+    AddHead(key, VqINDEX_MAX_KEYLEN - RecordHead + 1, 0, string.language);
+    key.Add(string.text, static_cast<unsigned long>(string.Characters()));
     key.FillWith(0xFF);
 }
 
 void RecordPattern(VqIdxBounds* scanBounds, unsigned short operators, const StringKey& string) {
     KeyBuffer low(string.order), high(string.order);
-    const auto beginning = static_cast<unsigned long>(string.wildcard * string.element.CharSize());
+    const auto beginning = static_cast<unsigned long>(string.wildcard * string.CharSize());
     if (beginning == 0)
         AddNull(low);
     else
         AddRecord(low, string, beginning);
-    if (string.element.codeSet == 0)
+    if (string.codeSet == 0)
         AddLastOfBytes(high, string);
     else
         AddLastOfCollation(high, string);
@@ -276,45 +295,67 @@ void RecordLiteral(VqIdxBounds* scanBounds, unsigned short operators, const void
                    const StringKey& string) {
     if (size <= VqINDEX_MAX_KEYLEN) return vq::RecordKey(scanBounds, operators, key, size);
     KeyBuffer clipped(string.order);
-    const bool isRecord = string.element.text == static_cast<const char*>(key) + RecordHead;
+    const bool isRecord = string.text == static_cast<const char*>(key) + RecordHead;
     if (isRecord)
         clipped.Add(key, size);
     else
-        AddRecord(clipped, string, string.element.bytes);
+        AddRecord(clipped, string, string.Bytes());
     clipped.Record(scanBounds, operators);
 }
 
 // False without statistics: an end of the index that is missing, or too short for a string.
-bool ReadEnd(const void* key, std::uint32_t length, unsigned char order, unsigned long lacking, StringKey& end) {
+[[gnu::always_inline]] inline bool ReadEnd(const void* key, std::uint32_t length, unsigned char order,
+                                           unsigned long lacking, StringKey& end) {
     if (key == nullptr || length == 0) return false;
     const vq::StringArray array(order, length, key, lacking);
     if (array.Ended()) return false;
-    end = ReadString(array.Current(), order);
+    end = ReadString(array, order);
     return true;
 }
 
 Text<vq::ByteSymbols> BytesOf(const StringKey& string) {
-    return {vq::ByteSymbols(string.element.text, string.Characters()), string.IsNull(), string.HasWildcard()};
+    return {{vq::ByteSymbols(string.text, string.Characters()), string.HasWildcard()}, string.IsNull()};
 }
 Text<vq::OrderSymbols> OrdersOf(const StringKey& string, const vq::KeySource& source) {
-    return {vq::OrderSymbols(source, string.element.text, string.Characters()), string.IsNull(), string.HasWildcard()};
+    return {{vq::OrderSymbols(source, string.text, string.Characters()), string.HasWildcard()}, string.IsNull()};
+}
+Text<vq::ReadyOrderSymbols> OrdersOf(const StringKey& string, const std::int32_t* table) {
+    return {{vq::ReadyOrderSymbols(table, string.text, string.Characters()), string.HasWildcard()}, string.IsNull()};
 }
 vq::KeySource SourceOf(const StringKey& string) {
-    return vq::KeySource(vq::CodeSetOf(string.element.codeSet), string.element.language, string.order);
+    return vq::KeySource(vq::CodeSetOf(string.codeSet), string.language, string.order);
 }
 
-double EstimateString(unsigned short operators, const StringKey& key, const StringKey& low, const StringKey& high) {
-    const TextContext start = vq::StartOfText(key.element.language);
-    const std::size_t charWildPos = key.HasWildcard() ? key.wildcard : 0;
-    if ((key.element.codeSet | low.element.codeSet | high.element.codeSet) == 0) {
-        const vq::ByteAlphabet alphabet;
-        return EstimateText(operators, charWildPos,
-                            TextRange(BytesOf(key), BytesOf(low), BytesOf(high), alphabet, start));
+// False where a character has no ready key. Flat, so that the texts' state can stay in registers.
+[[gnu::flatten]] bool ReadReadyOrders(const StringKey& key, const StringKey& low, const StringKey& high,
+                                      const std::int32_t* table, TextRange& range) {
+    RangeReader<vq::ReadyOrderSymbols, vq::OrderAlphabet> reader = {
+        {}, vq::StartOfText(key.language), OrdersOf(key, table), OrdersOf(low, table), OrdersOf(high, table)};
+    range = reader.Read();
+    return reader.key.place.symbols.AllReady() && reader.low.place.symbols.AllReady() &&
+           reader.high.place.symbols.AllReady();
+}
+
+TextRange ReadOrders(const StringKey& key, const vq::KeySource& keys, const StringKey& low, const StringKey& high) {
+    TextRange range;
+    if (keys.table.count == 256 && low.SortsLike(key) && high.SortsLike(key) &&
+        ReadReadyOrders(key, low, high, keys.table.keys, range)) {
+        return range;
     }
-    const vq::KeySource keys = SourceOf(key), lows = SourceOf(low), highs = SourceOf(high);
-    const vq::OrderAlphabet alphabet;
-    return EstimateText(operators, charWildPos,
-                        TextRange(OrdersOf(key, keys), OrdersOf(low, lows), OrdersOf(high, highs), alphabet, start));
+    const vq::KeySource lows = SourceOf(low), highs = SourceOf(high);
+    RangeReader<vq::OrderSymbols, vq::OrderAlphabet> reader = {
+        {}, vq::StartOfText(key.language), OrdersOf(key, keys), OrdersOf(low, lows), OrdersOf(high, highs)};
+    return reader.Read();
+}
+
+double EstimateString(unsigned short operators, const StringKey& key, const vq::KeySource& keys, const StringKey& low,
+                      const StringKey& high) {
+    const std::size_t charWildPos = key.HasWildcard() ? key.wildcard : 0;
+    const bool native = (key.codeSet | low.codeSet | high.codeSet) == 0;
+    if (!native) return EstimateText(operators, charWildPos, ReadOrders(key, keys, low, high));
+    RangeReader<vq::ByteSymbols, vq::ByteAlphabet> reader = {
+        {}, vq::StartOfText(key.language), BytesOf(key), BytesOf(low), BytesOf(high)};
+    return EstimateText(operators, charWildPos, reader.Read());
 }
 
 double BoundStrings(const VqIdxBounds* indexBounds, unsigned short& operators, const void* key, unsigned char format,
@@ -328,9 +369,10 @@ double BoundStrings(const VqIdxBounds* indexBounds, unsigned short& operators, c
         vq::RecordKey(scanBounds, operators, key, size);
         return 0;
     }
-    StringKey string = ReadString(array.Current(), order);
-    const vq::StringElement& element = string.element;
-    string.wildcard = vq::FindWildcard(element.codeSet, element.language, element.text, element.bytes, order);
+    StringKey string = ReadString(array, order);
+    const vq::KeySource source = SourceOf(string);
+    string.wildcard = string.codeSet == 0 ? vq::FindWildcardByte(string.text, string.length)
+                                          : vq::FindWildcard(source, string.text, string.length);
     if (string.HasWildcard()) {
         operators |= VqOperator_Wildcard;
         RecordPattern(scanBounds, operators, string);
@@ -342,7 +384,7 @@ double BoundStrings(const VqIdxBounds* indexBounds, unsigned short& operators, c
         !ReadEnd(indexBounds->highKey, indexBounds->highKeyLength, order, lacking, high)) {
         return 0;
     }
-    return EstimateString(operators, string, low, high);
+    return EstimateString(operators, string, source, low, high);
 }
 
 }  // namespace
@@ -418,18 +460,18 @@ double EstimateByteKey(unsigned short operators, const ByteKey& key, const ByteK
     const std::size_t charWildPos = key.hasWildcard ? key.length : 0;
     if (key.IsRaw()) {
         const auto bytes = [](const ByteKey& k) {
-            return Text<vq::ByteSymbols>{vq::ByteSymbols(k.text, k.length), false, k.hasWildcard};
+            return Text<vq::ByteSymbols>{{vq::ByteSymbols(k.text, k.length), k.hasWildcard}};
         };
-        const vq::ByteAlphabet alphabet;
-        return EstimateText(operators, charWildPos,
-                            TextRange(bytes(key), bytes(low), bytes(high), alphabet, vq::NoLetterBefore));
+        RangeReader<vq::ByteSymbols, vq::ByteAlphabet> reader = {
+            {}, vq::NoLetterBefore, bytes(key), bytes(low), bytes(high)};
+        return EstimateText(operators, charWildPos, reader.Read());
     }
     const auto weights = [&table](const ByteKey& k) {
-        return Text<vq::WeightSymbols>{vq::WeightSymbols(table, k.text, k.length), false, k.hasWildcard};
+        return Text<vq::WeightSymbols>{{vq::WeightSymbols(table, k.text, k.length), k.hasWildcard}};
     };
-    const vq::WeightAlphabet alphabet{&table};
-    return EstimateText(operators, charWildPos,
-                        TextRange(weights(key), weights(low), weights(high), alphabet, vq::NoLetterBefore));
+    RangeReader<vq::WeightSymbols, vq::WeightAlphabet> reader = {
+        {&table}, vq::NoLetterBefore, weights(key), weights(low), weights(high)};
+    return EstimateText(operators, charWildPos, reader.Read());
 }
 
 // False without statistics, as for strings.

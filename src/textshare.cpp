@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <iterator>
 
-#include "vqcollation.h"
-
 namespace vq {
 namespace {
 
@@ -18,13 +16,13 @@ constexpr TextContext DigitBefore = 28;
 constexpr TextContext FirstLanguage = 29;
 constexpr double Whole = 65536;
 
-static_assert(std::size(letterRows) == FirstLanguage + std::size(startLanguages));
+static_assert(std::size(letterRows) == ContextCount && FirstLanguage + std::size(startLanguages) == ContextCount);
 
-double ShareBefore(TextContext context, unsigned column) {
+constexpr double ShareBefore(TextContext context, unsigned column) {
     return column < LetterEnd ? letterRows[context][column] / Whole : 1;
 }
 
-Slice ColumnOf(TextContext context, unsigned column) {
+constexpr Slice ColumnOf(TextContext context, unsigned column) {
     const double begin = ShareBefore(context, column);
     return {begin, ShareBefore(context, column + 1) - begin};
 }
@@ -50,49 +48,49 @@ struct KindShares {
 constexpr KindShares kindsInWords({0.01, 0.005, 0.01, 0.005, 0.01});
 constexpr KindShares kindsInNumbers({0.03, 0.07, 0.6, 0.03, 0.01});
 
-const KindShares& KindsBehind(TextContext context) { return context == DigitBefore ? kindsInNumbers : kindsInWords; }
+constexpr const KindShares& KindsBehind(TextContext context) {
+    return context == DigitBefore ? kindsInNumbers : kindsInWords;
+}
 
-Slice EndOf(TextContext context) { return Slice{0, KindsBehind(context).Rest()}.Narrowed(ColumnOf(context, 0)); }
+constexpr Slice EndOf(TextContext context) {
+    return Slice{0, KindsBehind(context).Rest()}.Narrowed(ColumnOf(context, 0));
+}
 
 // From the end to the letters, and from them to the end of the line, lie the other kinds.
-Slice KindOf(TextContext context, Kind kind) {
+constexpr Slice KindOf(TextContext context, Kind kind) {
     const KindShares& kinds = KindsBehind(context);
     const double begin = kind == Ideograph ? 1 - kinds.of[Ideograph] : EndOf(context).width + kinds.before[kind];
     return {begin, kinds.of[kind]};
 }
 
-Slice LetterOf(TextContext context, unsigned letter) {
+constexpr Slice LetterOf(TextContext context, unsigned letter) {
     const KindShares& kinds = KindsBehind(context);
     return Slice{kinds.before[Ideograph], kinds.Rest()}.Narrowed(ColumnOf(context, letter));
 }
 
-Slice AllLetters(TextContext context) {
+constexpr Slice AllLetters(TextContext context) {
     const double begin = LetterOf(context, 1).begin;
     return {begin, LetterOf(context, BehindZ).End() - begin};
 }
 
 // The i-th of n equal parts.
-Slice EqualPart(double i, double n) { return {std::min(i, n - 1) / n, 1 / n}; }
+constexpr Slice EqualPart(double i, double n) {
+    const double width = 1 / n;
+    return {std::min(i, n - 1) * width, width};
+}
 
 // Of a letter, most is the plain one's; `i` of the `n` others share the rest.
 constexpr double PlainShare = 0.94;
-Slice PlainPart() { return {0, PlainShare}; }
-Slice OtherPart(double i, double n) { return Slice{PlainShare, 1 - PlainShare}.Narrowed(EqualPart(i, n)); }
+constexpr Slice PlainPart() { return {0, PlainShare}; }
+constexpr Slice OtherPart(double i, double n) { return Slice{PlainShare, 1 - PlainShare}.Narrowed(EqualPart(i, n)); }
 
 // --- Collation orders
 
-constexpr unsigned FirstSymbol = 80, FirstDigit = 0x3F00, FirstLetter = 0x4000, FirstIdeograph = 0x8000;
-constexpr unsigned FirstScriptClass = 13, LastScriptClass = 14;  // in which letters of another script precede A
-constexpr unsigned IndexOfA = 3, IndexOfZ = 28, LastIndex = 31;
+constexpr unsigned FirstSymbol = 80, FirstDigit = 0x3F00, FirstIdeograph = 0x8000;
+constexpr unsigned LastIndex = 31;
 
 unsigned ClassOf(std::uint32_t symbol) { return symbol >> 16; }
 unsigned OrderOf(std::uint32_t symbol) { return symbol & 0xFFFF; }
-
-bool HasLatinPlaces(std::uint32_t symbol) {
-    const unsigned collationClass = ClassOf(symbol);
-    return collationClass != VqIdeographicClass &&
-           (collationClass < FirstScriptClass || collationClass > LastScriptClass);
-}
 
 unsigned LetterOfOrder(unsigned order) {
     const unsigned index = std::max(order >> 2 & LastIndex, IndexOfA);
@@ -104,6 +102,15 @@ Slice LatinLetter(TextContext context, unsigned order) {
     const Slice all = LetterOf(context, letter);
     const Slice place = letter == BehindZ ? all.Narrowed(EqualPart(index - IndexOfZ - 1, LastIndex - IndexOfZ)) : all;
     return place.Narrowed(extension == 0 ? PlainPart() : OtherPart(extension - 1, 3));
+}
+
+constexpr PlainLetters MakePlainLetters() {
+    PlainLetters letters;
+    for (TextContext context = 0; context < ContextCount; ++context) {
+        for (unsigned letter = 1; letter < BehindZ; ++letter)
+            letters.of[context][letter] = LetterOf(context, letter).Narrowed(PlainPart());
+    }
+    return letters;
 }
 
 // Digits are ten apart; between them lie fractions and behind them the numbers in circles, which are rare.
@@ -179,13 +186,15 @@ Slice WeightLetter(const WeightTable& table, TextContext context, unsigned lette
 
 }  // namespace
 
+constinit const PlainLetters plainLetters = MakePlainLetters();
+
 TextContext StartOfText(unsigned char language) {
     const auto* const found = std::find(std::begin(startLanguages), std::end(startLanguages), language);
     if (found == std::end(startLanguages)) return NoLetterBefore;
     return FirstLanguage + static_cast<TextContext>(found - startLanguages);
 }
 
-Slice OrderAlphabet::Of(TextContext context, std::uint32_t symbol) const {
+Slice OrderAlphabet::OfOther(TextContext context, std::uint32_t symbol) {
     const unsigned order = OrderOf(symbol);
     if (symbol == 0) return EndOf(context);
     if (order >= FirstIdeograph) {
@@ -199,7 +208,7 @@ Slice OrderAlphabet::Of(TextContext context, std::uint32_t symbol) const {
     return KindOf(context, Space).Narrowed(EqualPart(order, FirstSymbol));
 }
 
-TextContext OrderAlphabet::Behind(std::uint32_t symbol) const {
+TextContext OrderAlphabet::BehindOther(std::uint32_t symbol) {
     const unsigned order = OrderOf(symbol);
     if (order >= FirstLetter)
         return order < FirstIdeograph && HasLatinPlaces(symbol) ? LetterOfOrder(order) : NoLetterBefore;

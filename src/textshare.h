@@ -10,30 +10,67 @@
 
 #include "istringweights.h"
 #include "keyreader.h"
+#include "vqcollation.h"
 
 namespace vq {
 
 struct Slice {
     double begin = 0, width = 1;
 
-    double End() const { return begin + width; }
+    constexpr double End() const { return begin + width; }
     // The part of this one that `inner` is of the whole.
-    Slice Narrowed(const Slice& inner) const { return {begin + width * inner.begin, width * inner.width}; }
+    constexpr Slice Narrowed(const Slice& inner) const { return {begin + width * inner.begin, width * inner.width}; }
 };
 
 // What is known where a symbol follows: nothing, the letter before it, or a digit.
 using TextContext = unsigned;
 constexpr TextContext NoLetterBefore = 0;
 
+constexpr TextContext ContextCount = 36;
+
 // The context at the start of a text in a language.
 TextContext StartOfText(unsigned char language);
 
 // --- Alphabets: the slice of a symbol, 0 for the end of the text, and the context behind it
 
+// The slices of the 26 letters where they have no marks, from 1 on: most of all symbols, ready because an estimate asks
+// for a dozen of them.
+struct PlainLetters {
+    Slice of[ContextCount][27];
+};
+extern const PlainLetters plainLetters;
+
+// The orders of letters in their classes: the letter's index above two bits that extend it. Letters of other scripts
+// have classes in which they precede A, or no index.
+constexpr unsigned FirstLetter = 0x4000, IndexOfA = 3, IndexOfZ = 28;
+constexpr unsigned FirstScriptClass = 13, LastScriptClass = 14;
+
+constexpr bool HasLatinPlaces(std::uint32_t symbol) {
+    const unsigned collationClass = symbol >> 16;
+    return collationClass != VqIdeographicClass &&
+           (collationClass < FirstScriptClass || collationClass > LastScriptClass);
+}
+
 // Collation orders, with the collation class in the bits above 16.
 struct OrderAlphabet {
-    Slice Of(TextContext context, std::uint32_t symbol) const;
-    TextContext Behind(std::uint32_t symbol) const;
+    Slice Of(TextContext context, std::uint32_t symbol) const {
+        const unsigned letter = PlainLetter(symbol);
+        return letter != 0 ? plainLetters.of[context][letter] : OfOther(context, symbol);
+    }
+    TextContext Behind(std::uint32_t symbol) const {
+        const unsigned letter = PlainLetter(symbol);
+        return letter != 0 ? letter : BehindOther(symbol);
+    }
+
+  private:
+    // The place of a plain letter in `plainLetters`, 0 for all else.
+    static unsigned PlainLetter(std::uint32_t symbol) {
+        const unsigned place = (symbol & 0xFFFF) - (FirstLetter + 4 * IndexOfA);
+        const bool isPlain = place % 4 == 0 && place <= 4 * (IndexOfZ - IndexOfA) && HasLatinPlaces(symbol);
+        return isPlain ? place / 4 + 1 : 0;
+    }
+    static Slice OfOther(TextContext context, std::uint32_t symbol);
+    static TextContext BehindOther(std::uint32_t symbol);
 };
 
 // Bytes by their code.
@@ -61,6 +98,34 @@ class OrderSymbols {
 
   private:
     KeyReader keys_;
+};
+
+// The same where all characters that are read have keys in the table of a set of 1-byte characters, which is so for
+// most texts: AllReady tells it then.
+class ReadyOrderSymbols {
+  public:
+    ReadyOrderSymbols(const std::int32_t* table, const void* text, std::size_t length)
+        : table_(table), at_(static_cast<const unsigned char*>(text)), end_(at_ + length) {
+        Load();
+    }
+
+    std::uint32_t Symbol() const { return static_cast<std::uint32_t>(key_) >> 8; }
+    void Step() {
+        ++at_;
+        Load();
+    }
+    bool AllReady() const { return seen_ >= 0; }
+
+  private:
+    void Load() {
+        key_ = at_ != end_ ? table_[*at_] : 0;
+        seen_ |= key_;
+    }
+
+    const std::int32_t* table_;
+    const unsigned char *at_, *end_;
+    std::int32_t key_ = 0;
+    std::int32_t seen_ = 0;  // negative as soon as a key was
 };
 
 class ByteSymbols {
@@ -103,20 +168,29 @@ class WeightSymbols {
 // A place is told no more precisely than a float tells the part of an index.
 constexpr double LeastWidth = 1e-7;
 
-// The place of what is left of a text, or with `isBeginning` of all texts that begin with it.
-template <class Symbols, class Alphabet>
-Slice PlaceOf(Symbols text, const Alphabet& alphabet, TextContext context, bool isBeginning) {
-    Slice place;
-    while (place.width > LeastWidth) {
-        const std::uint32_t symbol = text.Symbol();
-        if (symbol == 0 && isBeginning) break;
-        place = place.Narrowed(alphabet.Of(context, symbol));
-        if (symbol == 0) break;
-        context = alphabet.Behind(symbol);
-        text.Step();
+// The place of a text, or with `isBeginning` of all texts that begin with it, as far as it is read.
+template <class Symbols>
+struct TextPlace {
+    Symbols symbols;
+    bool isBeginning;
+    bool isRead = false;
+    TextContext context = NoLetterBefore;
+    Slice place = {};
+
+    // Reads on until the place is no wider, or the text ends.
+    template <class Alphabet>
+    void NarrowTo(double width, const Alphabet& alphabet) {
+        while (place.width > width && !isRead) {
+            const std::uint32_t symbol = symbols.Symbol();
+            isRead = symbol == 0;
+            if (isRead && isBeginning) break;
+            place = place.Narrowed(alphabet.Of(context, symbol));
+            if (isRead) break;
+            context = alphabet.Behind(symbol);
+            symbols.Step();
+        }
     }
-    return place;
-}
+};
 
 }  // namespace vq
 

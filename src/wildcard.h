@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "collationkey.h"
+#include "keyreader.h"
 #include "vqcollation.h"
 
 namespace vq {
@@ -31,6 +32,10 @@ constexpr std::size_t NoWildcard = ~std::size_t{0};
 // other text is in that set too; against other sets it is the native set of the language context.
 std::size_t FindWildcard(unsigned char codeSet, unsigned char language, const char* text, std::size_t bytes,
                          unsigned char order);
+
+// The same for sets other than 0, and for code set 0.
+std::size_t FindWildcard(const KeySource& source, const char* text, std::size_t characters);
+std::size_t FindWildcardByte(const void* text, std::size_t bytes);
 
 }  // namespace vq
 

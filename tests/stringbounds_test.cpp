@@ -274,6 +274,26 @@ TEST(StringEstimates, GrowInTheOrderOfKeys) {
     }
 }
 
+// Texts of ready keys are read in a way of their own, which Unicode's are not.
+TEST(StringEstimates, AreThoseOfTheSameTextsInUnicode) {
+    std::mt19937 random(12);
+    for (const auto language : std::initializer_list<unsigned char>{0, 2, 10, 16}) {
+        Alphabet alphabet{1, language, u"abcdeghklmnorstzABCSZ\u00E4\u00DF\u00E60159 -*"};
+        for (int round = 0; round < 3000; ++round) {
+            const std::u16string units[] = {alphabet.Some(random, 3), alphabet.Some(random, 9),
+                                            alphabet.Some(random, 9)};
+            for (const unsigned short operators : {Equal, Less, Greater}) {
+                const auto estimate = [&](unsigned char codeSet) {
+                    alphabet.codeSet = codeSet;
+                    const auto record = [&](int i) { return RecordOf(alphabet.Text(units[i]), 2); };
+                    return stringRows[0].Estimate(record(0), record(1), operators, record(2), 2);
+                };
+                ASSERT_DOUBLE_EQ(estimate(1), estimate(253)) << round;
+            }
+        }
+    }
+}
+
 TEST(StringEstimates, AtAndBeyondTheEndsOfAnIndex) {
     struct Case {
         const char *low, *high;  // null: the null string
