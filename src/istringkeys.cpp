@@ -1,18 +1,17 @@
 // Comparison of 8-bit strings as keys, in memory and stored.
 
-#include <climits>
-#include <cstring>
+#include "istringkeys.h"
 
-#include "istringweights.h"
+#include <climits>
+
 #include "stringarray.h"
-#include "vqbase.h"
-#include "vqistring.h"
 #include "vqstring.h"
 #include "vqtypcmp.h"
+#include "wildcard.h"
 
 namespace {
 
-constexpr unsigned long HeaderSize = 3;
+using vq::ByteHeader;
 
 struct Element {
     vq::ByteText text;
@@ -31,7 +30,7 @@ class Array {
           format_(format & VqFormat_OrderMask),
           inMemory_(format == VqFormat_Memory) {}
 
-    bool Ended() const { return left_ < (inMemory_ ? sizeof(Value) : HeaderSize); }
+    bool Ended() const { return left_ < (inMemory_ ? sizeof(Value) : ByteHeader::Size); }
     Element Current() const { return inMemory_ ? InMemory() : Stored(); }
     void Advance(const Element& element) {
         at_ += element.step;
@@ -45,12 +44,12 @@ class Array {
         return {{text, vq::Terminated, value.GetFlags()}, false, false, sizeof(Value)};
     }
     Element Stored() const {
-        std::uint16_t length;
-        ShortStore(&length, at_ + 1, format_, 1);
-        const unsigned long room = left_ - HeaderSize;
-        const bool cut = length > room;
-        const unsigned long bytes = cut ? room : length;
-        return {{at_ + HeaderSize, bytes, at_[0]}, cut, cut && room >= vq::NoClippedLength, HeaderSize + bytes};
+        const ByteHeader header(at_, format_);
+        const unsigned long room = left_ - ByteHeader::Size;
+        const bool cut = header.length > room;
+        const unsigned long bytes = cut ? room : header.length;
+        const vq::ByteText text = {at_ + ByteHeader::Size, bytes, header.flags};
+        return {text, cut, cut && room >= vq::NoClippedLength, ByteHeader::Size + bytes};
     }
 
     const unsigned char* at_;
@@ -59,34 +58,21 @@ class Array {
     bool inMemory_;
 };
 
-constexpr unsigned long NoWildcard = ULONG_MAX;
-
-// The position of the first '*' or '?'.
-unsigned long FindWildcard(vq::ByteText text) {
-    for (unsigned long i = 0; i < text.length && text.at[i] != 0; ++i) {
-        if (text.at[i] == '*' || text.at[i] == '?') return i;
-    }
-    return NoWildcard;
-}
-
 // Clipped keys compare as far as both go; of a clipped or clipping pattern only the part before its first wildcard
 // counts.
-int CompareCut(const vq::WeightTable& table, const Element& a, const Element& b, unsigned long wildcard) {
-    unsigned long n = wildcard;
+int CompareCut(const vq::WeightTable& table, const Element& a, const Element& b, std::size_t wildcard) {
+    auto n = static_cast<unsigned long>(wildcard);
     if (a.cut && a.text.length < n) n = a.text.length;
     if (b.cut && b.text.length < n) n = b.text.length;
     return n == 0 ? 0 : vq::CompareWeights(table, a.text, b.text, n);
 }
 
 int CompareElements(const vq::WeightTable& table, const Element& a, const Element& b, bool isPattern) {
-    const unsigned long wildcard = isPattern ? FindWildcard(b.text) : NoWildcard;
+    const std::size_t wildcard = isPattern ? vq::FindWildcardByte(b.text.at, b.text.length) : vq::NoWildcard;
     if (a.cut || b.cut) return CompareCut(table, a, b, wildcard);
-    if (wildcard != NoWildcard) return vq::MatchWeights(table, a.text, b.text);
+    if (wildcard != vq::NoWildcard) return vq::MatchWeights(table, a.text, b.text);
     return vq::CompareWeights(table, a.text, b.text, vq::MaxWeights);
 }
-
-const vq::WeightTable& WeightsOf(const VqIString*, unsigned char) { return vq::istringWeights; }
-const vq::WeightTable& WeightsOf(const VqCaseIString*, unsigned char flags) { return vq::CaseWeights(flags); }
 
 // Compares the elements where both arrays stand and, with `more`, moves on.
 template <class Value>
@@ -96,7 +82,7 @@ int CompareNext(Array<Value>& first, Array<Value>& second, bool more, bool isPat
         error = VqStatus_NotSupported;
         return -1;
     }
-    const vq::WeightTable& table = WeightsOf(static_cast<const Value*>(nullptr), a.text.flags);
+    const vq::WeightTable& table = vq::WeightsOf(static_cast<const Value*>(nullptr), a.text.flags);
     const int result = CompareElements(table, a, b, isPattern);
     if (a.cut || b.cut) {
         error = VqStatus_BufferEnd;

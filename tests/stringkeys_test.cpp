@@ -10,6 +10,7 @@
 #include "vqchar.h"
 #include "vqslots.h"
 #include "vqtypcmp.h"
+#include "vqtyphash.h"
 
 namespace {
 
@@ -263,6 +264,28 @@ TEST(StringComparison, AnEscapeCharacterEndsWhatAClippedKeyIsComparedWith) {
     EXPECT_EQ(CompareRecords(CutRecord("a*b|cc", 1, 1), CutRecord("a!*b*", 1, 1), 1, Pattern, error), 1);
 }
 
+// A native pattern is read by letters where the text is of another set, else by bytes.
+TEST(StringComparison, ReadsTheWildcardsOfANativePatternAsTheTextAsks) {
+    static const struct {
+        unsigned char codeSet;
+        const char* pattern;
+        int result, error;
+    } cases[] = {
+        {1, "ab%", 0, VqStatus_Ok}, {1, "ab*", 1, VqStatus_BufferEnd}, {0, "ab%", 1, VqStatus_BufferEnd},
+        {0, "ab*", 0, VqStatus_Ok}, {253, "ab%", 0, VqStatus_Ok},
+    };
+    VqString::SetAsterisk(VqChar('%', 1, 0));
+    for (const auto& c : cases) {
+        auto pattern = CutRecord(c.pattern, 1, 1), text = CutRecord("abc|d", c.codeSet == 253 ? 253 : 1, 1);
+        pattern[2] = 0;
+        text[2] = c.codeSet;
+        int error = 77;
+        EXPECT_EQ(CompareRecords(text, pattern, 1, Pattern, error), c.result) << int{c.codeSet} << c.pattern;
+        EXPECT_EQ(error, c.error) << int{c.codeSet} << c.pattern;
+    }
+    VqString::SetAsterisk(VqChar('*', 1, 0));
+}
+
 TEST(StringComparison, RefusesWhatNoClippingLeaves) {
     const auto large = Record(VqString(std::string(300, 'x').c_str()), 1);
     const auto small = Record(VqString("x"), 1);
@@ -277,17 +300,18 @@ TEST(StringComparison, RefusesWhatNoClippingLeaves) {
     }
 }
 
-// Of a pattern under a damaged header only the beginning counts.
+// Of a pattern under a damaged header only the beginning counts. Null's language is damaged under this set as well.
 TEST(StringComparison, TellsADamagedHeader) {
     const auto text = Record(vqtest::Wide(u"abcdef"), 1), beginning = Record(vqtest::Wide(u"abc"), 1);
-    auto damaged = beginning;
-    damaged[2] = 254;
-    damaged[3] = 129;
     static const struct {
+        unsigned char language;
         unsigned short flags;
         int result;
-    } cases[] = {{VqCmp_Exact, 1}, {VqCmp_KeyOnly, 1}, {Pattern, 0}};
+    } cases[] = {{129, VqCmp_Exact, 1}, {129, VqCmp_KeyOnly, 1}, {129, Pattern, 0}, {254, VqCmp_Exact, 1}};
     for (const auto& c : cases) {
+        auto damaged = beginning;
+        damaged[2] = 254;
+        damaged[3] = c.language;
         int error = 77;
         EXPECT_EQ(CompareRecords(text, damaged, 1, c.flags, error), c.result) << c.flags;
         EXPECT_EQ(error, VqStatus_BufferEnd);
@@ -325,12 +349,124 @@ TEST(StringComparison, ReadsTheLegacyLayout) {
     EXPECT_EQ(error, VqStatus_BufferEnd);
 }
 
+// An area of texts, each with a zero byte behind it; '|' in a text is where the area is clipped.
+std::vector<unsigned char> LegacyArea(std::string texts, unsigned char format) {
+    const std::size_t clip = texts.find('|');
+    if (clip != std::string::npos) texts.erase(clip, 1);
+    std::vector<unsigned char> area(2 + texts.size());
+    area[format == VqFormat_BigEndian] = static_cast<unsigned char>(texts.size());
+    area[format != VqFormat_BigEndian] = static_cast<unsigned char>(texts.size() >> 8);
+    std::copy(texts.begin(), texts.end(), area.begin() + 2);
+    area.resize(2 + std::min(clip, texts.size()));
+    return area;
+}
+
+TEST(StringComparison, TakesClippedLegacyAreasAsFarAsTheyGo) {
+    using namespace std::string_literals;
+    static const struct {
+        std::string a, b;
+        unsigned long count;
+        int currentResult, currentError, legacyResult, legacyError;
+    } cases[] = {
+        {"abcd|ef\0"s, "abcdef\0"s, 1, 0, VqStatus_BufferEnd, 0, VqStatus_BufferEnd},
+        {"abcd|ef\0"s, "abdd|ef\0"s, 1, -1, VqStatus_BufferEnd, -1, VqStatus_BufferEnd},
+        {"zbcd|ef\0"s, "abcdef\0"s, 1, 1, VqStatus_BufferEnd, 1, VqStatus_BufferEnd},
+        {"zbcd|ef\0"s, "y\0"s, 1, 1, VqStatus_Ok, 1, VqStatus_Ok},
+        {"abcdef\0"s, "abcd|efgh\0"s, 1, 0, VqStatus_BufferEnd, 0, VqStatus_BufferEnd},
+        // Of two bytes that legacy keys may lack the last text's zero byte is one.
+        {"abcdef|\0"s, "abcdefg\0"s, 1, 0, VqStatus_BufferEnd, -1, VqStatus_Ok},
+        {"abcdef|\0"s, "abcdef\0"s, 1, 0, VqStatus_BufferEnd, 0, VqStatus_Ok},
+        {"abcde|f\0"s, "abcdef\0"s, 1, 0, VqStatus_BufferEnd, -1, VqStatus_Ok},
+        {"ab\0cde|f\0"s, "ab\0cd\0"s, 1, 0, VqStatus_Ok, 0, VqStatus_Ok},
+        {"ab\0cde|fgh\0"s, "ab\0cd\0"s, 2, 1, VqStatus_Ok, 1, VqStatus_Ok},
+        {"ab\0|cd\0"s, "ab\0cd\0"s, 2, 0, VqStatus_BufferEnd, 0, VqStatus_BufferEnd},
+        // Whole areas that end with an empty text.
+        {"ab\0\0"s, "ab\0\0"s, 1, 0, VqStatus_Ok, 0, VqStatus_Ok},
+        {"ab\0\0"s, "ab\0\0"s, 2, 0, VqStatus_Ok, 0, VqStatus_Ok},
+        {"ab\0\0"s, "ab\0\0"s, 3, 0, VqStatus_BufferEnd, 0, VqStatus_BufferEnd},
+        {"\0"s, "\0"s, 1, 0, VqStatus_Ok, 0, VqStatus_Ok},
+    };
+    for (const auto& c : cases) {
+        for (const unsigned char format : {VqFormat_LittleEndian, VqFormat_BigEndian}) {
+            SCOPED_TRACE(c.a + " and " + c.b);
+            const auto a = LegacyArea(c.a, format), b = LegacyArea(c.b, format);
+            const Block first(a.data(), a.size()), second(b.data(), b.size());
+            const auto compare = [&](VqCompareFunc function, int& error) {
+                return Sign(
+                    function(format, a.size(), first.Get(), b.size(), second.Get(), VqCmp_Exact, c.count, error));
+            };
+            int error = 77;
+            EXPECT_EQ(compare(StringCompare, error), c.currentResult);
+            EXPECT_EQ(error, c.currentError);
+            EXPECT_EQ(compare(LegacyStringCompare, error), c.legacyResult);
+            EXPECT_EQ(error, c.legacyError);
+        }
+    }
+}
+
+// Clipped as an index clips them, and where no index does.
+TEST(StringComparison, TellsClippedLegacyAreasApart) {
+    std::string text(300, 'a');
+    for (std::size_t i = 0; i < text.size(); ++i) text[i] = static_cast<char>('a' + i % 26);
+    const auto clipped = [](std::string whole, std::size_t size) {
+        auto area = LegacyArea(whole + '\0', 1);
+        area.resize(size);
+        return area;
+    };
+    const auto compare = [](const auto& a, const auto& b, int& error) {
+        return Sign(LegacyStringCompare(1, a.size(), a.data(), b.size(), b.data(), VqCmp_Exact, 1, error));
+    };
+    const auto hash = [](const auto& area, int& error) {
+        const Block block(area.data(), area.size());
+        return LegacyStringHash(1, area.size(), block.Get(), 1, error);
+    };
+    const auto cut = clipped(text, 254), same = clipped(text + "more", 254), other = clipped("z" + text, 254);
+    const auto whole = clipped(text, 303), large = clipped(text, 256);
+    int error = 77;
+    EXPECT_EQ(compare(cut, whole, error), 0);
+    EXPECT_EQ(error, VqStatus_BufferEnd);
+    EXPECT_EQ(compare(cut, other, error), -1);
+    EXPECT_EQ(error, VqStatus_BufferEnd);
+    EXPECT_EQ(hash(cut, error), hash(same, error));
+    EXPECT_EQ(error, VqStatus_Ok);
+    EXPECT_NE(hash(cut, error), hash(other, error));
+    EXPECT_EQ(compare(large, whole, error), -1);
+    EXPECT_EQ(error, VqStatus_NotSupported);
+    EXPECT_EQ(hash(large, error), 0u);
+    EXPECT_EQ(error, VqStatus_NotSupported);
+}
+
+TEST(StringComparison, FindsNoTextInARecordWithoutAHeader) {
+    static constexpr unsigned char record[] = {2, 0, 1, 1};
+    int error = 77;
+    EXPECT_EQ(StringCompare(1, sizeof record, record, sizeof record, record, VqCmp_Exact, 1, error), 0);
+    EXPECT_EQ(error, VqStatus_BufferEnd);
+}
+
 TEST(StringComparison, TakesTheSecondTextAsAPatternUnlessExact) {
     const VqString text("abcdef"), pattern("a*f");
     const auto a = Record(text, VqFormat_LittleEndian), b = Record(pattern, VqFormat_LittleEndian);
     int error;
     EXPECT_EQ(StringCompare(1, a.size(), a.data(), b.size(), b.data(), 0, 1, error), 0);
     EXPECT_NE(StringCompare(1, a.size(), a.data(), b.size(), b.data(), VqCmp_Exact, 1, error), 0);
+}
+
+TEST(StringComparison, TakesTheDefaultOperationFromTheClass) {
+    const auto a = Record("ABcdef", 1), b = Record("ab*", 1);
+    const unsigned char bytes[] = {0, 4, 0, 'a', 'b', 'c', 'd'}, pattern[] = {0, 3, 0, 'a', 'b', '*'};
+    static const struct {
+        unsigned short byDefault;
+        bool equal, bytesEqual;
+    } cases[] = {{VqCmp_Exact, false, false}, {0, false, true}, {VqCmp_IgnoreCase, true, true}};
+    for (const auto& c : cases) {
+        VqString::SetDefaultCmpOp(c.byDefault);
+        int error;
+        EXPECT_EQ(CompareRecords(a, b, 1, VqCmp_Default, error) == 0, c.equal) << c.byDefault;
+        EXPECT_EQ(VqIStringCompare(1, sizeof bytes, bytes, sizeof pattern, pattern, VqCmp_Default, 1, error) == 0,
+                  c.bytesEqual)
+            << c.byDefault;
+    }
+    VqString::SetDefaultCmpOp(VqCmp_Exact);
 }
 
 }  // namespace
