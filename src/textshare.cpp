@@ -105,7 +105,7 @@ Slice LatinLetter(TextContext context, unsigned order) {
 }
 
 constexpr PlainLetters MakePlainLetters() {
-    PlainLetters letters;
+    PlainLetters letters = {};
     for (TextContext context = 0; context < ContextCount; ++context) {
         for (unsigned letter = 1; letter < BehindZ; ++letter)
             letters.of[context][letter] = LetterOf(context, letter).Narrowed(PlainPart());

@@ -33,10 +33,15 @@ TextContext StartOfText(unsigned char language);
 
 // --- Alphabets: the slice of a symbol, 0 for the end of the text, and the context behind it
 
+struct Following {
+    Slice slice;
+    TextContext behind;
+};
+
 // The slices of the 26 letters where they have no marks, from 1 on: most of all symbols, ready because an estimate asks
 // for a dozen of them.
 struct PlainLetters {
-    Slice of[ContextCount][27];
+    Slice of[ContextCount][32];  // a power of 2, for the sake of addresses
 };
 extern const PlainLetters plainLetters;
 
@@ -53,9 +58,9 @@ constexpr bool HasLatinPlaces(std::uint32_t symbol) {
 
 // Collation orders, with the collation class in the bits above 16.
 struct OrderAlphabet {
-    Slice Of(TextContext context, std::uint32_t symbol) const {
-        const unsigned letter = PlainLetter(symbol);
-        return letter != 0 ? plainLetters.of[context][letter] : OfOther(context, symbol);
+    Following At(TextContext context, std::uint32_t symbol) const {
+        if (const unsigned letter = PlainLetter(symbol)) return {plainLetters.of[context][letter], letter};
+        return {OfOther(context, symbol), BehindOther(symbol)};
     }
     TextContext Behind(std::uint32_t symbol) const {
         const unsigned letter = PlainLetter(symbol);
@@ -75,6 +80,7 @@ struct OrderAlphabet {
 
 // Bytes by their code.
 struct ByteAlphabet {
+    Following At(TextContext context, std::uint32_t symbol) const { return {Of(context, symbol), Behind(symbol)}; }
     Slice Of(TextContext context, std::uint32_t symbol) const;
     TextContext Behind(std::uint32_t symbol) const;
 };
@@ -83,6 +89,7 @@ struct ByteAlphabet {
 struct WeightAlphabet {
     const WeightTable* table;
 
+    Following At(TextContext context, std::uint32_t symbol) const { return {Of(context, symbol), Behind(symbol)}; }
     Slice Of(TextContext context, std::uint32_t symbol) const;
     TextContext Behind(std::uint32_t symbol) const;
 };
@@ -184,9 +191,10 @@ struct TextPlace {
             const std::uint32_t symbol = symbols.Symbol();
             isRead = symbol == 0;
             if (isRead && isBeginning) break;
-            place = place.Narrowed(alphabet.Of(context, symbol));
+            const Following next = alphabet.At(context, symbol);
+            place = place.Narrowed(next.slice);
             if (isRead) break;
-            context = alphabet.Behind(symbol);
+            context = next.behind;
             symbols.Step();
         }
     }

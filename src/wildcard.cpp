@@ -1,6 +1,6 @@
 #include "wildcard.h"
 
-#include "keyreader.h"
+#include <algorithm>
 
 namespace vq {
 namespace {
@@ -9,9 +9,11 @@ namespace {
 std::size_t CountPlain(const KeySource& source, const WildcardKeys& wildcards, const char* text,
                        std::size_t characters) {
     if (source.table.count != 256) return 0;
+    // Most characters are letters, which come behind the wildcards.
+    const std::int32_t last = std::max({wildcards.asterisk, wildcards.question, wildcards.escape});
     for (std::size_t at = 0; at < characters; ++at) {
         const std::int32_t key = source.table.keys[static_cast<unsigned char>(text[at])];
-        if (key <= 0 || wildcards.Has(key)) return at;
+        if (key <= last && (key <= 0 || wildcards.Has(key))) return at;
     }
     return characters;
 }
