@@ -10,6 +10,9 @@
 
 namespace vq {
 
+// The source that assertions name.
+constexpr const char* BoundsSource = "src\\vqtypevl";
+
 struct Interval {
     double low, high;
 };

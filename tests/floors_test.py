@@ -13,7 +13,7 @@ FLOORS = [
     "vqchar stringiterator charoperation strcompare order hash9 collationkey wildcard textunit orderunit keyreader comparebytes comparelevels compareready comparetexts equalrun",
     "vqstring stringedit stringsearch textsearch stringtransform stringdisk numbertext vqistring istringweights multibyte utf8kernel strhash",
     "convert vqstd valueslots classslots int64slots booleanslots sealslots stringslots istringslots scalar vqint64 date datetime datetext dateslots storedyear stddate stddatetext stddateslots overlaps blob blobdisk blobtext blobslots boolean seal objid ref idtext idslots vqnull textform textscan cformat",
-    "vqtypcmp vqtypevl vqtyphash keyelements equalelements comparearrays hasharrays keybounds keypositions cutkeys stringarray stringkeys istringkeys textshare stringbounds idkeys keyforms dateelements datekeys stddatekeys valuekeys blobkeys",
+    "vqtypcmp vqtypevl vqtyphash keyelements equalelements comparearrays hasharrays keybounds keypositions cutkeys stringarray stringkeys istringkeys textshare textrange keybuffer stringbounds istringbounds idkeys keyforms dateelements datekeys stddatekeys valuekeys blobkeys",
     "vqtypes defaultmanager",
     "library",
     "vqtm",
