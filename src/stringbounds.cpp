@@ -132,7 +132,7 @@ void AddElements(KeyBuffer& key, vq::StringArray array, unsigned char order, uns
     }
 }
 
-void RecordPattern(VqIdxBounds* scanBounds, unsigned short operators, const PatternKey& key) {
+[[gnu::noinline]] void RecordPattern(VqIdxBounds* scanBounds, unsigned short operators, const PatternKey& key) {
     if (scanBounds == nullptr) return;
     const StringKey& pattern = key.pattern;
     const bool isEmpty = pattern.Characters() == 0;
@@ -223,13 +223,20 @@ std::size_t FindWildcard(const StringKey& string, const vq::KeySource& source, b
     return byBytes ? byte : std::min(byte, vq::FindWildcard(source, string.text, string.length));
 }
 
-// Finds the first pattern in an array. What the index's texts are at that place is known of its first elements alone.
-bool FindPattern(PatternKey& key, unsigned char order, unsigned long count, bool hasStatistics) {
-    for (vq::StringArray at = key.array; key.before < count && !at.Ended(); ++key.before) {
-        key.pattern = ReadString(at, order);
-        key.byBytes = key.pattern.codeSet == 0 && !hasStatistics;
-        key.pattern.wildcard = FindWildcard(key.pattern, SourceOf(key.pattern), key.byBytes);
-        if (key.pattern.HasWildcard()) return true;
+// Records the first pattern behind the first element of an array, if there is one. What texts an index has there is not
+// known.
+[[gnu::noinline]] bool RecordLaterPattern(VqIdxBounds* scanBounds, unsigned short& operators,
+                                          const vq::StringArray& array, unsigned char order, unsigned long count,
+                                          bool hasStatistics) {
+    vq::StringArray at = array;
+    for (unsigned long before = 0; before < count && !at.Ended(); ++before) {
+        StringKey pattern = ReadString(at, order);
+        const bool byBytes = pattern.codeSet == 0 && !hasStatistics;
+        pattern.wildcard = FindWildcard(pattern, SourceOf(pattern), byBytes);
+        if (before != 0 && pattern.HasWildcard()) {
+            RecordPattern(scanBounds, operators |= VqOperator_Wildcard, {array, before, pattern, byBytes});
+            return true;
+        }
         at.Advance(at.Current());
     }
     return false;
@@ -254,11 +261,9 @@ double BoundStrings(const VqIdxBounds* indexBounds, unsigned short& operators, c
     const bool byBytes = string.codeSet == 0 && (!hasStatistics || (low.IsNative() && high.IsNative()));
     const vq::KeySource source = SourceOf(string);
     string.wildcard = FindWildcard(string, source, byBytes);
-    PatternKey pattern = {array, 0, string, byBytes};
-    if (string.HasWildcard() || (count > 1 && FindPattern(pattern, order, count, hasStatistics))) {
-        operators |= VqOperator_Wildcard;
-        RecordPattern(scanBounds, operators, pattern);
-    } else {
+    if (string.HasWildcard()) {
+        RecordPattern(scanBounds, operators |= VqOperator_Wildcard, {array, 0, string, byBytes});
+    } else if (count == 1 || !RecordLaterPattern(scanBounds, operators, array, order, count, hasStatistics)) {
         RecordLiteral(scanBounds, operators, key, size, array, order, count);
     }
     return hasStatistics ? EstimateString(operators, string, source, low, high, byBytes) : 0;
