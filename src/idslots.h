@@ -84,30 +84,35 @@ template <class Id>
 void PrintId(VqString& out, const Id& id, const char* format) {
     using Traits = IdTraits<Id>;
     if (id.IsNullValue()) {
-        out = VqNullPrintString();
+        PrintNullId(out);
     } else {
         PrintIdText(out, Traits::Numbers(id), Traits::directives, format != nullptr ? format : Traits::exchangeFormat);
     }
 }
 
-template <class Id>
-void ScanId(Id& id, const VqString& text, const char* format) {
-    using Traits = IdTraits<Id>;
+// Takes what `scan` reads, or null where it reads none.
+template <class Id, class Scan>
+void AssignScanned(Id& id, Scan scan) {
     IdNumbers numbers;
-    if (ScanIdText(numbers, text, Traits::directives, format != nullptr ? format : Traits::exchangeFormat)) {
-        Traits::Assign(id, numbers);
+    if (scan(numbers)) {
+        IdTraits<Id>::Assign(id, numbers);
     } else {
         id.SetNullValue();
     }
 }
 
 template <class Id>
+void ScanId(Id& id, const VqString& text, const char* format) {
+    using Traits = IdTraits<Id>;
+    if (format == nullptr) format = Traits::exchangeFormat;
+    AssignScanned(id, [&](IdNumbers& numbers) { return ScanIdText(numbers, text, Traits::directives, format); });
+}
+
+template <class Id>
 struct IdExchange {
     static void ToText(const Id& id, VqString& text) { PrintId(text, id, nullptr); }
     static void FromText(Id& id, const VqString& text) {
-        IdNumbers numbers;
-        ScanIdExchange(numbers, text);
-        IdTraits<Id>::Assign(id, numbers);
+        AssignScanned(id, [&](IdNumbers& numbers) { return ScanIdExchange(numbers, text); });
     }
 };
 

@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "_vqnulty.h"
 #include "cformat.h"
 #include "textform.h"
 #include "vqstring.h"
@@ -54,13 +55,13 @@ std::uint64_t ReadDigits(TextCursor& text) {
     return number;
 }
 
-// The characters about a number tell which it is; the ends of the text are 0.
+// The characters about a number tell which it is; the ends of the text are 0. Where both do, the first row that fits.
 void TakeNumber(IdNumbers& numbers, std::uint64_t value, unsigned before, unsigned after) {
     static constexpr struct {
         char before, after;  // 0: any
         IdNumber number;
-    } places[] = {{'#', 0, Block}, {'v', 0, Version}, {0, ':', Database},
-                  {0, '-', High},  {0, '#', Low},     {0, 'v', ClassNumber}};
+    } places[] = {{'#', 0, Block}, {'v', 0, Version},     {0, ':', Database},   {0, '-', High},
+                  {0, '#', Low},   {0, 'v', ClassNumber}, {',', 0, ClassNumber}};
     for (const auto& place : places) {
         if (place.before != 0 ? before != static_cast<unsigned char>(place.before)
                               : after != static_cast<unsigned char>(place.after)) {
@@ -74,7 +75,22 @@ void TakeNumber(IdNumbers& numbers, std::uint64_t value, unsigned before, unsign
     numbers[High] = static_cast<std::uint16_t>(value >> 32);
 }
 
+bool IsNullText(const VqString& text, const SingleByteText& single) {
+    return text.IsNullValue() || SkipNullPrintString(single.Get()) != nullptr;
+}
+
+// The null value has no code set and no language to keep.
+VqString EmptyLike(const VqString& text) {
+    return text.IsNullValue() ? VqString() : VqString(text.GetCodeSet(), text.GetLanguage());
+}
+
 }  // namespace
+
+void PrintNullId(VqString& out) {
+    VqString result = EmptyLike(out);
+    result += VqNullPrintString();
+    out = std::move(result);
+}
 
 void PrintIdText(VqString& out, const IdNumbers& numbers, const IdDirectives& directives, const char* format) {
     std::string text;
@@ -86,14 +102,14 @@ void PrintIdText(VqString& out, const IdNumbers& numbers, const IdDirectives& di
             text += element.literal;
         }
     }
-    VqString result = out.IsNullValue() ? VqString() : VqString(out.GetCodeSet(), out.GetLanguage());
+    VqString result = EmptyLike(out);
     result << text.c_str();
     out = std::move(result);
 }
 
 bool ScanIdText(IdNumbers& numbers, const VqString& text, const IdDirectives& directives, const char* format) {
     const SingleByteText single(text);
-    if (SkipNullPrintString(single.Get()) != nullptr) return false;
+    if (IsNullText(text, single)) return false;
     numbers = {};
     TextCursor at(single.Get());
     for (Walk walk(format, directives); walk.More() && at.Code() != 0;) {
@@ -107,8 +123,9 @@ bool ScanIdText(IdNumbers& numbers, const VqString& text, const IdDirectives& di
     return true;
 }
 
-void ScanIdExchange(IdNumbers& numbers, const VqString& text) {
+bool ScanIdExchange(IdNumbers& numbers, const VqString& text) {
     const SingleByteText single(text);
+    if (IsNullText(text, single)) return false;
     numbers = {};
     unsigned before = 0;
     for (TextCursor at(single.Get()); at.Code() != 0;) {
@@ -116,10 +133,11 @@ void ScanIdExchange(IdNumbers& numbers, const VqString& text) {
             const std::uint64_t value = ReadDigits(at);
             TakeNumber(numbers, value, before, at.Code());
         } else {
-            before = at.Code();
+            if (!IsBlank(at.Code())) before = at.Code();
             at.Skip();
         }
     }
+    return true;
 }
 
 }  // namespace vq

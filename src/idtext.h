@@ -26,14 +26,14 @@ struct IdDirectives {
     std::string_view positional;  // in the order in which %h and %l take them
 };
 
-// Makes `out` the text under `format`.
+// Printing makes `out` the text, in the code set and language that it has.
+void PrintNullId(VqString& out);
 void PrintIdText(VqString& out, const IdNumbers& numbers, const IdDirectives& directives, const char* format);
 
-// False, and all numbers stay, where the text begins with the null print string.
+// Scanning is false, and all numbers stay, where the text is null or begins with the null print string.
 bool ScanIdText(IdNumbers& numbers, const VqString& text, const IdDirectives& directives, const char* format);
-
-// Reads the exchange text of any identifier, and a number alone, which is an object's.
-void ScanIdExchange(IdNumbers& numbers, const VqString& text);
+// The exchange text of any identifier, or a number alone, which is an object's.
+bool ScanIdExchange(IdNumbers& numbers, const VqString& text);
 
 }  // namespace vq
 

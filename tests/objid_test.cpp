@@ -11,6 +11,7 @@ using namespace vqtest;
 namespace {
 
 constexpr std::uint32_t Max = 0xFFFFFFFF;
+constexpr unsigned char German = 2;
 
 TEST(VqObjId, CountsModulo48Bits) {
     const struct {
@@ -119,14 +120,23 @@ TEST(IdentifierText, ReplacesDirectives) {
     EXPECT_EQ(Printed(classId, nullptr) + Printed(classId, "%V.%C") + Printed(classId, "%h/%h/%l%L"),
               "(12v3)3.1212/3/L");
     EXPECT_EQ(Printed(Object(0, 0, 7), "%B") + Printed(Class(65535, 65535), "x"), "{NULL}{NULL}");
+}
 
-    VqString wide = Wide(u"gone");
-    object.PrintToVqString(wide);
-    EXPECT_EQ(Units(wide), u"(1-42#7)") << "the code set stays";
-    VqString null;
-    null.SetNullValue();
-    object.PrintToVqString(null);
-    EXPECT_EQ(Bytes(null), "(1-42#7)");
+TEST(IdentifierText, KeepsTheCodeSetAndLanguageOfItsTarget) {
+    const std::pair<VqObjId, const char*> cases[] = {{Object(1, 42, 7), "(1-42#7)"}, {VqObjId(), "{NULL}"}};
+    for (const auto& [object, printed] : cases) {
+        VqString wide = Wide(u"gone");
+        wide.SetLanguage(German);
+        const unsigned char codeSet = wide.GetCodeSet();
+        object.PrintToVqString(wide);
+        EXPECT_EQ(Units(wide), std::u16string(printed, printed + std::strlen(printed)));
+        EXPECT_TRUE(wide.GetCodeSet() == codeSet && wide.GetLanguage() == German) << printed;
+        VqString null;
+        null.SetNullValue();
+        object.PrintToVqString(null);
+        EXPECT_EQ(Bytes(null), printed);
+        EXPECT_EQ(null.GetLanguage(), VqString().GetLanguage());
+    }
 }
 
 TEST(IdentifierText, IsReadInStepWithItsFormat) {
@@ -157,6 +167,13 @@ TEST(IdentifierText, IsReadInStepWithItsFormat) {
     VqObjId id;
     id.ScanFromVqString(Wide(u"(1-42#7)"));
     EXPECT_EQ(NumbersOf(id), "1 42 7");
+
+    VqString null;
+    null.SetNullValue();
+    VqClassId classId = Class(12, 3);
+    classId.ScanFromVqString(null);
+    id.ScanFromVqString(null);
+    EXPECT_TRUE(classId.IsNullValue() && NumbersOf(id) == "0 0 0");
 }
 
 TEST(IdentifierText, OfArraysHasCommas) {
