@@ -22,14 +22,14 @@
 ///                 %h where that has 16 bits, %l where it has 32. The other letter passes over it.
 ///     %%          a per cent sign, as every other character after a '%' is itself
 ///
-/// Printing *replaces* what the string holds, and keeps its code set; a null value makes it the null print string,
-/// whatever the format. Only the texts of an array are appended, as those of all types are.
+/// Printing *replaces* what the string holds, and keeps its code set and language; a null value makes it the null print
+/// string, whatever the format. Only the texts of an array are appended, as those of all types are.
 ///
-/// Scanning never fails. All numbers that the format names or not start as 0; a text that begins with the null print
-/// string is null. Then format and text are walked together until the text ends: an ordinary character passes over one
-/// of the text, which may be any, a directive reads a number as scanf does, white space first and a sign allowed, or
-/// leaves it 0. Numbers above 32 bits are 4294967295; the low 16 bits count where there is room for no more. Texts in
-/// 2-byte code sets are read in the default 8-bit one.
+/// Scanning never fails. All numbers that the format names or not start as 0; a null string, and a text that begins
+/// with the null print string, make the null value. Then format and text are walked together until the text ends: an
+/// ordinary character passes over one of the text, which may be any, a directive reads a number as scanf does, white
+/// space first and a sign allowed, or leaves it 0. Numbers above 32 bits are 4294967295; the low 16 bits count where
+/// there is room for no more. Texts in 2-byte code sets are read in the default 8-bit one.
 #ifndef OBJID_H
 #define OBJID_H
 
@@ -90,12 +90,15 @@ class VQTM_API VqIdentifierSlots {
     /// As all estimates (vqtypevl.h), of the first of `count` keys.
     ///
     ///     VqObjId      the area between the index's keys, where a key is the number high * 65535 + low; without
-    ///                  statistics both bounds are 0
-    ///     VqClassId    1, and no range: no key selects
+    ///                  statistics, the index of the number 0 alone
+    ///     VqClassId    always 1, and no range: no key selects
     ///     VqRef        the part of all references that number (database * 65535 + high) * 4294967295 + low splits off,
     ///                  whatever the index holds; `operators` keep the bits 0x800F
     ///
-    /// The multipliers are a little too small, and stay so: estimates decide between plans that were tuned with them.
+    /// The multipliers stay as they are: estimates decide between plans that were tuned with them. Those of references
+    /// are only a little too small. That of objects is 1/65536 of what `low` counts to, so that objects of different
+    /// `high` overlap: (1, 0) lies where (0, 65535) does. Within one `high` estimates are sound; an index that reaches
+    /// over several can look backward, as from (0, 70000) to (1, 0), and is then estimated at 0.
     static double EvalAndBound(VqIdxBounds* indexBounds, unsigned short& operators, const void* key,
                                unsigned char format, unsigned long count, VqIdxBounds* scanBounds);
 

@@ -176,7 +176,7 @@ double VqIdentifierSlots<Id>::EvalAndBound([[maybe_unused]] VqIdxBounds* indexBo
     if constexpr (std::is_same_v<Id, VqClassId>) {
         return 1;
     } else {
-        if (count == 0) return 0;
+        if (key == nullptr || count == 0) return 0;
         const double estimate = vq::Estimate<Id>::Of(indexBounds, operators, key, format);
         vq::RecordKey(scanBounds, operators, key, count * Id::StoredSize);
         return estimate;
