@@ -209,12 +209,14 @@ struct Utf16 {
 };
 
 struct Utf8 {
-    char bytes[3 * TextLength];
-    std::int32_t length = 0;
+    char bytes[2 * TextLength];  // German letters need no more
+    std::uint8_t length;
 
     explicit Utf8(const VqString& string) {
         UErrorCode error = U_ZERO_ERROR;
-        u_strToUTF8(bytes, sizeof bytes, &length, Utf16(string).units, TextLength, &error);
+        std::int32_t size = 0;
+        u_strToUTF8(bytes, sizeof bytes, &size, Utf16(string).units, TextLength, &error);
+        length = static_cast<std::uint8_t>(size);
     }
     bool operator<(const Utf8& other) const {
         UErrorCode error = U_ZERO_ERROR;

@@ -57,17 +57,23 @@ inline __m128i LoadHalves(const unsigned char* low, const unsigned char* high) {
                               _mm_loadl_epi64(reinterpret_cast<const __m128i*>(high)));
 }
 
+// StopMask of the first 16 bytes at both places, which may be read.
+template <class Unit>
+unsigned BlockStops(const unsigned char* text1, const unsigned char* text2) {
+    return StopMask<Unit>(LoadBlock(text1), LoadBlock(text2));
+}
+
 // The byte of the first stop from `at` on, or `bytes`.
 template <class Unit>
 std::size_t StopByBlocks(TextPair<Unit> pair, std::size_t bytes) {
     std::size_t at = 0;
     for (; at + 16 <= bytes; at += 16) {
-        const unsigned mask = StopMask<Unit>(LoadBlock(pair.text1 + at), LoadBlock(pair.text2 + at));
+        const unsigned mask = BlockStops<Unit>(pair.text1 + at, pair.text2 + at);
         if (mask != 0) return at + static_cast<unsigned>(std::countr_zero(mask));
     }
     if (at == bytes) return bytes;
     at = bytes - 16;  // again over some that are known to be the same
-    const unsigned mask = StopMask<Unit>(LoadBlock(pair.text1 + at), LoadBlock(pair.text2 + at));
+    const unsigned mask = BlockStops<Unit>(pair.text1 + at, pair.text2 + at);
     return at + (mask != 0 ? static_cast<unsigned>(std::countr_zero(mask)) : 16U);
 }
 
@@ -80,6 +86,18 @@ std::size_t StopByHalves(TextPair<Unit> pair, std::size_t bytes) {
     if (mask == 0) return bytes;
     const unsigned at = static_cast<unsigned>(std::countr_zero(mask));
     return at < 8 ? at : at - 8 + last;
+}
+
+#else
+
+template <class Unit>
+unsigned BlockStops(const unsigned char* text1, const unsigned char* text2) {
+    unsigned stops = 0;
+    for (unsigned at = 0; at < 16; at += sizeof(Unit)) {
+        const unsigned short code = LoadChar(text1 + at, sizeof(Unit));
+        if (code == 0 || code != LoadChar(text2 + at, sizeof(Unit))) stops |= 1U << at;
+    }
+    return stops;
 }
 
 #endif

@@ -1,10 +1,12 @@
 // Strings as keys: comparison and hashing, in memory and stored.
 
+#include <bit>
 #include <climits>
 
 #include "comparearrays.h"
 #include "comparetexts.h"
 #include "cutkeys.h"
+#include "equalrun.h"
 #include "hasharrays.h"
 #include "strhash.h"
 #include "stringarray.h"
@@ -115,8 +117,40 @@ struct Record {
     static constexpr unsigned long MinSize = 6;
 };
 
+// The keys of two characters in one place.
+struct KeyPair {
+    std::int32_t key1, key2;
+    std::int32_t closer;  // negative where they do not say enough
+
+    // A negative key wants a closer look, also before a difference: it may begin a letter of several characters.
+    KeyPair(const std::int32_t* keys, Record a, Record b, unsigned stops) {
+        const unsigned place = 2 + static_cast<unsigned>(std::countr_zero(stops));
+        key1 = keys[a.at[place]];
+        key2 = keys[b.at[place]];
+        closer = key1 | key2 | keys[a.at[place - 1]];
+    }
+    bool AtEnds() const { return (key1 | key2) == 0; }
+    int Difference() const { return (key1 & VqKeyPrimaryMask) - (key2 & VqKeyPrimaryMask); }
+};
+
+// True where short texts are equal, and where the first or the second pair of unlike characters differs as letters:
+// most texts do on the way through an index. Both pairs are looked at without asking whether the first decides, for
+// nobody foretells whether two texts begin in the same case.
+[[gnu::always_inline]] inline bool CompareBeginnings(Record a, Record b, int& result) {
+    if (std::min(a.length, b.length) < 16) return false;
+    const std::int32_t* const keys = VqLanguageContext::QueryByteKeys(a.CodeSet(), a.Language());
+    const unsigned stops = vq::BlockStops<unsigned char>(a.at + 2, b.at + 2) & ~3U;  // not set and language
+    if (stops == 0 || keys == nullptr) return false;
+    const unsigned others = stops & (stops - 1);
+    const KeyPair first(keys, a, b, stops), second(keys, a, b, others != 0 ? others : stops);
+    const int difference = first.Difference(), undecided = -static_cast<int>(difference == 0);
+    result = difference | (second.Difference() & undecided);
+    return first.AtEnds() || (result != 0 && (first.closer | (second.closer & undecided)) >= 0);
+}
+
 // False, with nothing told, for all others.
-bool CompareUsual(unsigned char format, const Operands& operands, unsigned short flags, int& result) {
+[[gnu::always_inline]] inline bool CompareUsual(unsigned char format, Operands operands, unsigned short flags,
+                                                int& result) {
     if (operands.count != 1 || format == VqFormat_Memory) return false;
     const bool bigEndian = vq::IsBigEndian(format);
     Record a, b;
@@ -125,13 +159,15 @@ bool CompareUsual(unsigned char format, const Operands& operands, unsigned short
     const vq::ComparedText text1 = {a.CodeSet(), a.Language(), a.Text(), a.Size()};
     const vq::ComparedText text2 = {b.CodeSet(), b.Language(), b.Text(), b.Size()};
     if (text1.codeSet >= VqFirstWideCodeSet || !vq::IsUsual(text1, text2, flags, -1, 1)) return false;
+    if (CompareBeginnings(a, b, result)) return true;
     result = vq::CompareUsualRecords(text1.text, text2.text, std::min(text1.size, text2.size), text1.codeSet,
                                      text1.language, flags);
     return true;
 }
 
-int CompareAll(unsigned char format, const Operands& operands, unsigned short flags, unsigned long lacking,
-               int& error) {
+// Takes its operands by value, so that those of the usual keys stay in registers.
+[[gnu::noinline]] int CompareAll(unsigned char format, Operands operands, unsigned short flags, unsigned long lacking,
+                                 int& error) {
     const Manner manner = {flags, static_cast<unsigned char>(format & VqFormat_OrderMask)};
     StringArray first(format, operands.length1, operands.value1, lacking);
     StringArray second(format, operands.length2, operands.value2, lacking);
@@ -143,8 +179,8 @@ int CompareAll(unsigned char format, const Operands& operands, unsigned short fl
     return result;
 }
 
-int CompareStrings(unsigned char format, const Operands& operands, unsigned short flags, unsigned long lacking,
-                   int& error) {
+[[gnu::always_inline]] inline int CompareStrings(unsigned char format, Operands operands, unsigned short flags,
+                                                 unsigned long lacking, int& error) {
     error = VqStatus_Ok;
     if (operands.count == 0) return 0;
     if (flags == VqCmp_Default) flags = VqString::GetDefaultCmpOp();

@@ -42,6 +42,13 @@ class VQI18N_API VqLanguageContext {
 
     /// The code set of that number; 0 gives the native one. Null for a code that stands for no set.
     static const VqCodeSet* QueryCodeSet(unsigned char codeSet);
+    /// VqCodeSet::GetKeyTable(language).keys of that set of 1-byte characters, without a call. Null for any other
+    /// number, and for 0.
+    static const std::int32_t* QueryByteKeys(unsigned char codeSet, unsigned char language) {
+        const unsigned set = codeSet - 1U;
+        if (set >= byteKeys_.setCount) return nullptr;
+        return byteKeys_.keys[set * byteKeys_.placeCount + byteKeys_.placeOfLanguage[language]];
+    }
 
     /// The language's English name in lower case ("german"), or null for a code that stands for no language. Static
     /// text.
@@ -63,6 +70,15 @@ class VQI18N_API VqLanguageContext {
         unsigned short cmpOp = 0x10;
     };
     static Defaults defaults_;
+
+    // The ready keys of each 1-byte set in each collation class.
+    struct ByteKeys {
+        const std::int32_t* const* keys;
+        const std::uint8_t* placeOfLanguage;
+        unsigned setCount;
+        unsigned placeCount;
+    };
+    static const ByteKeys byteKeys_;
 };
 
 #endif

@@ -4,6 +4,7 @@
 
 #include "keytable.h"
 #include "unittext.h"
+#include "vqlanguagecontext.h"
 
 namespace vq {
 namespace {
@@ -63,6 +64,19 @@ constexpr auto byteCodeSets = []<std::size_t... Set>(std::index_sequence<Set...>
     return std::array<ByteCodeSet, SetCount>{ByteCodeSet(byteSetData[Set], keysOfSet<Set>.data())...};
 }
 (std::make_index_sequence<SetCount>());
+
+// The keys of all sets in all classes, without their objects.
+constexpr auto keysOfSets = [] {
+    std::array<const std::int32_t*, SetCount * ClassCount> all{};
+    auto next = all.begin();
+    [&]<std::size_t... Set>(std::index_sequence<Set...>) {
+        ((next = std::transform(keysOfSet<Set>.begin(), keysOfSet<Set>.end(), next,
+                                [](const ByteKeys* table) { return table->keys; })),
+         ...);
+    }
+    (std::make_index_sequence<SetCount>());
+    return all;
+}();
 
 }  // namespace
 
@@ -157,3 +171,6 @@ const VqCodeSet* FindByteCodeSet(unsigned char codeSet) {
 }
 
 }  // namespace vq
+
+constinit const VqLanguageContext::ByteKeys VqLanguageContext::byteKeys_ = {
+    vq::keysOfSets.data(), vq::placeOfLanguage.data(), vq::SetCount, vq::ClassCount};
