@@ -75,11 +75,17 @@ struct Range {
     bool hasLow, hasHigh;
     unsigned short operators;
 
-    Range(const Row& row, unsigned short asked, const Record& key, unsigned char format, unsigned long count = 1)
+    // `ends`: the index's low and high key, where it has statistics.
+    Range(const Row& row, unsigned short asked, const Record& key, unsigned char format, unsigned long count = 1,
+          const Record* ends = nullptr)
         : operators(asked) {
         const Block block(key.data(), key.size());
-        VqIdxBounds bounds;
-        row.bound(nullptr, operators, block.Get(), format, count, &bounds);
+        VqIdxBounds bounds, index;
+        if (ends != nullptr) {
+            index = {const_cast<unsigned char*>(ends[0].data()), const_cast<unsigned char*>(ends[1].data()),
+                     static_cast<std::uint32_t>(ends[0].size()), static_cast<std::uint32_t>(ends[1].size())};
+        }
+        row.bound(ends != nullptr ? &index : nullptr, operators, block.Get(), format, count, &bounds);
         hasLow = Take(bounds.lowKey, bounds.lowKeyLength, low);
         hasHigh = Take(bounds.highKey, bounds.highKeyLength, high);
         VqFreeBounds(bounds);
@@ -209,10 +215,10 @@ struct Alphabet {
 };
 
 const Alphabet alphabets[] = {
-    {1, 2, u"sSß\u00E4aAeæz"},                                           // expansions
-    {12, 16, u"cszdyCSZ"},                                               // contractions, one of them the last letter
-    {1, 10, u"aåAæb"},                                                   // a contraction equal to a letter
-    {253, 0, u"aß1½ \uAC00\uAC01\uAC1B\u4E2D\uE000\uE001\uF8FF\uFAFF"},  // syllables with a second order
+    {1, 2, u"sSß\u00E4aAeæz"},  // expansions
+    {12, 16, u"cszdyCSZ"},      // contractions, one of them the last letter
+    {1, 10, u"aåAæb"},          // a contraction equal to a letter
+    {253, 0, u"aß1½ \uAC00\uAC01\uAC1B\u4E2D\uE000\uE001\uF8FF\uFAFF\uFFFF"},  // syllables with a second order
     {228, 23, u"a\uAC00\uAC01\uAC1B\u4E2D"},
     {13, 18, u"\u0430\u0431\u044F\u0451az9"},
     {0, 0, u"aAbÿþ0_~"},
@@ -311,6 +317,9 @@ TEST(StringEstimates, AtAndBeyondTheEndsOfAnIndex) {
         {"b", "y", Equal, "m*", 0.02, 0.1},
         {"b", "y", Less, "m*", 0.3, 0.6},
         {"b", "y", Equal, "*m", 1, 1},
+        {"b", "y", Less, "*m", 0, 0},
+        {nullptr, "z", Equal, "?", 1, 1},
+        {nullptr, nullptr, Equal, "*", 1, 1},
         {"common a", "common z", Equal, "com*", 1, 1},
         {"m", "m", Equal, "m", 1, 1},
         {"m", "m", Greater, "a", 1, 1},
@@ -339,10 +348,73 @@ TEST(StringEstimates, AtAndBeyondTheEndsOfAnIndex) {
     EXPECT_TRUE(assertions.Lines().empty());
 }
 
+// Each collation class lies apart, in the order of the classes.
+TEST(StringEstimates, OfAnIndexOfSeveralClasses) {
+    const auto russian = [](const char16_t* text) {
+        VqString string = Wide(text);
+        string.SetLanguage(18);
+        return RecordOf(string, 1);
+    };
+    const auto neutral = [](const char* text) { return RecordOf(In(1, text), 1); };
+    const Record low = neutral("a"), high = russian(u"\u044F");
+    const struct {
+        Record key;
+        unsigned short operators;
+        double least, most;
+    } cases[] = {
+        {neutral("m"), Less, 0.01, 0.2},
+        {neutral("zz"), Less, 0.03, 0.2},
+        {russian(u"\u0430"), Less, 0.7, 0.99},
+        {russian(u"\u0430"), Greater, 0.01, 0.3},
+        {neutral("*"), Equal, 1, 1},
+        {russian(u"*"), Equal, 1, 1},
+        {russian(u"\u0430*"), Equal, 0.0001, 0.1},
+    };
+    for (const auto& c : cases) {
+        const double estimate = stringRows[0].Estimate(low, high, c.operators, c.key, 1);
+        EXPECT_TRUE(estimate >= c.least && estimate <= c.most)
+            << estimate << " for " << Hex(c.key.data(), c.key.size());
+    }
+}
+
+// Areas of the legacy layout are clipped like records.
+TEST(StringEstimates, TakeClippedEndsOfTheLegacyLayout) {
+    const auto legacy = [](const std::string& text) {
+        Record area(2 + text.size() + 1);
+        area[0] = static_cast<unsigned char>(text.size() + 1);
+        area[1] = static_cast<unsigned char>((text.size() + 1) >> 8);
+        std::copy(text.begin(), text.end(), area.begin() + 2);
+        return area;
+    };
+    Record low = legacy("ba" + std::string(300, 'x')), high = legacy("yz" + std::string(300, 'x'));
+    const Record key = legacy("mm");
+    for (const Row& row : stringRows) {
+        const double whole = row.Estimate(low, high, Less, key, 1);
+        EXPECT_NEAR(whole, 0.5, 0.2);
+        const Record lowCut(low.begin(), low.begin() + 254), highCut(high.begin(), high.begin() + 254);
+        EXPECT_NEAR(row.Estimate(lowCut, highCut, Less, key, 1), whole, 1e-6) << row.name;
+    }
+}
+
+// The code of the memory form stands for this machine's byte order, and its option bits for nothing.
+TEST(StringEstimates, TakeTheByteOrderFromTheFormat) {
+    const Record low = RecordOf(In(1, "b"), 1), high = RecordOf(In(1, "y"), 1), key = RecordOf(Wide(u"m*"), 1);
+    const Record byteLow = RecordOf(0, "b", 1), byteHigh = RecordOf(0, "y", 1), byteKey = RecordOf(0, "m*", 1);
+    for (const unsigned char format : std::initializer_list<unsigned char>{8, 0x21, 0x88}) {
+        EXPECT_EQ(stringRows[0].Estimate(low, high, Less, key, format),
+                  stringRows[0].Estimate(low, high, Less, key, 1));
+        EXPECT_EQ(byteRows[0].Estimate(byteLow, byteHigh, Less, byteKey, format),
+                  byteRows[0].Estimate(byteLow, byteHigh, Less, byteKey, 1));
+        EXPECT_EQ(Range(stringRows[0], Equal, key, format).high, Range(stringRows[0], Equal, key, 1).high);
+        EXPECT_EQ(Range(byteRows[0], Equal, byteKey, format).high, Range(byteRows[0], Equal, byteKey, 1).high);
+    }
+}
+
 // What an index's own keys claim is not believed beyond their lengths.
 TEST(StringEstimates, SurviveBoundsThatAreCutOrCorrupt) {
     const Record whole = RecordOf(In(1, "lower", 9), 1), key = RecordOf(VqString("m?"), 1);
     const Record bytes = RecordOf(0, "lower", 1), byteKey = RecordOf(0, "m?", 1);
+    AssertRecorder assertions;
     const auto expectSane = [](const Row& row, const Record& low, const Record& own) {
         for (const unsigned short operators : {Equal, Less, Greater}) {
             const double estimate =
@@ -363,11 +435,13 @@ TEST(StringEstimates, SurviveBoundsThatAreCutOrCorrupt) {
             }
         }
     }
+    EXPECT_TRUE(assertions.Lines().empty());
 }
 
 // --- Ranges
 
-// Whatever a pattern matches lies between its ends, under the same levels.
+// Whatever a pattern matches lies between its ends, under the same levels. Texts of the native set and others are kept
+// in one index where its statistics tell so.
 TEST(StringRanges, HoldAllThatMatches) {
     std::mt19937 random(5);
     for (const Alphabet& alphabet : alphabets) {
@@ -379,10 +453,12 @@ TEST(StringRanges, HoldAllThatMatches) {
             const std::u16string beginning = alphabet.Some(random, 4);
             const Record pattern =
                 RecordOf(alphabet.Text(beginning + (round % 5 ? u"*" : u"?") + alphabet.Some(random, 1)), format);
-            const Range range(row, Equal, pattern, format);
+            const bool mixed = alphabet.codeSet != 0 || round % 3 == 0;
+            const Record ends[] = {RecordOf(In(1, "a"), format), RecordOf(In(alphabet.codeSet != 0, "z"), format)};
+            const Range range(row, Equal, pattern, format, 1, mixed ? ends : nullptr);
             for (int i = 0; i < 8; ++i) {
                 VqString string = alphabet.Text((i % 2 ? beginning : u"") + alphabet.Some(random, 5));
-                if (i % 4 == 3 && alphabet.codeSet != 0) string.MapToCodeSet(253);
+                if (i % 4 == 3 && mixed) string.MapToCodeSet(alphabet.codeSet == 0 && i == 3 ? 1 : 253);
                 if (i == 0) string.SetNullValue();
                 const Record text = RecordOf(string, format);
                 for (const auto levels : std::initializer_list<unsigned short>{0, 0x20, 0x40, 0x60}) {
@@ -488,6 +564,79 @@ TEST(StringRanges, TakeTheEndsThatTheOperatorsAskFor) {
     }
 }
 
+// What a leading wildcard matches can be of any language.
+TEST(StringRanges, OfLeadingWildcardsHoldTextsOfAllLanguages) {
+    for (const unsigned char codeSet : std::initializer_list<unsigned char>{0, 1, 253}) {
+        VqString pattern = In(codeSet == 0 ? 0 : 1, "?*");
+        if (codeSet != 0) pattern.MapToCodeSet(codeSet);
+        const Range range(stringRows[0], Equal, RecordOf(pattern, 2), 2);
+        for (unsigned char language = 0; language < 24; ++language) {
+            for (const char16_t* const text : {u"abc", u"\u0416", u"\u4E2D\uAC1B", u"\uFFFF"}) {
+                VqString string = Wide(text);
+                string.SetLanguage(language);
+                EXPECT_TRUE(range.Holds(stringRows[0], RecordOf(string, 2), VqCmp_Exact, 2))
+                    << int{codeSet} << " " << int{language};
+            }
+        }
+    }
+}
+
+// Native texts have wildcards of their own, which those of letters join where texts of other sets are in the index.
+TEST(StringRanges, OfNativePatternsEndAtEitherWildcard) {
+    const Record native[] = {RecordOf(In(0, "a"), 1), RecordOf(In(0, "z"), 1)};
+    const Record mixed[] = {RecordOf(In(0, "a"), 1), RecordOf(In(1, "z"), 1)};
+    const struct {
+        const char* pattern;
+        const Record* ends;
+        const char *low, *high;  // their first bytes
+    } cases[] = {
+        {"ab*", native, "06 00 00 00 61 62 00 ff", "ff 00 00 00 61 62 ff ff"},
+        {"ab*", mixed, "06 00 00 00 61 62 00 ff", "fc 00 fd 00 61 00 62 00"},
+        {"ab%", native, nullptr, nullptr},
+        {"ab%", mixed, "06 00 00 00 61 62 00 ff", "fc 00 fd 00 61 00 62 00"},
+        {"a*b%", mixed, "05 00 00 00 61 00 ff", "fc 00 fd 00 61 00 ff ff"},
+        {"a%b*", mixed, "05 00 00 00 61 00 ff", "fc 00 fd 00 61 00 ff ff"},
+        {"*", mixed, "04 00 00 fe 00 ff", "fc 00 fd 14 ff ff ff ff"},
+    };
+    VqString::SetAsterisk(VqChar('%', 1, 0));
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.pattern);
+        const Record key = RecordOf(In(0, c.pattern), 1);
+        const Range range(stringRows[0], Equal, key, 1, 1, c.ends);
+        EXPECT_EQ(range.operators, c.low != nullptr ? Equal | Wildcard : Equal);
+        EXPECT_EQ(Hex(range.low.data(), range.low.size()), c.low != nullptr ? c.low : Hex(key.data(), key.size()));
+        EXPECT_EQ(Hex(range.high.data(), 8), c.high != nullptr ? c.high : Hex(key.data(), 8));
+    }
+    VqString::SetAsterisk(VqChar('*', 1, 0));
+}
+
+// What stands behind the end of a text, or in null, is no wildcard; under a damaged header it is.
+TEST(StringRanges, FindWildcardsInTextsAlone) {
+    Record ended = RecordOf(In(0, "ab-*"), 1), null = RecordOf(In(1, "ab*"), 1), damaged = RecordOf(Wide(u"ab*"), 1);
+    ended[6] = 0;
+    null[3] = VqNullMark;
+    damaged[2] = 254, damaged[3] = 129;
+    const struct {
+        const Row* row;
+        Record key;
+        unsigned short after;
+        Record low;
+    } cases[] = {
+        {&stringRows[0], ended, Equal, ended},
+        {&stringRows[0], null, Equal, null},
+        {&stringRows[0], damaged, Equal | Wildcard, {8, 0, 254, 1, 'a', 0, 'b', 0, 0, 0xFF}},
+        {&byteRows[0], RecordOf(0, std::string("ab\0*", 4), 1), Equal, RecordOf(0, std::string("ab\0*", 4), 1)},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(Hex(c.key.data(), c.key.size()));
+        const Range range(*c.row, Equal, c.key, 1);
+        EXPECT_EQ(range.operators, c.after);
+        EXPECT_EQ(range.low, c.low);
+        const double estimate = c.row->Estimate(c.key, c.key, Equal, c.key, 1);
+        EXPECT_TRUE(estimate >= 0 && estimate <= 1);
+    }
+}
+
 TEST(StringRanges, OfPatternsEndAtTheEscapeCharacter) {
     VqString::SetEscape(VqChar('\\', 1, 0));
     const Range range(stringRows[0], Equal, RecordOf(VqString("ab\\*c*"), 1), 1);
@@ -549,16 +698,77 @@ TEST(StringRanges, ClipLongKeys) {
                 << n;
         }
     }
+    // The last unit alone sorts behind the finals of syllables.
+    const std::u16string syllables(123, u'\uAC00');
+    const Range range(stringRows[0], Equal, RecordOf(Wide(syllables + u"*"), 1), 1);
+    EXPECT_TRUE(range.Holds(stringRows[0], RecordOf(Wide(syllables + u"\uAC1Bx"), 1), VqCmp_Exact, 1));
     EXPECT_TRUE(assertions.Lines().empty());
 }
 
+Record Joined(std::initializer_list<Record> elements) {
+    Record array;
+    for (const Record& element : elements) array.insert(array.end(), element.begin(), element.end());
+    return array;
+}
+
 TEST(StringRanges, OfArraysTakeAllElements) {
-    Record array = RecordOf(VqString("a"), 1);
-    const Record second = RecordOf(VqString(std::string(300, 'b').c_str()), 1);
-    array.insert(array.end(), second.begin(), second.end());
+    const Record array = Joined({RecordOf(VqString("a"), 1), RecordOf(VqString(std::string(300, 'b').c_str()), 1)});
     EXPECT_EQ(Range(stringRows[0], Equal, array, 1, 1).low.size(), 7U);
     const Range both(stringRows[0], Equal, array, 1, 2);
     EXPECT_EQ(both.low, Record(array.begin(), array.begin() + 254));
+}
+
+// The elements in front of the first pattern stay as they are.
+TEST(StringRanges, OfArraysHoldWhatALaterPatternMatches) {
+    AssertRecorder assertions;
+    const auto text = [](const char* first, const char* second, const char* third) {
+        return Joined({RecordOf(VqString(first), 1),
+                       RecordOf(Wide(std::u16string(second, second + std::strlen(second))), 1),
+                       RecordOf(VqString(third), 1)});
+    };
+    const auto bytes = [](const char* first, const char* second, const char* third) {
+        return Joined({RecordOf(0, first, 1), RecordOf(0, second, 1), RecordOf(0, third, 1)});
+    };
+    const auto legacy = [](const char* first, const char* second, const char* third) {
+        const std::string texts = std::string(first) + '\0' + second + '\0' + third + '\0';
+        Record area = {static_cast<unsigned char>(texts.size()), static_cast<unsigned char>(texts.size() >> 8)};
+        for (const char c : texts) area.push_back(static_cast<unsigned char>(c));
+        return area;
+    };
+    const std::string long1(240, 'k'), long2(260, 'k');
+    const struct {
+        const char *first, *second, *third;
+    } patterns[] = {
+        {"x", "ab*", "y"},           {"x", "y", "ab*"},           {"x", "ab?", "*"},           {"x", "*", "y"},
+        {long1.c_str(), "ab*", "y"}, {long2.c_str(), "ab*", "y"}, {"x", long1.c_str(), "ab*"},
+    };
+    const auto check = [](const Row& row, const Record& pattern, const Record& array, bool equal) {
+        const Range range(row, Equal, pattern, 1, 3);
+        ASSERT_EQ(range.operators, Equal | Wildcard);
+        int status;
+        const auto compare = [&](const Record& end) {
+            const Block a(array.data(), array.size()), b(end.data(), end.size());
+            return row.compare(1, array.size(), a.Get(), end.size(), b.Get(), VqCmp_Exact, 3, status);
+        };
+        EXPECT_EQ(compare(range.low) >= 0 && compare(range.high) <= 0, equal)
+            << Hex(pattern.data(), pattern.size()) << " and " << Hex(array.data(), array.size());
+    };
+    for (const auto& p : patterns) {
+        const auto filled = [](std::string element) {
+            if (element.find_first_of("*?") != std::string::npos) element.back() = 'c';
+            return element;
+        };
+        const std::string first = filled(p.first), second = filled(p.second), third = filled(p.third);
+        const auto checkForm = [&](const Row& row, const auto& form) {
+            check(row, form(p.first, p.second, p.third), form(first.c_str(), second.c_str(), third.c_str()), true);
+            check(row, form(p.first, p.second, p.third), form("w", second.c_str(), third.c_str()), false);
+        };
+        checkForm(stringRows[0], text);
+        checkForm(stringRows[1], legacy);
+        checkForm(byteRows[0], bytes);
+        checkForm(byteRows[1], bytes);
+    }
+    EXPECT_TRUE(assertions.Lines().empty());
 }
 
 }  // namespace
