@@ -54,6 +54,15 @@ TEST_F(LanguageContext, CodeSetsAreFoundByNumber) {
     EXPECT_EQ(numbers, "1 2 3 4 5 6 7 8 9 10 11 12 13 14 225 226 227 228 253 ");
 }
 
+TEST_F(LanguageContext, ReadyKeysOfByteSetsAreThoseOfTheirObjects) {
+    for (int place = 0; place < 0x10000; ++place) {
+        const auto code = static_cast<unsigned char>(place >> 8), language = static_cast<unsigned char>(place);
+        const bool bytes = code != 0 && code < VqFirstWideCodeSet && Context::QueryCodeSet(code) != nullptr;
+        const std::int32_t* const keys = bytes ? Context::QueryCodeSet(code)->GetKeyTable(language).keys : nullptr;
+        ASSERT_EQ(Context::QueryByteKeys(code, language), keys) << int{code} << ", language " << int{language};
+    }
+}
+
 TEST_F(LanguageContext, CodeZeroIsTheNativeSet) {
     Context::SetNativeCodeSet(9);
     EXPECT_STREQ(Context::QueryCodeSet(0)->GetName(), "KOI8-R");
