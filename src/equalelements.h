@@ -129,20 +129,42 @@ unsigned long EqualRun(const unsigned char* a, const unsigned char* b, unsigned 
     }
 }
 
+// The first element from `i` on that is not equal to its peer, or `end`.
+template <class Element>
+unsigned long Unequal(const unsigned char* a, const unsigned char* b, unsigned long i, unsigned long end) {
+    constexpr unsigned long Size = Element::Size;
+    while (i < end && Element::Load(a + i * Size) == Element::Load(b + i * Size)) ++i;
+    return i;
+}
+
+// Where a run ended the difference is in the next vector.
+template <class Element>
+constexpr unsigned long FirstStep = sizeof(Vector) / Element::Size + 1;
+
+// When there was none, bytes differ that do not count. They may go on to do so: runs that end at once become rare, up
+// to where they cost next to nothing.
+template <class Element>
+[[gnu::noinline]] unsigned long EqualByRuns(const unsigned char* a, const unsigned char* b, unsigned long i,
+                                            unsigned long count) {
+    constexpr unsigned long First = FirstStep<Element>, Most = 256;
+    unsigned long step = First, end = i;
+    while (i == end && i < count) {
+        const unsigned long start = i;
+        i = EqualRun<Element>(a, b, i, count);
+        step = i - start > step ? First : std::min(step * 4, Most);
+        end = i + std::min(count - i, step);
+        i = Unequal<Element>(a, b, i, end);
+    }
+    return i;
+}
+
 // The number of elements at the start that are equal.
 template <class Element>
 unsigned long EqualElements(const unsigned char* a, const unsigned char* b, unsigned long count) {
-    constexpr unsigned long Size = Element::Size;
-    // Where the run ended the difference is in the next vector. When there is none there, bytes differ that do not
-    // count.
-    constexpr unsigned long Step = sizeof(Vector) / Size + 1;
-    unsigned long i = 0, end;
-    do {
-        i = EqualRun<Element>(a, b, i, count);
-        end = std::min(count, i + Step);
-        while (i < end && Element::Load(a + i * Size) == Element::Load(b + i * Size)) ++i;
-    } while (i == end && i < count);
-    return i;
+    const unsigned long run = EqualRun<Element>(a, b, 0, count);
+    const unsigned long end = run + std::min(count - run, FirstStep<Element>);
+    const unsigned long i = Unequal<Element>(a, b, run, end);
+    return i == end && i < count ? EqualByRuns<Element>(a, b, i, count) : i;
 }
 
 }  // namespace vq
