@@ -6,7 +6,9 @@
 /// counts; functions of scalars give -1, 0 and 1.
 ///
 ///     format     form of both arrays: low four bits 8 is the memory form, 2 stored with the high byte first, every
-///                other code stored with the low byte first; strings are in memory form when the whole byte is 8
+///                other code stored with the low byte first (9 to 15: nullables with their value before their
+///                indicator, as these codes store them); strings, identifiers and references are in memory form when
+///                the whole byte is 8
 ///     length1    bytes of the first array that may be read; 0 stands for exactly `count` elements
 ///     value1     the first array; needs no alignment, strings and blobs in memory form aside
 ///     length2    the same for the second array
@@ -49,7 +51,8 @@ VQTM_COMPARE_FUNCTION(DoubleCompare)
 /// Dates. In memory form by VqDate's operator!=, in which a field of -1 in either date stands for any value. A stored
 /// second array is what is searched for: its fields of -1 stand for any value, those of the first array for themselves.
 /// With VqCmp_Exact all fields of stored dates are compared as they stand. That, and memory form without fields of -1,
-/// is an order; search keys are equal to dates that are not equal.
+/// is an order; search keys are equal to dates that are not equal. Code 1 is a stored form like 2, though its bytes are
+/// those of the memory form: an index with the low byte first needs that order, too.
 VQTM_COMPARE_FUNCTION(DateCompare)
 
 /// Times: hour, minute and second with their signs.

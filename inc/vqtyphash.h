@@ -4,8 +4,10 @@
 /// Every function folds an array of `count` keys into one code below 2^32, on every target. Equal keys have equal codes
 /// in every format.
 ///
-///     format     form of the array: strings are in memory form when the whole byte is 8; else 2 is stored with the
-///                high byte first, every other code stored with the low byte first
+///     format     form of the array: low four bits 8 is the memory form, 2 stored with the high byte first, every
+///                other code stored with the low byte first (9 to 15: nullables with their value before their
+///                indicator, as these codes store them); strings, identifiers and references are in memory form when
+///                the whole byte is 8
 ///     length     bytes of the array that may be read; 0 stands for exactly `count` keys
 ///     values     the keys; stored ones need no alignment
 ///     count      keys; 0 gives the code 0 and reads nothing
@@ -45,8 +47,9 @@ VQTM_HASH_FUNCTION(BooleanHash)  ///< the byte with its sign: null counts as 0xF
 VQTM_HASH_FUNCTION(SealHash)     ///< the three words of 16 bits, combined by exclusive or
 VQTM_HASH_FUNCTION(BlobHash)     ///< the length, 0 for null: all blobs of a length share one code
 
-/// Standard dates as DateHash; one that is no day of the calendar counts as the day that its number is
-/// (d_Date::getAbsDate), so that dates which compare equal have one code.
+/// Standard dates by the fields of the day that their number gives (d_Date::getAbsDate and setAbsDate), as DateHash, so
+/// that dates which compare equal have one code. For days of the calendar from year 1 on these are the date's own
+/// fields; before that, and for dates that are no days, they may be others.
 VQTM_HASH_FUNCTION(d_DateHash)
 /// (hour - tz_hour << 16) + (minute - tz_minute << 8). Seconds do not count: each time equals others less than a second
 /// apart, and these others again.

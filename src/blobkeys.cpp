@@ -101,7 +101,7 @@ std::uint32_t HashStored(StoredBlobs blobs, unsigned long count, int& error) {
 // --- Both
 
 int CompareBlobs(unsigned char format, const vq::Operands& operands, int& error) {
-    if (operands.count == 0 || vq::IsInMemory(format)) return vq::CompareAll<BlobInMemory>(operands, error);
+    if (operands.count == 0 || vq::IsInMemory(format)) return vq::CompareKeys<BlobInMemory>(operands, error);
     return CompareStored(StoredBlobs(format, operands.length1, operands.value1),
                          StoredBlobs(format, operands.length2, operands.value2), operands.count, error);
 }

@@ -112,7 +112,7 @@ struct DateTimeForms : vq::StoredAsInMemory<StoredDateTime> {
 }  // namespace
 
 VQ_COMPARE_FUNCTION(DateCompare, CompareDates(format, VQ_OPERANDS, flags, error))
-VQ_COMPARE_FUNCTION(TimeCompare, vq::CompareAll<TimeElement>(VQ_OPERANDS, error))
+VQ_COMPARE_FUNCTION(TimeCompare, vq::CompareKeys<TimeElement>(VQ_OPERANDS, error))
 VQ_COMPARE_FUNCTION(DaTimeCompare, vq::CompareForms<DateTimeForms>(format, VQ_OPERANDS, error))
 
 VQ_HASH_FUNCTION(DateHash, vq::HashForms<vq::StoredAsInMemory<HashedDate>>(format, length, values, count, error))

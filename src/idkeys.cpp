@@ -3,9 +3,8 @@
 #include <bit>
 #include <cstddef>
 
-#include "comparearrays.h"
-#include "hasharrays.h"
 #include "keybounds.h"
+#include "keyforms.h"
 #include "ref.h"
 
 namespace vq {
@@ -64,7 +63,6 @@ struct StoredKey {
     std::uint64_t word;
 };
 
-using vq::Order;  // of words
 // The difference of the highest bytes that differ.
 int Order(StoredKey a, StoredKey b) {
     const std::uint64_t differences = a.word ^ b.word;
@@ -82,16 +80,6 @@ struct IdStored {
 
 bool BeginsWithNullClass(const void* keys) {
     return LoadWord<std::uint32_t>(static_cast<const unsigned char*>(keys)) == 0xFFFF'FFFF;
-}
-
-// Most calls bring one key.
-template <class Element>
-int CompareKeys(const Operands& operands, int& error) {
-    if (operands.count != 1 || operands.Readable(Element::Size) != 1) [[unlikely]]
-        return CompareAll<Element>(operands, error);
-    error = VqStatus_Ok;
-    return Order(Element::Load(static_cast<const unsigned char*>(operands.value1)),
-                 Element::Load(static_cast<const unsigned char*>(operands.value2)));
 }
 
 template <class Id>

@@ -125,6 +125,15 @@ struct StoredParts {
     static bool IsNull(const unsigned char* at) { return at[0] == 1; }
 };
 
+// As format codes store that are more than memory form.
+template <class Null>
+struct ValueFirstParts {
+    using Value = Scalar<decltype(Null::value), false>;
+    static constexpr unsigned long Size = Value::Size + 1;
+    static constexpr unsigned long ValueAt = 0;
+    static bool IsNull(const unsigned char* at) { return at[Value::Size] == 1; }
+};
+
 template <class Parts>
 struct NullableElement : Parts {
     using Value = typename Parts::Value;
@@ -139,6 +148,8 @@ template <class Null>
 using NullableInMemory = NullableElement<PartsInMemory<Null>>;
 template <class Null, bool Swapped>
 using NullableStored = NullableElement<StoredParts<Null, Swapped>>;
+template <class Null>
+using NullableValueFirst = NullableElement<ValueFirstParts<Null>>;
 
 }  // namespace vq
 

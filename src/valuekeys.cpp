@@ -48,7 +48,7 @@ struct SealForms : vq::SameInEveryForm<SealElement<true>> {
 
 }  // namespace
 
-VQ_COMPARE_FUNCTION(BooleanCompare, vq::CompareAll<BooleanElement>(VQ_OPERANDS, error))
+VQ_COMPARE_FUNCTION(BooleanCompare, vq::CompareKeys<BooleanElement>(VQ_OPERANDS, error))
 VQ_COMPARE_FUNCTION(SealCompare, vq::CompareForms<SealForms>(format, VQ_OPERANDS, error))
 
 VQ_HASH_FUNCTION(BooleanHash, vq::HashElements<BooleanElement>(length, values, count, error))

@@ -1,6 +1,6 @@
 #include "vqtyphash.h"
 
-#include "hasharrays.h"
+#include "keyforms.h"
 #include "vqnull.h"
 
 namespace {
@@ -8,8 +8,8 @@ namespace {
 template <class T>
 unsigned long HashScalars(unsigned char format, unsigned long length, const void* values, unsigned long count,
                           int& error) {
-    return vq::IsBigEndian(format) ? vq::HashScalars<vq::Scalar<T, true>>(length, values, count, error)
-                                   : vq::HashScalars<vq::Scalar<T, false>>(length, values, count, error);
+    return vq::InForm<vq::ScalarForms<T>>(
+        format, [&]<class Element>() { return vq::HashScalars<Element>(length, values, count, error); });
 }
 
 // A null counts with a word of its own, a value with its whole code, so that arrays are not multiplied again.
@@ -24,12 +24,8 @@ struct NullableWord : Element {
 template <class Null>
 unsigned long HashNullables(unsigned char format, unsigned long length, const void* values, unsigned long count,
                             int& error) {
-    using vq::XorOfWords;
-    if (format & VqFormat_Memory)
-        return XorOfWords<NullableWord<vq::NullableInMemory<Null>>>(length, values, count, error);
-    return vq::IsBigEndian(format)
-               ? XorOfWords<NullableWord<vq::NullableStored<Null, true>>>(length, values, count, error)
-               : XorOfWords<NullableWord<vq::NullableStored<Null, false>>>(length, values, count, error);
+    return vq::InForm<vq::NullableForms<Null>>(
+        format, [&]<class Element>() { return vq::XorOfWords<NullableWord<Element>>(length, values, count, error); });
 }
 
 unsigned long NoHash(int& error) {

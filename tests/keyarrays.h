@@ -15,7 +15,10 @@
 
 namespace vqtest {
 
-constexpr unsigned char KeyFormats[] = {VqFormat_Memory, VqFormat_LittleEndian, VqFormat_BigEndian, 0x22};
+// The last is more than memory form, so stored: nullables with their values first.
+constexpr unsigned char KeyFormats[] = {VqFormat_Memory, VqFormat_LittleEndian, VqFormat_BigEndian, 0x22, 9};
+
+inline unsigned char RandomFormat(std::mt19937_64& random) { return KeyFormats[random() % std::size(KeyFormats)]; }
 
 template <class T>
 concept NullableKey = requires {
@@ -81,6 +84,8 @@ struct KeyOf<Null> {
 
     static bool InMemory(unsigned char format) { return format == VqFormat_Memory; }
     static unsigned long Size(unsigned char format) { return InMemory(format) ? sizeof(Null) : 1 + ValueSize; }
+    static unsigned long ValueAt(unsigned char format) { return format & VqFormat_Memory ? 0 : 1; }
+    static unsigned long IndicatorAt(unsigned char format) { return format & VqFormat_Memory ? ValueSize : 0; }
     static Null Load(const unsigned char* at, unsigned char format) {
         Null value;
         if (InMemory(format)) {
@@ -93,12 +98,12 @@ struct KeyOf<Null> {
     // In memory every indicator but 0 is null, stored only 1 is.
     static void Put(unsigned char* at, unsigned char format, std::mt19937_64& random) {
         for (unsigned long i = 0; i < Size(format); ++i) at[i] = static_cast<unsigned char>(random());
-        Value::Put(at + (InMemory(format) ? 0 : 1), format, random);
-        at[InMemory(format) ? ValueSize : 0] = static_cast<unsigned char>("\0\0\0\1\2\377"[random() % 6]);
+        Value::Put(at + ValueAt(format), format, random);
+        at[IndicatorAt(format)] = static_cast<unsigned char>("\0\0\0\1\2\377"[random() % 6]);
     }
     // The value of a null, and what is behind an indicator.
     static void ChangeWhatDoesNotCount(unsigned char* at, unsigned char format, std::mt19937_64& random) {
-        if (Load(at, format).IsNullValue()) Value::Put(at + (InMemory(format) ? 0 : 1), format, random);
+        if (Load(at, format).IsNullValue()) Value::Put(at + ValueAt(format), format, random);
         if (InMemory(format) && sizeof(Null) > ValueSize + 1) at[sizeof(Null) - 1] ^= 1;
     }
 };

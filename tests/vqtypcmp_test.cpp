@@ -47,7 +47,7 @@ void AgreesWithReference(VqCompareFunc compare) {
     const auto pick = [&](unsigned long n) { return static_cast<unsigned long>(random() % n); };
     for (unsigned long i = 0; i < 4000; ++i) {
         const unsigned long count = i % 4 == 0 ? pick(600 / sizeof(T)) : pick(70);
-        const unsigned char format = vqtest::KeyFormats[pick(4)];
+        const unsigned char format = vqtest::RandomFormat(random);
         const KeyArray<T> a(count, format, random);
         KeyArray<T> b = a;
         for (unsigned long j = pick(3); j != 0 && count != 0; --j) b.ChangeWhatDoesNotCount(pick(count), random);

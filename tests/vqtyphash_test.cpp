@@ -52,7 +52,7 @@ void AgreesWithReference(VqHashFunc hash) {
     const auto pick = [&](unsigned long n) { return static_cast<unsigned long>(random() % n); };
     for (int i = 0; i < 3000; ++i) {
         const unsigned long count = pick(i % 4 == 0 ? 300 : 40);
-        const unsigned char format = vqtest::KeyFormats[pick(4)];
+        const unsigned char format = vqtest::RandomFormat(random);
         KeyArray<T> keys(count, format, random);
         const unsigned long length = pick(2) == 0 || count == 0 ? 0 : 1 + pick(keys.Size());
         const typename KeyArray<T>::Cut cut(keys, length);
