@@ -14,7 +14,7 @@ using vq::ReadDate;
 // --- Dates
 
 // Days have several dates: February 30 is one of March, and in October 1582 ten days are numbered twice. Equal dates
-// count as the one that the day's number gives.
+// count as the one that the day's number gives. From year 1 on that is the date itself where it is a day.
 std::uint32_t HashDay(d_Date date) {
     date.setAbsDate(date.getAbsDate() + 1);
     return vq::HashDate(date);
