@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <compare>
 #include <cstring>
+#include <limits>
 #include <memory>
 #include <random>
 #include <string>
@@ -106,14 +107,34 @@ void OneByLevelDb(benchmark::State& state) {
 
 // --- Arrays
 
+struct Case {
+    char id;
+    std::size_t count;
+    unsigned char format;
+    bool bytesMislead = false;
+};
+
+// Makes equal values whose bytes do not show it: infinities, which look as if they were no numbers, and nullables with
+// other bytes behind their indicators.
+template <class T>
+void Mislead(T& a, T& b) {
+    if constexpr (std::is_floating_point_v<T>) {
+        a = b = std::numeric_limits<T>::infinity();
+    } else {
+        reinterpret_cast<unsigned char*>(&b)[sizeof b - 1] ^= 1;
+    }
+}
+
 // Pairs of arrays in memory and stored form; every other pair differs in its last element.
 template <class T>
 struct Pairs {
-    Pairs(const VqTypeMgr& manager, char id, std::size_t elements, unsigned char form) : count(elements), format(form) {
+    Pairs(const VqTypeMgr& manager, const Case& of) : count(of.count), format(of.format) {
+        const char id = of.id;
         std::mt19937 random(9);
         a.resize(PairCount * count);
         for (T& value : a) value = T(static_cast<std::int32_t>(random()));
         b = a;
+        for (std::size_t i = 0; of.bytesMislead && i < a.size(); ++i) Mislead(a[i], b[i]);
         for (std::size_t pair = 1; pair < PairCount; pair += 2) b[pair * count + count - 1] = T(7);
         for (auto* values : {&a, &b}) {
             std::string& bytes = stored[values == &b];
@@ -136,9 +157,9 @@ struct Pairs {
 };
 
 template <class T, class Compare>
-void RunArrays(benchmark::State& state, char id, std::size_t count, unsigned char format, Compare compare) {
+void RunArrays(benchmark::State& state, const Case& of, Compare compare) {
     const VqTypeMgr manager(12);
-    const Pairs<T> pairs(manager, id, count, format);
+    const Pairs<T> pairs(manager, of);
     std::size_t pair = 0;
     for (auto _ : state) {
         benchmark::DoNotOptimize(compare(manager, pairs.At(0, pair), pairs.At(1, pair)));
@@ -148,9 +169,9 @@ void RunArrays(benchmark::State& state, char id, std::size_t count, unsigned cha
 }
 
 template <class T>
-void Ours(benchmark::State& state, char id, std::size_t count, unsigned char format) {
-    RunArrays<T>(state, id, count, format, [=](const VqTypeMgr& manager, const void* a, const void* b) {
-        return manager.Cmp(id, a, b, 0, static_cast<unsigned long>(count), format);
+void Ours(benchmark::State& state, const Case& of) {
+    RunArrays<T>(state, of, [=](const VqTypeMgr& manager, const void* a, const void* b) {
+        return manager.Cmp(of.id, a, b, 0, static_cast<unsigned long>(of.count), of.format);
     });
 }
 
@@ -169,28 +190,38 @@ template <class T>
 }
 
 template <class T>
-void Standard(benchmark::State& state, char id, std::size_t count) {
-    RunArrays<T>(state, id, count, VqFormat_Memory, [=](const VqTypeMgr&, const void* a, const void* b) {
-        return CompareByStandard(static_cast<const T*>(a), static_cast<const T*>(b), count);
+void Standard(benchmark::State& state, const Case& of) {
+    RunArrays<T>(state, of, [=](const VqTypeMgr&, const void* a, const void* b) {
+        return CompareByStandard(static_cast<const T*>(a), static_cast<const T*>(b), of.count);
     });
 }
 
 template <class T>
-void Bytes(benchmark::State& state, char id, std::size_t count) {
-    RunArrays<T>(state, id, count, VqFormat_Memory,
-                 [=](const VqTypeMgr&, const void* a, const void* b) { return std::memcmp(a, b, count * sizeof(T)); });
+void Bytes(benchmark::State& state, const Case& of) {
+    RunArrays<T>(state, of, [=](const VqTypeMgr&, const void* a, const void* b) {
+        return std::memcmp(a, b, of.count * sizeof(T));
+    });
 }
 
 template <class T>
-void RegisterArrays(const std::string& name, char id) {
-    for (const std::size_t count : {std::size_t{16}, std::size_t{1024}}) {
+void RegisterMisleading(const std::string& name, char id) {
+    const Case inMemory = {id, 1024, VqFormat_Memory, true};
+    const std::string stem = "Compare/" + name + "/" + std::to_string(inMemory.count) + "/";
+    benchmark::RegisterBenchmark((stem + "ours").c_str(), Ours<T>, inMemory);
+    benchmark::RegisterBenchmark((stem + "peer_std").c_str(), Standard<T>, inMemory);
+}
+
+template <class T>
+void RegisterArrays(const std::string& name, char id, std::initializer_list<std::size_t> counts = {16, 1024}) {
+    for (const std::size_t count : counts) {
         const std::string size = "/" + std::to_string(count) + "/", memory = "Compare/" + name + size,
                           stored = "Compare/Stored" + name + size;
-        benchmark::RegisterBenchmark((memory + "ours").c_str(), Ours<T>, id, count, VqFormat_Memory);
-        benchmark::RegisterBenchmark((memory + "peer_std").c_str(), Standard<T>, id, count);
-        benchmark::RegisterBenchmark((memory + "peer_memcmp").c_str(), Bytes<T>, id, count);
-        benchmark::RegisterBenchmark((stored + "ours").c_str(), Ours<T>, id, count, VqFormat_BigEndian);
-        benchmark::RegisterBenchmark((stored + "peer_memory_form").c_str(), Ours<T>, id, count, VqFormat_Memory);
+        const Case inMemory = {id, count, VqFormat_Memory}, onDisk = {id, count, VqFormat_BigEndian};
+        benchmark::RegisterBenchmark((memory + "ours").c_str(), Ours<T>, inMemory);
+        benchmark::RegisterBenchmark((memory + "peer_std").c_str(), Standard<T>, inMemory);
+        benchmark::RegisterBenchmark((memory + "peer_memcmp").c_str(), Bytes<T>, inMemory);
+        benchmark::RegisterBenchmark((stored + "ours").c_str(), Ours<T>, onDisk);
+        benchmark::RegisterBenchmark((stored + "peer_memory_form").c_str(), Ours<T>, inMemory);
     }
 }
 
@@ -204,8 +235,10 @@ const bool registered = [] {
     RegisterArrays<std::int32_t>("Long", VqTypeId_long);
     RegisterArrays<float>("Float", VqTypeId_float);
     RegisterArrays<double>("Double", VqTypeId_double);
-    RegisterArrays<VqNull_long>("NullLong", VqTypeId_VqNull_long);
-    RegisterArrays<VqNull_double>("NullDouble", VqTypeId_VqNull_double);
+    RegisterArrays<VqNull_long>("NullLong", VqTypeId_VqNull_long, {1, 16, 1024});
+    RegisterArrays<VqNull_double>("NullDouble", VqTypeId_VqNull_double, {1, 16, 1024});
+    RegisterMisleading<double>("DoubleInfinite", VqTypeId_double);
+    RegisterMisleading<VqNull_long>("NullLongOtherPadding", VqTypeId_VqNull_long);
     return true;
 }();
 
