@@ -143,9 +143,10 @@ struct KeyPair {
     if (stops == 0 || keys == nullptr) return false;
     const unsigned others = stops & (stops - 1);
     const KeyPair first(keys, a, b, stops), second(keys, a, b, others != 0 ? others : stops);
-    const int difference = first.Difference(), undecided = -static_cast<int>(difference == 0);
+    const bool ended = first.AtEnds();
+    const int difference = first.Difference(), undecided = -static_cast<int>(difference == 0 && !ended);
     result = difference | (second.Difference() & undecided);
-    return first.AtEnds() || (result != 0 && (first.closer | (second.closer & undecided)) >= 0);
+    return ended || (result != 0 && (first.closer | (second.closer & undecided)) >= 0);
 }
 
 // False, with nothing told, for all others.

@@ -65,9 +65,10 @@ TEST(StringComparison, OfSimilarRecordsAgreesWithThatOfValues) {
     std::mt19937 random(51);
     const auto pick = [&random](auto from) { return *(std::begin(from) + random() % std::size(from)); };
     using Numbers = std::initializer_list<unsigned char>;
+    const std::string characters("aAbcdhsz\xDF\xE4\xE9 aAbcdhsz\0", 21);  // texts end at the first zero character
     for (int round = 0; round < 20000; ++round) {
         std::string text(random() % 40, 'x');
-        for (char& c : text) c = pick(std::string("aAbcdhsz\xDF\xE4\xE9 "));
+        for (char& c : text) c = pick(characters);
         std::string other = text;
         for (auto edits = random() % 3; edits != 0; --edits) {
             other.insert(random() % (other.size() + 1), 1, pick(std::string("aAhz\xDF\xE4")));
