@@ -14,10 +14,13 @@
 /// The estimate is a number from 0, nothing, to 1, the whole index, and above 1 where the formula below adds up to
 /// more. It is finite and never negative, whatever the bounds and the key are. It is 0 without statistics: without
 /// index bounds, where one of their keys is missing or shorter than a value, and where the high key lies below the low
-/// one. A null key, or a count of 0, is no predicate: the estimate is 0 and nothing is recorded.
+/// one. A key that is a null pointer, or a count of 0, is no predicate: the estimate is 0 and nothing is recorded.
+/// Identifiers differ (objid.h): without statistics, the index of a VqObjId holds the number 0 alone; a VqRef needs
+/// none; a VqClassId is 1 whatever comes.
 ///
-/// How it is computed. Each type places its keys on a line of numbers, in its order; a step on the line is 1. With the
-/// key from a to b (the same number, unless it holds wildcards) and the index from lo to hi, the predicate selects
+/// How it is computed. Each type places its keys on a line of numbers, in its order, identifiers aside; a step on the
+/// line is 1. With the key from a to b (the same number, unless it holds wildcards) and the index from lo to hi, the
+/// predicate selects
 ///
 ///     greater    hi - b, or all and a step more where b is below lo
 ///     less       a - lo, or all and a step more where a is above hi
@@ -146,7 +149,9 @@ VQTM_BOUNDS_FUNCTION(VqCaseIString)  ///< by the weights that the key's flags ch
 #undef VQTM_BOUNDS_FUNCTION
 
 // The nullable scalars' VqNullSlots<>::EvalAndBound belongs to this family: values lie as those of the plain scalar,
-// null a step below the least value, for floating values at the lowest finite number.
+// null a step below the least value of the index. An index that begins with null does not tell that value: it is taken
+// to be 0, or the high key where that is less, and lesser keys lie there too. So of an index from null to 998, "= null"
+// selects a thousandth, "< null" nothing, "< 499" one half, and no more than the nulls lie below a negative key.
 
 /// Frees both keys of bounds that were filled here and makes them empty.
 VQTM_API void VqFreeBounds(VqIdxBounds& bounds);

@@ -27,8 +27,14 @@ struct StoredKey {
     StoredKey From(unsigned long offset) const { return {bytes + offset, length - offset, format}; }
 };
 
+// Where a key and the ends of an index lie.
+struct Places {
+    Interval key, index;
+};
+
 // Each class tells by At where a key's first value lies. Size is the bytes of a value; of a blob, those of the least
-// one. Key, where a class has it, tells what a key with wildcards covers.
+// one. Key, where a class has it, tells what a key with wildcards covers; Among, where one key's place depends on the
+// others, tells all of them.
 
 template <class T>
 struct ScalarPosition {
@@ -40,17 +46,30 @@ struct ScalarPosition {
 template <class Null>
 struct NullablePosition {
     using Plain = ScalarPosition<typename Null::ValueType>;
-    using Value = decltype(StoredKey().Load<typename Null::ValueType>());
     static constexpr unsigned long Size = 1 + Plain::Size;
     static constexpr bool IsFloating = Plain::IsFloating;
-    static constexpr double NullAt =
-        IsFloating ? std::numeric_limits<double>::lowest() : static_cast<double>(std::numeric_limits<Value>::min()) - 1;
+
+    // Null lies a step below the least value of the index. An index that begins with null does not tell that value: it
+    // is taken to be 0, or the high key where that is less, and lesser keys lie there too.
+    static Places Among(const StoredKey& key, const StoredKey& low, const StoredKey& high) {
+        const bool beginsWithNull = IsNull(low), endsWithNull = IsNull(high);
+        const double least = !beginsWithNull ? At(low) : endsWithNull ? 0 : std::min(0.0, At(high));
+        const double null = least - 1;
+        const double at = IsNull(key) ? null : beginsWithNull ? std::max(least, At(key)) : At(key);
+        return {{at, at}, {beginsWithNull ? null : least, endsWithNull ? null : At(high)}};
+    }
+
+  private:
+    using InMemory = PartsInMemory<Null>;
+    using Stored = StoredParts<Null, false>;
 
     // The order of the two parts is that in which the family's functions load them.
+    static bool IsValueFirst(const StoredKey& key) { return key.format & VqFormat_Memory; }
+    static bool IsNull(const StoredKey& key) {
+        return IsValueFirst(key) ? InMemory::IsNull(key.bytes) : Stored::IsNull(key.bytes);
+    }
     static double At(const StoredKey& key) {
-        const bool valueFirst = key.format & VqFormat_Memory;
-        const bool isNull = key.bytes[valueFirst ? Plain::Size : 0] == 1;
-        return isNull ? NullAt : Plain::At(valueFirst ? key : key.From(1));
+        return Plain::At(key.From(IsValueFirst(key) ? InMemory::ValueAt : Stored::ValueAt));
     }
 };
 

@@ -61,12 +61,14 @@ StoredKey KeyOf(const void* bytes, unsigned long length, unsigned char format) {
 }
 
 template <class Position>
-Interval KeyInterval(const StoredKey& key) {
-    if constexpr (requires { Position::Key(key); }) {
-        return Position::Key(key);
+[[gnu::always_inline]] inline vq::Places PlacesOf(const StoredKey& key, const StoredKey& low, const StoredKey& high) {
+    if constexpr (requires { Position::Among(key, low, high); }) {
+        return Position::Among(key, low, high);
+    } else if constexpr (requires { Position::Key(key); }) {
+        return {Position::Key(key), {Position::At(low), Position::At(high)}};
     } else {
         const double position = Position::At(key);
-        return {position, position};
+        return {{position, position}, {Position::At(low), Position::At(high)}};
     }
 }
 
@@ -95,9 +97,9 @@ template <class Position>
         !IsWhole<Position>(bounds->highKey, bounds->highKeyLength)) {
         return 0;
     }
-    const Interval index = {Position::At(KeyOf(bounds->lowKey, bounds->lowKeyLength, key.format)),
-                            Position::At(KeyOf(bounds->highKey, bounds->highKeyLength, key.format))};
-    return SelectedPart<IsFloating<Position>>(operators, KeyInterval<Position>(key), index);
+    const vq::Places places = PlacesOf<Position>(key, KeyOf(bounds->lowKey, bounds->lowKeyLength, key.format),
+                                                 KeyOf(bounds->highKey, bounds->highKeyLength, key.format));
+    return SelectedPart<IsFloating<Position>>(operators, places.key, places.index);
 }
 
 // Bytes of the key's values that may be read.

@@ -146,16 +146,22 @@ TEST(Bounds, PlaceKeysOnALine) {
         {VqTypeId_VqSeal, "4294967290", "4294967299", "4294967296", 6, 10},
         {VqTypeId_VqBlob, "616263646578", "616263646581", "61626364657aff", 2, 10},
         {VqTypeId_VqBlob, "6162636465", "616263646508", "616263646500", 1, 10},  // behind its own beginning
-        {VqTypeId_VqNull_char, "null", "\x88", "\x82", 3, 10},
+        {VqTypeId_VqBlob, "null", "", "", 1, 2},
+        {VqTypeId_VqNull_char, "null", "\x08", "\x02", 3, 10},
         {VqTypeId_VqNull_uchar, "null", "\x08", "\x02", 3, 10},
-        {VqTypeId_VqNull_short, "null", "-32760", "-32766", 3, 10},
+        {VqTypeId_VqNull_short, "null", "-32760", "-32766", 1, 2},
         {VqTypeId_VqNull_ushort, "32764", "32773", "32768", 4, 10},
-        {VqTypeId_VqNull_int, "null", "-2147483640", "-2147483646", 3, 10},
+        {VqTypeId_VqNull_int, "null", "8", "-3", 1, 10},
+        {VqTypeId_VqNull_int, "null", "8", "null", 0, 10},
+        {VqTypeId_VqNull_int, "null", "null", "null", 0, 1},
         {VqTypeId_VqNull_unsigned, "2147483644", "2147483653", "2147483648", 4, 10},
         {VqTypeId_VqNull_long, "-5", "4", "-1", 4, 10},
+        {VqTypeId_VqNull_long, "null", "998", "499", 500, 1000},
         {VqTypeId_VqNull_ulong, "null", "8", "2", 3, 10},
         {VqTypeId_VqNull_float, "-5", "4", "-0.5", 4.5, 10},
+        {VqTypeId_VqNull_float, "null", "8", "1.5", 2.5, 10},
         {VqTypeId_VqNull_double, "-5", "4", "-0.5", 4.5, 10},
+        {VqTypeId_VqNull_double, "null", "-8.5", "-100", 1, 2},
         {VqTypeId_VqNull_VqInt64, "4294967290", "4294967299", "4294967296", 6, 10},
     };
     for (const auto& c : cases) {
@@ -175,6 +181,17 @@ TEST(Bounds, PlaceKeysOnALine) {
     }
 }
 
+TEST(Bounds, HaveNullBelowAnIndexOfValues) {
+    for (const unsigned char format : storedFormats) {
+        Index index(Key(VqTypeId_VqNull_short, "-5", format), Key(VqTypeId_VqNull_short, "4", format));
+        ByteVector key = Key(VqTypeId_VqNull_short, "null", format);
+        const auto part = [&](unsigned short op) { return Estimate(VqTypeId_VqNull_short, index, op, key, format); };
+        EXPECT_TRUE(part(Less) == 0 && part(Equal) == 0 && part(Greater) == 1);
+        key[0] = 2;  // no indicator of null on disk
+        EXPECT_FLOAT_EQ(static_cast<float>(part(Less)), 0.5f);
+    }
+}
+
 // The values that a row and a value in memory have in common: those of its formats with the value first.
 TEST(Bounds, ReadNullablesWithTheValueFirst) {
     unsigned char low[] = {3, 0, 0}, high[] = {12, 0, 0}, key[] = {5, 0, 0};
@@ -182,8 +199,10 @@ TEST(Bounds, ReadNullablesWithTheValueFirst) {
     unsigned short operators = Less;
     EXPECT_DOUBLE_EQ(VqNullSlots<VqNull_short>::EvalAndBound(&bounds, operators, key, VqFormat_Memory, 1, nullptr),
                      0.2);
-    key[2] = 1;
-    EXPECT_EQ(VqNullSlots<VqNull_short>::EvalAndBound(&bounds, operators, key, VqFormat_Memory, 1, nullptr), 0);
+    for (const bool isOne : {true, false}) {
+        key[2] = isOne ? 1 : 2;
+        EXPECT_EQ(VqNullSlots<VqNull_short>::EvalAndBound(&bounds, operators, key, VqFormat_Memory, 1, nullptr), 0);
+    }
 }
 
 TEST(Bounds, CoverWhatADateWithWildcardsMayBe) {
@@ -191,9 +210,10 @@ TEST(Bounds, CoverWhatADateWithWildcardsMayBe) {
         int year, month, day;
         double less, equal, greater;  // in days of 2003-01-01 to 2005-12-31
     } cases[] = {
-        {2004, 2, -1, 396, 29, 671}, {2004, -1, -1, 365, 366, 365}, {2004, -1, 15, 365, 366, 365},
-        {-1, -1, -1, 0, 1096, 0},    {-1, 5, -1, 0, 1096, 0},       {2006, -1, -1, 1096, 0, 0},
-        {2002, 12, -1, 0, 0, 1096},  {2004, 12, -1, 700, 31, 365},  {2004, 2, 29, 424, 1, 671},
+        {2004, 2, -1, 396, 29, 671},  {2004, -1, -1, 365, 366, 365}, {2004, -1, 15, 365, 366, 365},
+        {-1, -1, -1, 0, 1096, 0},     {-1, 5, -1, 0, 1096, 0},       {2006, -1, -1, 1096, 0, 0},
+        {2002, 12, -1, 0, 0, 1096},   {2004, 12, -1, 700, 31, 365},  {2004, 2, 29, 424, 1, 671},
+        {2004, 127, -1, 731, 1, 364},  // no month: the end of the year
     };
     for (const unsigned char format : storedFormats) {
         const auto stored = [&](const VqDate& date) {
@@ -334,29 +354,47 @@ std::vector<ByteVector> EvenKeys(char id, unsigned long count, unsigned char for
     return keys;
 }
 
+// Some nulls, and none but they below 0: what an index that begins with null is taken to be.
+std::vector<ByteVector> WithNulls(char id, std::vector<ByteVector> keys, unsigned char format) {
+    ByteVector key(keys.front().size());
+    std::erase_if(keys, [&](const ByteVector& other) {
+        return manager.Cmp(id, other.data(), key.data(), VqCmp_Exact, 1, format) < 0;
+    });
+    key[0] = 1;
+    keys.insert(keys.begin(), keys.size() / 100, key);
+    return keys;
+}
+
+void AreNearTheTruth(char id, const std::vector<ByteVector>& keys, unsigned char format) {
+    Index index(keys.front(), keys.back());
+    for (std::size_t at = 0; at < keys.size(); at += 9973) {
+        const auto share = [&](int least) {  // of the keys that compare less with the key than this
+            const auto end = std::partition_point(keys.begin(), keys.end(), [&](const ByteVector& other) {
+                return manager.Cmp(id, other.data(), keys[at].data(), VqCmp_Exact, 1, format) < least;
+            });
+            return static_cast<double>(end - keys.begin()) / static_cast<double>(keys.size());
+        };
+        const double less = share(0), lessOrEqual = share(1);
+        const std::pair<unsigned short, double> questions[] = {{Less, less},
+                                                               {Less | Equal, lessOrEqual},
+                                                               {Equal, lessOrEqual - less},
+                                                               {Greater, 1 - lessOrEqual},
+                                                               {Greater | Equal, 1 - less}};
+        for (const auto& [operators, truth] : questions) {
+            EXPECT_NEAR(Estimate(id, index, operators, keys[at], format), truth, 0.02)
+                << manager.NameGet(id, nullptr) << " " << at << " " << operators;
+        }
+    }
+}
+
 TEST(Bounds, AreNearTheTruthForEvenValues) {
     constexpr unsigned char Format = VqFormat_BigEndian;
     for (char id = 0; id < VqTypeId_illegal; ++id) {
         if (!IsOnALine(id)) continue;
         const auto keys = EvenKeys(id, 100000, Format);
-        Index index(keys.front(), keys.back());
-        for (std::size_t at = 0; at < keys.size(); at += 9973) {
-            const auto share = [&](int least) {  // of the keys that compare less with the key than this
-                const auto end = std::partition_point(keys.begin(), keys.end(), [&](const ByteVector& other) {
-                    return manager.Cmp(id, other.data(), keys[at].data(), VqCmp_Exact, 1, Format) < least;
-                });
-                return static_cast<double>(end - keys.begin()) / static_cast<double>(keys.size());
-            };
-            const double less = share(0), lessOrEqual = share(1);
-            const std::pair<unsigned short, double> questions[] = {{Less, less},
-                                                                   {Less | Equal, lessOrEqual},
-                                                                   {Equal, lessOrEqual - less},
-                                                                   {Greater, 1 - lessOrEqual},
-                                                                   {Greater | Equal, 1 - less}};
-            for (const auto& [operators, truth] : questions) {
-                EXPECT_NEAR(Estimate(id, index, operators, keys[at], Format), truth, 0.02)
-                    << manager.NameGet(id, nullptr) << " " << at << " " << operators;
-            }
+        AreNearTheTruth(id, keys, Format);
+        if (id >= VqTypeId_VqNull_char && id <= VqTypeId_VqNull_VqInt64) {
+            AreNearTheTruth(id, WithNulls(id, keys, Format), Format);
         }
     }
 }
@@ -398,14 +436,22 @@ TEST(Bounds, ReadNoMoreOfABlobThanThereIs) {
     EXPECT_EQ(scan.lowKey, nullptr);
 }
 
+// But for classes, of which no predicate selects.
 TEST(Bounds, AreNothingWithoutAKey) {
-    std::int32_t low = 0, high = 9;
-    VqIdxBounds bounds = {&low, &high, 4, 4}, scan;
-    unsigned short operators = Equal;
-    EXPECT_EQ(IntEvalAndBound(&bounds, operators, nullptr, 1, 1, &scan), 0);
-    EXPECT_EQ(IntEvalAndBound(&bounds, operators, &low, 1, 0, &scan), 0);
-    EXPECT_EQ(scan.lowKey, nullptr);
-    EXPECT_EQ(scan.highKey, nullptr);
+    for (char id = 0; id < VqTypeId_illegal; ++id) {
+        const double nothing = id == VqTypeId_VqClassId ? 1 : 0;
+        const ByteVector key = RowValues(manager, id, 1).Store(VqFormat_LittleEndian, 0, 1);
+        Index index(key, key);
+        VqIdxBounds scan;
+        for (VqIdxBounds* bounds : {index.Get(), static_cast<VqIdxBounds*>(nullptr)}) {
+            unsigned short operators = 7;
+            EXPECT_EQ(manager.EvalAndBound(id, bounds, operators, nullptr, 1, 1, &scan, nullptr), nothing) << int{id};
+            operators = Equal;
+            EXPECT_EQ(manager.EvalAndBound(id, bounds, operators, key.data(), 1, 0, &scan, nullptr), nothing)
+                << int{id};
+        }
+        EXPECT_TRUE(scan.lowKey == nullptr && scan.highKey == nullptr) << manager.NameGet(id, nullptr);
+    }
 }
 
 TEST(Bounds, StayInTheRangeOfAFloat) {

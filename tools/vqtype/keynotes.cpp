@@ -18,7 +18,6 @@ constexpr char NullBits[] = "a number of its own for null, else as the plain typ
 constexpr char AtNumber[] = "at its number";
 constexpr char AtFloat[] = "at its number; what selects anything is at least 1.2e-7";
 constexpr char NullAtNumber[] = "at its number, null a step below the least";
-constexpr char NullAtFloat[] = "at its number, null at the lowest one";
 
 constexpr char Letters[] = "at the part of all texts below it, by how often letters follow each other";
 
@@ -71,8 +70,8 @@ constexpr KeyNotes Notes[] = {
     {VqTypeId_VqNull_unsigned, NullThenNumber, NullBits, NullAtNumber},
     {VqTypeId_VqNull_long, NullThenNumber, NullBits, NullAtNumber},
     {VqTypeId_VqNull_ulong, NullThenNumber, NullBits, NullAtNumber},
-    {VqTypeId_VqNull_float, NullThenFloating, NullBits, NullAtFloat},
-    {VqTypeId_VqNull_double, NullThenFloating, NullBits, NullAtFloat},
+    {VqTypeId_VqNull_float, NullThenFloating, NullBits, NullAtNumber},
+    {VqTypeId_VqNull_double, NullThenFloating, NullBits, NullAtNumber},
     {VqTypeId_VqNull_VqInt64, NullThenNumber, NullBits, NullAtNumber},
     {VqTypeId_VqSeal, Number, "its three words", AtNumber},
 };
