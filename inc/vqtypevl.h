@@ -7,7 +7,7 @@
 ///     indexBounds   the smallest and the largest key of the index, in `format`; null without statistics
 ///     operators     VqOperator bits; VqOperator_Wildcard is set for a key that holds a wildcard
 ///     key           `count` values in disk form
-///     format        byte order of all keys
+///     format        byte order of all keys; of strings, VqFormat_Memory stands for the machine's
 ///     count         values of a key; the first one is estimated
 ///     scanBounds    range to be scanned, which the function narrows; null when no range is wanted
 ///
@@ -121,28 +121,41 @@ VQTM_BOUNDS_FUNCTION(Blob)
 // letters of other scripts share their part evenly. What the index's two keys begin with in common is left out, and the
 // estimate is what the predicate selects of the line from the low key to the high one: never more than 1, and no less
 // than 1.1920929e-7 where it is above 0. On word lists it errs by a few hundredths. Only letters count, not accents and
-// case. Null lies below all texts, a 64th of the line. Where key and index are all in the native code set, texts lie in
-// the order of their bytes.
+// case. Null lies below all texts, a 64th of the line. Collation classes lie apart, each on a line of its own, in their
+// order. Where key and index are all in the native code set, texts lie in the order of their bytes.
 //
 // Of the operators only VqOperator bits and 0x8000 remain on return. Keys must be complete, those of the index can be
 // clipped. A recorded key has at most VqINDEX_MAX_KEYLEN bytes; of a longer one these are the first, with the length
 // that the whole has, as comparison expects it. A clipped key sorts by what is there, and by accents and case before
 // the letters that are not: compare with such ends under VqCmp_IgnoreCase and VqCmp_IgnoreAccents, and read the
-// records.
+// records. It is compared as far as it goes, by characters: a text that spells a letter otherwise (the one of German
+// that is equal to "ss") is cut a letter earlier or later, and can lie outside of a clipped key that it is equal to.
 //
 // A key with a wildcard or escape character (see VqStrCmp) sets VqOperator_Wildcard and stands for all texts that begin
 // with what is in front of it; that is what the estimate counts. The low key is that beginning (the null string where
 // it is empty, as '*' matches null too). The high key is the beginning followed by 0xFF bytes up to the most that a key
-// has: in Unicode, where U+FFFF sorts last, for whatever code set the pattern is in; byte by byte for the native set.
-// Whatever text matches the pattern under some of VqCmp_IgnoreCase and VqCmp_IgnoreAccents lies between both keys under
-// VqCmp_Exact and the same.
+// has: in Unicode, where U+FFFF sorts last, for whatever code set the pattern is in. Whatever text matches the pattern
+// under some of VqCmp_IgnoreCase and VqCmp_IgnoreAccents lies between both keys under VqCmp_Exact and the same; of a
+// beginning too long for a key, with what is said of clipped ones, and not what consists of U+FFFF beyond a key's
+// length.
+//
+// A pattern in the native code set, of an index whose two keys are native or that has no statistics, is read and goes
+// on byte by byte, for texts of that set alone. With other indexes it ends at whichever comes first, a wildcard byte or
+// a wildcard or escape character, and goes on in Unicode.
+//
+// A pattern that begins with a wildcard stands for all of the index, null included. Its high key is in a language of
+// the last collation class. Null is no pattern, whatever its text.
+//
+// Of an array the first element that is a pattern counts for the range: the keys are the elements in front of it, and
+// behind them its low or high key. The estimate is that of the first element.
 
 VQTM_BOUNDS_FUNCTION(String)  ///< the current row's strings, in the current or the legacy layout
 /// The legacy row's strings. A clipped key, and those of a pattern, are records of the current layout.
 VQTM_BOUNDS_FUNCTION(LegacyString)
 
 /// 8-bit strings, likewise by their weights; '*' and '?' are the wildcards. 0xFF is not the last byte there but for raw
-/// strings: a pattern's high key goes on with the byte that weighs most.
+/// strings: a pattern's high key goes on with the byte that weighs most. The two keys hold what is as raw as the
+/// pattern: a raw text with 0xFF in it can lie above the high key of a pattern that is not raw.
 VQTM_BOUNDS_FUNCTION(VqIString)
 VQTM_BOUNDS_FUNCTION(VqCaseIString)  ///< by the weights that the key's flags choose
 
