@@ -25,10 +25,10 @@ void AddCodeSetsCommand(CLI::App& program);
 void AddLanguagesCommand(CLI::App& program);
 void AddDemoCommand(CLI::App& program);
 
-/// The parser would take an argument like [a,b] or {} for a list, the next argument for the value of `--low=`, and
-/// cannot go on with values behind `--`. A zero character in front, which no argument can hold, makes such arguments
-/// plain text.
-std::vector<std::string> ShieldedArguments(const std::vector<std::string>& arguments);
+/// The parser would take an argument like [a,b] or {} for a list, -inf for options, the next argument for the value of
+/// `--low=`, and cannot go on with values behind `--`. A zero character in front, which no argument can hold, makes
+/// such arguments plain text; behind `--plain=` it is a value that the flag refuses.
+std::vector<std::string> ShieldedArguments(const CLI::App& program, const std::vector<std::string>& arguments);
 std::string Unshielded(const std::string& argument);
 
 /// Adds an option or an argument that is stored as it was given, without that zero character.

@@ -97,7 +97,7 @@ int Run(CLI::App& program, std::vector<std::string> arguments) {
     try {
         AddCommands(program);
         CheckCommand(program, arguments);
-        arguments = ShieldedArguments(arguments);
+        arguments = ShieldedArguments(program, arguments);
         std::reverse(arguments.begin(), arguments.end());  // as the parser takes them
         Parse(program, std::move(arguments));
         FlushOutput();

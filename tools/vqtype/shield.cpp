@@ -1,18 +1,61 @@
 #include "command.h"
+#include "text.h"
 
-std::vector<std::string> ShieldedArguments(const std::vector<std::string>& arguments) {
+namespace {
+
+const std::string Shield(1, '\0');
+
+bool IsList(const std::string& argument) {
+    return argument == "{}" || (argument.size() > 1 && argument.front() == '[' && argument.back() == ']');
+}
+
+// The parser knows negative numbers by their first digit.
+bool IsNegative(const std::string& argument) {
+    return argument.rfind("-.", 0) == 0 || EqualIgnoringCase(argument, "-inf") || EqualIgnoringCase(argument, "-nan");
+}
+
+// The command that the arguments call, or else the program.
+const CLI::App& CalledCommand(const CLI::App& program, const std::vector<std::string>& arguments) {
+    for (const CLI::App* command : program.get_subcommands({})) {
+        if (!arguments.empty() && command->get_name() == arguments[0]) return *command;
+    }
+    return program;
+}
+
+bool TakesValue(const CLI::App& command, const std::string& name) {
+    const CLI::Option* option = command.get_option_no_throw(name);
+    return option != nullptr && option->get_items_expected_max() > 0;
+}
+
+// An empty value is given to an option, as in `--low=`; a flag refuses one that is not nothing. `--=` has no name.
+void AddEmpty(const CLI::App& command, const std::string& argument, std::vector<std::string>& shielded) {
+    const std::string name = argument.substr(0, argument.size() - 1);
+    if (TakesValue(command, name)) {
+        shielded.insert(shielded.end(), {name, ""});
+    } else {
+        shielded.push_back(argument + (name == "--" ? "" : Shield));
+    }
+}
+
+bool IsEmptyOption(const std::string& argument) {
+    return argument.rfind("--", 0) == 0 && argument.find('=') == argument.size() - 1;
+}
+
+}  // namespace
+
+std::vector<std::string> ShieldedArguments(const CLI::App& program, const std::vector<std::string>& arguments) {
+    const CLI::App& command = CalledCommand(program, arguments);
     std::vector<std::string> shielded;
     bool onlyValues = false;
     for (const std::string& argument : arguments) {
-        const bool isList =
-            argument == "{}" || (argument.size() > 1 && argument.front() == '[' && argument.back() == ']');
         if (argument == "--" && !onlyValues) {
             onlyValues = true;
-        } else if (!onlyValues && argument.rfind("--", 0) == 0 && argument.find('=') == argument.size() - 1) {
-            shielded.push_back(argument.substr(0, argument.size() - 1));
-            shielded.emplace_back();
+        } else if (onlyValues || IsList(argument) || IsNegative(argument)) {
+            shielded.push_back(Shield + argument);
+        } else if (IsEmptyOption(argument)) {
+            AddEmpty(command, argument, shielded);
         } else {
-            shielded.push_back((onlyValues || isList ? std::string(1, '\0') : "") + argument);
+            shielded.push_back(argument);
         }
     }
     return shielded;
