@@ -16,7 +16,7 @@
 namespace vqtest {
 
 // The last is more than memory form, so stored: nullables with their values first.
-constexpr unsigned char KeyFormats[] = {VqFormat_Memory, VqFormat_LittleEndian, VqFormat_BigEndian, 0x22, 9};
+constexpr unsigned char KeyFormats[] = {VqFormat_Memory, VqFormat_LittleEndian, VqFormat_BigEndian, 0x22, 0x48, 9};
 
 inline unsigned char RandomFormat(std::mt19937_64& random) { return KeyFormats[random() % std::size(KeyFormats)]; }
 
@@ -82,7 +82,7 @@ struct KeyOf<Null> {
     using Value = KeyOf<decltype(Null::value)>;
     static constexpr unsigned long ValueSize = sizeof(Null::value);
 
-    static bool InMemory(unsigned char format) { return format == VqFormat_Memory; }
+    static bool InMemory(unsigned char format) { return (format & VqFormat_OrderMask) == VqFormat_Memory; }
     static unsigned long Size(unsigned char format) { return InMemory(format) ? sizeof(Null) : 1 + ValueSize; }
     static unsigned long ValueAt(unsigned char format) { return format & VqFormat_Memory ? 0 : 1; }
     static unsigned long IndicatorAt(unsigned char format) { return format & VqFormat_Memory ? ValueSize : 0; }

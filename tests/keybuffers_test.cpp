@@ -85,6 +85,19 @@ ByteVector Prefix(const ByteVector& bytes, std::size_t n) {
     return ByteVector(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(n));
 }
 
+TEST_P(KeyBuffers, AreNotReadForNoKeys) {
+    for (const unsigned char format : {VqFormat_Memory, VqFormat_LittleEndian, VqFormat_BigEndian}) {
+        for (const unsigned short flags : operations) {
+            int status = 77;
+            EXPECT_EQ(manager.Cmp(id, 0, nullptr, 0, nullptr, flags, 0, format, status), 0);
+            EXPECT_EQ(status, VqStatus_Ok);
+        }
+        int status = 77;
+        EXPECT_EQ(manager.Hash(id, 0, nullptr, 0, format, status), 0u);
+        EXPECT_EQ(status, VqStatus_Ok);
+    }
+}
+
 TEST_P(KeyBuffers, MayEndAnywhere) {
     for (const unsigned char format : disk) {
         for (const unsigned long n : {1ul, 3ul}) {

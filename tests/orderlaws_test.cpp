@@ -79,11 +79,16 @@ ByteVector Time(char id, unsigned char second, unsigned char hundredths) {
     bytes[bytes.size() - 1] = hundredths;
     return bytes;
 }
-ByteVector String(unsigned char codeSet, const std::string& text) {
-    const VqString string = In(codeSet, text);
+ByteVector OnDisk(const VqString& string) {
     ByteVector bytes(StringSizeGet(&string, VqFormat_Memory, VqFormat_LittleEndian, 1));
     StringStore(bytes.data(), &string, VqFormat_LittleEndian, 1);
     return bytes;
+}
+ByteVector String(unsigned char codeSet, const std::string& text) { return OnDisk(In(codeSet, text)); }
+ByteVector NullString() {
+    VqString string;
+    string.SetNullValue();
+    return OnDisk(string);
 }
 ByteVector IString(unsigned char flags, const std::string& text) {
     const std::string header = {static_cast<char>(flags), static_cast<char>(text.size()), 0}, all = header + text;
@@ -155,8 +160,10 @@ const Exception exceptions[] = {
      dateRows, Transitive | NullsFirst | EqualHash | SameOrder, Memory, HasWildcard, VqCmp_Exact,
      [](char id) { return Example{Date(id, 2005, 3, 7), Date(id, -1, -1, -1), Date(id, -32768, -128, -128)}; }},
     {"stored dates are patterns as second operands",
-     {VqTypeId_VqDate}, Antisymmetric | Transitive | SameOrder, Stored, Apart, 0,
-     [](char id) { return Example{Date(id, 2005, 3, 7), Date(id, -1, -1, -1), Date(id, 2006, 3, 7)}; }},
+     {VqTypeId_VqDate}, Antisymmetric | Transitive | NullsFirst | SameOrder, Stored, Apart, 0,
+     [](char id) {
+         return Example{Date(id, 2005, 3, 7), Date(id, -1, -1, -1), Date(id, 2006, 3, 7), Date(id, -32768, -128, -128)};
+     }},
     {"times less than a second apart are equal in memory",
      {VqTypeId_d_Time, VqTypeId_d_Timestamp}, Transitive | SameOrder, Memory, HasHundredths, VqCmp_Exact,
      [](char id) { return Example{Time(id, 0, 0), Time(id, 0, 90), Time(id, 1, 50)}; }},
@@ -167,6 +174,9 @@ const Exception exceptions[] = {
     {"texts are patterns as second operands",
      textRows, Antisymmetric | Transitive, EveryForm, Apart, 0,
      [](char id) { return Example{Text(id, "ab"), Text(id, "*"), Text(id, "cd")}; }},
+    {"null is like a pattern that any text is like",
+     {VqTypeId_VqString}, Antisymmetric | Transitive | NullsFirst, EveryForm, Apart, 0,
+     [](char) { return Example{NullString(), String(1, "*")}; }},
     {"texts of the native set compare with each other by bytes, with others by letters",
      {VqTypeId_VqString}, Transitive | EqualHash, EveryForm, Apart, VqCmp_Exact,
      [](char) { return Example{String(0, "a"), String(0, "B"), String(1, "a")}; }},

@@ -250,6 +250,29 @@ TEST(StdTimeKeys, AreFinerStored) {
                                     [](d_Timestamp& timestamp) -> d_Time& { return timestamp.time; });
 }
 
+// Fields out of range carry into no field before them.
+TEST(StdTimeKeys, KeepTheirFieldsApartWhenStored) {
+    const auto time = [](int zoneHour, int hour, int minute, int second, int hundredths) {
+        d_Timestamp timestamp(d_Date(2005, 3, 7));
+        d_Time& at = timestamp.time;
+        at = d_Time(0);
+        const auto set = [](std::int8_t& field, int value) { field = static_cast<std::int8_t>(value); };
+        set(at.tz_hour, zoneHour), set(at.hour, hour), set(at.minute, minute);
+        set(at.second, second), set(at.hundredths, hundredths);
+        return timestamp;
+    };
+    const d_Timestamp early = time(0, 0, 0, 127, 127), late = time(0, 0, 1, -128, -128);
+    const d_Timestamp lastHour = time(-128, 127, 0, 0, 0), firstHour = time(127, -128, 0, 0, 0);
+    d_Timestamp nextDay = firstHour;
+    nextDay.date = d_Date(2005, 3, 8);
+    for (const unsigned char format : disk) {
+        EXPECT_LT(Key(VqTypeId_d_Time, &early.time).Compare(Key(VqTypeId_d_Time, &late.time), format), 0);
+        EXPECT_LT(Key(VqTypeId_d_Time, &firstHour.time).Compare(Key(VqTypeId_d_Time, &lastHour.time), format), 0);
+        EXPECT_LT(Key(VqTypeId_d_Timestamp, &early).Compare(Key(VqTypeId_d_Timestamp, &late), format), 0);
+        EXPECT_LT(Key(VqTypeId_d_Timestamp, &lastHour).Compare(Key(VqTypeId_d_Timestamp, &nextDay), format), 0);
+    }
+}
+
 TEST(ValueKeys, EndWithTheirBuffer) {
     const ByteVector zeros(30, 0);
     for (const char id : {VqTypeId_VqDate, VqTypeId_VqTime, VqTypeId_VqDateTime, VqTypeId_d_Date, VqTypeId_d_Time,
@@ -301,13 +324,19 @@ ByteVector StoredBlobs(const std::vector<VqBlob>& blobs, unsigned char format) {
     return bytes;
 }
 
+// Where an array ends, as its total and its bytes tell.
+std::size_t EndOf(const ByteVector& bytes, unsigned char format) {
+    if (bytes.size() < 4) return 4;
+    std::int32_t field;
+    LongStore(&field, bytes.data(), format, 1);
+    return static_cast<std::size_t>(std::min<std::uint64_t>(bytes.size(), 4ull + static_cast<std::uint32_t>(field)));
+}
+
 // What can be read of an array: its whole blobs, as the lengths tell.
 std::vector<VqBlob> ReadableBlobs(const ByteVector& bytes, unsigned char format) {
     std::vector<VqBlob> blobs;
-    if (bytes.size() < 4) return blobs;
+    const std::size_t end = EndOf(bytes, format);
     std::int32_t field;
-    LongStore(&field, bytes.data(), format, 1);
-    const std::uint64_t end = std::min<std::uint64_t>(bytes.size(), 4ull + static_cast<std::uint32_t>(field));
     for (std::size_t at = 4; at + 4 <= end; at += static_cast<std::size_t>(std::max(field, 0))) {
         LongStore(&field, bytes.data() + at, format, 1);
         at += 4;
@@ -315,6 +344,13 @@ std::vector<VqBlob> ReadableBlobs(const ByteVector& bytes, unsigned char format)
         blobs.push_back(field < 0 ? NullBlob() : VqBlob(bytes.data() + at, static_cast<long>(field)));
     }
     return blobs;
+}
+
+// So many of these blobs are all that the array has.
+bool AreAll(const std::vector<VqBlob>& blobs, std::size_t n, const ByteVector& bytes, unsigned char format) {
+    std::size_t at = 4;
+    for (std::size_t i = 0; i < n; ++i) at += 4 + static_cast<std::size_t>(blobs[i].Length());
+    return at == EndOf(bytes, format);
 }
 
 void ExpectWholeBlobs(const ByteVector& a, const ByteVector& b, unsigned char format, unsigned long count) {
@@ -332,9 +368,8 @@ void ExpectWholeBlobs(const ByteVector& a, const ByteVector& b, unsigned char fo
         ++compared;
     }
     ASSERT_EQ(BlobCompare(format, lengthA, blockA.Get(), lengthB, blockB.Get(), 0, count, error), expected) << trace;
-    if (expected == 0) {
-        ASSERT_EQ(error, status(pairs)) << trace;
-    }
+    const bool ended = AreAll(blobsA, compared, a, format) || AreAll(blobsB, compared, b, format);
+    ASSERT_EQ(error, status(expected == 0 || ended ? compared : count)) << trace;
 
     std::uint32_t word = 0;
     for (std::size_t i = 0; i < std::min<std::size_t>(blobsA.size(), count); ++i) {
@@ -369,14 +404,17 @@ TEST(BlobKeys, OfDamagedArraysAreThoseThatAreWhole) {
 
 // Without lengths the totals tell where the arrays end, behind a difference as well.
 TEST(BlobKeys, EndWithTheirTotal) {
-    const ByteVector a = StoredBlobs({VqBlob("a", 1), VqBlob("b", 1)}, VqFormat_BigEndian);
-    const ByteVector b = StoredBlobs({VqBlob("a", 1), VqBlob("c", 1)}, VqFormat_BigEndian);
+    const ByteVector two = StoredBlobs({VqBlob("a", 1), VqBlob("b", 1)}, VqFormat_BigEndian);
+    const ByteVector three = StoredBlobs({VqBlob("a", 1), VqBlob("c", 1), VqBlob("d", 1)}, VqFormat_BigEndian);
     for (unsigned long count = 0; count <= 3; ++count) {
+        const int status = count < 3 ? VqStatus_Ok : VqStatus_BufferEnd, order = count < 2 ? 0 : -1;
         int error = 77;
-        EXPECT_EQ(BlobCompare(VqFormat_BigEndian, 0, a.data(), 0, b.data(), 0, count, error), count < 2 ? 0 : -1);
-        EXPECT_EQ(error, count < 3 ? VqStatus_Ok : VqStatus_BufferEnd) << count;
-        BlobHash(VqFormat_BigEndian, 0, a.data(), count, error);
-        EXPECT_EQ(error, count < 3 ? VqStatus_Ok : VqStatus_BufferEnd) << count;
+        EXPECT_EQ(BlobCompare(VqFormat_BigEndian, 0, two.data(), 0, three.data(), 0, count, error), order);
+        EXPECT_EQ(error, status) << count;
+        EXPECT_EQ(BlobCompare(VqFormat_BigEndian, 0, three.data(), 0, two.data(), 0, count, error), -order);
+        EXPECT_EQ(error, status) << count;
+        BlobHash(VqFormat_BigEndian, 0, two.data(), count, error);
+        EXPECT_EQ(error, status) << count;
     }
 }
 

@@ -46,11 +46,12 @@ void AgreesWithReference(VqCompareFunc compare) {
     std::mt19937_64 random(7);
     const auto pick = [&](unsigned long n) { return static_cast<unsigned long>(random() % n); };
     for (unsigned long i = 0; i < 4000; ++i) {
-        const unsigned long count = i % 4 == 0 ? pick(600 / sizeof(T)) : pick(70);
+        const unsigned long count = i % 4 == 0 ? pick(1200 / sizeof(T)) : pick(70);
         const unsigned char format = vqtest::RandomFormat(random);
         const KeyArray<T> a(count, format, random);
         KeyArray<T> b = a;
-        for (unsigned long j = pick(3); j != 0 && count != 0; --j) b.ChangeWhatDoesNotCount(pick(count), random);
+        const unsigned long changes = count == 0 ? 0 : i % 8 == 0 ? 4 * count : pick(3);
+        for (unsigned long j = 0; j < changes; ++j) b.ChangeWhatDoesNotCount(pick(count), random);
         if (count != 0 && pick(4) != 0) b.Put(pick(count), random);
         const auto length = [&] { return pick(2) == 0 || count == 0 ? 0 : 1 + pick(a.Size()); };
         const unsigned long length1 = length(), length2 = length();
@@ -117,9 +118,6 @@ TEST(TypedComparison, SaysWhereABufferEnds) {
             << c.length1 << " " << c.count;
         EXPECT_EQ(error, c.error) << c.length1 << " " << c.length2 << " " << c.count;
     }
-    int error = 77;
-    EXPECT_EQ(DoubleCompare(8, 0, nullptr, 0, nullptr, 0, 0, error), 0);
-    EXPECT_EQ(error, VqStatus_Ok);
 }
 
 TEST(TypedComparison, AnUnorderedNumberIsLessOnBothSides) {

@@ -6,6 +6,7 @@
 
 #include "keyarrays.h"
 #include "vqslots.h"
+#include "vqtypes.h"
 
 namespace {
 
@@ -94,37 +95,36 @@ TEST(HashByType, AgreesWithAPlainLoop) {
 
 TEST(HashByType, NeverChanges) {
     static const struct {
-        VqHashFunc hash;
+        char id;
         const char* bytes;  // stored, high byte first
         unsigned long count;
         std::uint32_t code;
     } cases[] = {
         // clang-format off
-        {CharHash,   "\x80",                              1, 0x1CD8C980},
-        {ByteHash,   "\x80",                              1, 0xE3273680},
-        {CharHash,   "\x05\x05",                          2, 0},
-        {ShortHash,  "\xFF\xFE",                          1, 0x7C736326},
-        {WordHash,   "\xFF\xFE",                          1, 0xCAE06326},
-        {LongHash,   "\x12\x34\x56\x78",                  1, 0x0B716118},
-        {FloatHash,  "\x3F\xC0\0\0",                      1, 0xA4C00000},
-        {DoubleHash, "\x3F\xF8\0\0\0\0\0\1",              1, 0x0E5E4E6D},
-        {Int64Hash,  "\0\0\0\1\x80\0\0\0",              1, 0xC1C64E6D},
-        {VqNullSlots<VqNull_short>::Hash,  "\1\0\0",      1, 0xFEFE7575},
-        {VqNullSlots<VqNull_short>::Hash,  "\0\xFF\xFE",  1, 0x7C736326},
-        {VqNullSlots<VqNull_double>::Hash, "\1\0\0\0\0\0\0\0\0" "\1\0\0\0\0\0\0\0\0", 2, 0},
+        {VqTypeId_char,          "\x80",                      1, 0x1CD8C980},
+        {VqTypeId_VqByte,        "\x80",                      1, 0xE3273680},
+        {VqTypeId_char,          "\x05\x05",                  2, 0},
+        {VqTypeId_short,         "\xFF\xFE",                  1, 0x7C736326},
+        {VqTypeId_VqWord,        "\xFF\xFE",                  1, 0xCAE06326},
+        {VqTypeId_long,          "\x12\x34\x56\x78",          1, 0x0B716118},
+        {VqTypeId_VqDWord,       "\x12\x34\x56\x78",          1, 0x0B716118},
+        {VqTypeId_int,           "\x12\x34\x56\x78",          1, 0x0B716118},
+        {VqTypeId_unsigned,      "\x12\x34\x56\x78",          1, 0x0B716118},
+        {VqTypeId_enum,          "\x12\x34\x56\x78",          1, 0x0B716118},
+        {VqTypeId_BlockId,       "\x12\x34\x56\x78",          1, 0x0B716118},
+        {VqTypeId_float,         "\x3F\xC0\0\0",              1, 0xA4C00000},
+        {VqTypeId_d_Interval,    "\x3F\xC0\0\0",              1, 0xA4C00000},
+        {VqTypeId_double,        "\x3F\xF8\0\0\0\0\0\1",      1, 0x0E5E4E6D},
+        {VqTypeId_VqInt64,       "\0\0\0\1\x80\0\0\0",      1, 0xC1C64E6D},
+        {VqTypeId_VqNull_short,  "\1\0\0",                   1, 0xFEFE7575},
+        {VqTypeId_VqNull_short,  "\0\xFF\xFE",               1, 0x7C736326},
+        {VqTypeId_VqNull_double, "\1\0\0\0\0\0\0\0\0" "\1\0\0\0\0\0\0\0\0", 2, 0},
         // clang-format on
     };
+    const VqTypeMgr manager(5);
     for (const auto& c : cases) {
         int error = 77;
-        EXPECT_EQ(c.hash(VqFormat_BigEndian, 0, c.bytes, c.count, error), c.code) << &c - cases;
-        EXPECT_EQ(error, VqStatus_Ok);
-    }
-}
-
-TEST(HashByType, OfNoKeysReadsNothing) {
-    for (const VqHashFunc hash : {CharHash, DoubleHash, Int64Hash, VqNullSlots<VqNull_char>::Hash}) {
-        int error = 77;
-        EXPECT_EQ(hash(VqFormat_Memory, 0, nullptr, 0, error), 0u);
+        EXPECT_EQ(manager.Hash(c.id, 0, c.bytes, c.count, VqFormat_BigEndian, error), c.code) << &c - cases;
         EXPECT_EQ(error, VqStatus_Ok);
     }
 }
