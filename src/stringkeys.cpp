@@ -130,7 +130,11 @@ struct KeyPair {
         closer = key1 | key2 | keys[a.at[place - 1]];
     }
     bool AtEnds() const { return (key1 | key2) == 0; }
-    int Difference() const { return (key1 & VqKeyPrimaryMask) - (key2 & VqKeyPrimaryMask); }
+    // Means nothing, and wraps, where a key wants the closer look.
+    int Difference() const {
+        return static_cast<int>(static_cast<std::uint32_t>(key1 & VqKeyPrimaryMask) -
+                                static_cast<std::uint32_t>(key2 & VqKeyPrimaryMask));
+    }
 };
 
 // True where short texts are equal, and where the first or the second pair of unlike characters differs as letters:
