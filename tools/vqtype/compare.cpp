@@ -65,16 +65,23 @@ unsigned short ParseFlags(std::string_view text) {
     }
 }
 
-std::string DescribeFlags(unsigned short flags) {
+// Other types take the second value for what it is.
+bool KnowsPatterns(VqTypeId id) {
+    return id == VqTypeId_VqString || id == VqTypeId_VqIString || id == VqTypeId_VqCaseIString || id == VqTypeId_VqDate;
+}
+
+std::string DescribeFlags(VqTypeId id, unsigned short flags) {
     if (flags == VqCmp_Default) return "the default operation";
-    std::string names;
+    std::vector<std::string> names;
+    if (KnowsPatterns(id) && (flags & (VqCmp_Exact | VqCmp_KeyOnly)) == 0) names.emplace_back("pattern");
+    unsigned rest = flags;
     for (const FlagName& flag : FlagNames) {
-        if (flag.bits != 0 && flag.bits != VqCmp_Default && (flags & flag.bits)) {
-            names += (names.empty() ? "" : ", ") + std::string(flag.name);
-        }
+        if (flag.bits == VqCmp_Default || !(flags & flag.bits)) continue;
+        names.emplace_back(flag.name);
+        rest &= ~static_cast<unsigned>(flag.bits);
     }
-    const bool isPattern = (flags & (VqCmp_Exact | VqCmp_KeyOnly)) == 0;
-    return (isPattern ? "pattern" : "") + std::string(isPattern && !names.empty() ? ", " : "") + names;
+    if (rest != 0) names.push_back(fmt::format("0x{:02x} without a meaning", rest));
+    return names.empty() ? "none" : fmt::format("{}", fmt::join(names, ", "));
 }
 
 // --- Values
@@ -82,7 +89,7 @@ std::string DescribeFlags(unsigned short flags) {
 std::unique_ptr<ValueArray> Operand(VqTypeId id, const std::string& text, const TextOptions& options,
                                     const char* place) {
     auto value = std::make_unique<ValueArray>(id, 1);
-    value->Scan(0, WithWildcards(id, text), options, place);
+    ScanKey(*value, 0, text, options, place);
     return value;
 }
 
@@ -114,7 +121,13 @@ Bytes CutKey(const Key& key, unsigned length, const char* option) {
     return bytes;
 }
 
+bool IsCut(const CompareOptions& options) { return options.lengths[0] != 0 || options.lengths[1] != 0; }
+
 Comparison CompareValues(const CompareOptions& options) {
+    if (options.order == "memory" && IsCut(options)) {
+        throw CommandError("--length{} cuts stored keys: there are none with --order memory",
+                           options.lengths[0] != 0 ? 1 : 2);
+    }
     const VqTypeId id = ParseKeyType(options.type, "compare", "compared", "order");
     const TextOptions text{ParseCodeSet(options.codeSet), ParseLanguage(options.language)};
     Comparison all{options, id, ParseFlags(options.flags), {}, {}, {}};
@@ -144,8 +157,11 @@ bool DoAgree(const Comparison& all) {
     return true;
 }
 
+constexpr std::size_t TextShown = 60;
+
 std::string Verdict(const Comparison& all, const FormResult& result) {
-    return fmt::format("{} {} {}\n", all.texts[0], Relation(result.answer.number), all.texts[1]);
+    return fmt::format("{} {} {}\n", Shortened(all.texts[0], TextShown), Relation(result.answer.number),
+                       Shortened(all.texts[1], TextShown));
 }
 
 void PrintText(const Comparison& all) {
@@ -155,10 +171,17 @@ void PrintText(const Comparison& all) {
                       fmt::to_string(result.answer.number), DescribeStatus(result.answer.status)});
     }
     Write(table.Format() +
-          fmt::format("\n{}, flags 0x{:02x}: {}\n", TypeName(all.id), all.flags, DescribeFlags(all.flags)));
+          fmt::format("\n{}, flags 0x{:02x}: {}\n", TypeName(all.id), all.flags, DescribeFlags(all.id, all.flags)));
     if (DoAgree(all)) return Write(Verdict(all, all.results[0]));
     for (const FormResult& result : all.results) Write(fmt::format("{}: {}", result.form.name, Verdict(all, result)));
+    if (IsCut(all.options)) return;  // in memory keys are whole
     Write(fmt::format("note: not all forms agree; `vqtype show {}` tells how each of them orders\n", TypeName(all.id)));
+}
+
+// The bytes that were compared; there are none of keys in memory.
+std::string JsonLengths(const FormResult& result) {
+    if (result.form.format == VqFormat_Memory) return "";
+    return fmt::format("\"length1\": {}, \"length2\": {}, ", result.keys[0].size(), result.keys[1].size());
 }
 
 void PrintJson(const Comparison& all) {
@@ -166,8 +189,8 @@ void PrintJson(const Comparison& all) {
                       Quoted(all.plainTexts[0]), Quoted(all.plainTexts[1]), all.flags));
     const char* separator = "\n  ";
     for (const FormResult& result : all.results) {
-        Write(fmt::format("{}{{\"form\": \"{}\", \"result\": {}, \"relation\": \"{}\", \"status\": {}}}", separator,
-                          result.form.name, result.answer.number, Relation(result.answer.number),
+        Write(fmt::format("{}{{\"form\": \"{}\", {}\"result\": {}, \"relation\": \"{}\", \"status\": {}}}", separator,
+                          result.form.name, JsonLengths(result), result.answer.number, Relation(result.answer.number),
                           result.answer.status));
         separator = ",\n  ";
     }

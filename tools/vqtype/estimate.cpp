@@ -1,5 +1,7 @@
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
 
 #include "command.h"
@@ -54,7 +56,7 @@ struct ScanBounds : VqIdxBounds {
 // A key of the index: its value, and its bytes in the chosen order.
 struct IndexKey {
     IndexKey(VqTypeId id, const std::string& text, const EstimateOptions& options, const char* place) : value(id, 1) {
-        value.Scan(0, WithWildcards(id, text), {ParseCodeSet(options.codeSet), ParseLanguage(options.language)}, place);
+        ScanKey(value, 0, text, {ParseCodeSet(options.codeSet), ParseLanguage(options.language)}, place);
         bytes = value.Store(ByteOrderOf(options.order));
     }
     ValueArray value;
@@ -71,8 +73,9 @@ struct Statistics {
     }
 };
 
-void CheckAscending(VqTypeId id, const IndexKey& low, const IndexKey& high, unsigned char format) {
-    const Key key1(low.value, format), key2(high.value, format);
+// With the low byte first, the one form in which identifiers compare as they are estimated.
+void CheckAscending(VqTypeId id, const IndexKey& low, const IndexKey& high) {
+    const Key key1(low.value, VqFormat_LittleEndian), key2(high.value, VqFormat_LittleEndian);
     if (CompareKeys(key1, key2, VqCmp_Exact).number <= 0) return;
     throw CommandError("--low {}: sorts after --high {} among values of {}", low.value.Describe(0),
                        high.value.Describe(0), TypeName(id));
@@ -86,7 +89,7 @@ Statistics StatisticsOf(VqTypeId id, const EstimateOptions& options) {
     if (!options.low) return {};
     Statistics statistics{std::make_unique<IndexKey>(id, *options.low, options, "--low"),
                           std::make_unique<IndexKey>(id, *options.high, options, "--high")};
-    CheckAscending(id, *statistics.low, *statistics.high, ByteOrderOf(options.order));
+    CheckAscending(id, *statistics.low, *statistics.high);
     return statistics;
 }
 
@@ -95,10 +98,24 @@ struct Estimate {
     VqTypeId id;
     std::string low, high, key;  // as values are told
     std::string keyText;
+    Bytes keyBytes;
+    bool isFinite = true;  // key and index, where that is known
     float fraction = 0;
     unsigned short operators;
     ScanBounds scan = {};
+
+    bool IsPattern() const { return (operators & VqOperator_Wildcard) != 0; }
 };
+
+constexpr VqTypeId FloatingRows[] = {VqTypeId_float, VqTypeId_double, VqTypeId_d_Interval, VqTypeId_VqNull_float,
+                                     VqTypeId_VqNull_double};
+
+// Of the texts of floating numbers these have an n: inf, -inf, nan and -nan.
+bool IsFinite(const ValueArray& value) {
+    const auto* const end = std::end(FloatingRows);
+    if (value.IsNull(0) || std::find(FloatingRows, end, value.GetType()) == end) return true;
+    return value.PrintExact(0).find('n') == std::string::npos;
+}
 
 void Ask(Estimate& estimate, const IndexKey& key, const Statistics& statistics) {
     const unsigned char format = ByteOrderOf(estimate.options.order);
@@ -107,7 +124,9 @@ void Ask(Estimate& estimate, const IndexKey& key, const Statistics& statistics) 
         bounds = statistics.Bounds();
         estimate.low = DescribeKey(statistics.low->value, *estimate.options.low);
         estimate.high = DescribeKey(statistics.high->value, *estimate.options.high);
+        estimate.isFinite = IsFinite(statistics.low->value) && IsFinite(statistics.high->value) && IsFinite(key.value);
     }
+    estimate.keyBytes = key.bytes;
     estimate.key = DescribeKey(key.value, estimate.options.key);
     estimate.keyText = KeyText(key.value, estimate.options.key);
     estimate.fraction =
@@ -124,15 +143,19 @@ Bytes BytesOf(const void* key, std::uint32_t length) {
     return key != nullptr ? Bytes(bytes, bytes + length) : Bytes();
 }
 
-// The value of a key that the library has made, of which the last ones of a pattern are long, and may be clipped.
+// The value of an end of the scan, which is the key or, of a pattern, begins with what stands in front of its wildcard.
+// A clipped text is the first bytes of a record that tells more.
 std::string ValueOf(const Bytes& bytes, const Estimate& estimate) {
-    if (bytes.size() >= VqINDEX_MAX_KEYLEN) return "as long as keys get";
-    const DiskForm form = ReadDiskForm(estimate.id, bytes, ByteOrderOf(estimate.options.order));
-    return Shortened(form.values->Describe(0), TextShown);
+    const std::string key = Shortened(estimate.key, TextShown);
+    if (bytes == estimate.keyBytes) return key;
+    const unsigned char format = ByteOrderOf(estimate.options.order);
+    if (Manager().DiskLenGet(estimate.id, bytes.data(), format, 1, format) > bytes.size()) return key + " (clipped)";
+    return Shortened(ReadDiskForm(estimate.id, bytes, format).values->Describe(0), TextShown);
 }
 
-void AddEnd(Table& table, const char* end, const Bytes& bytes, const char* open, const Estimate& estimate) {
-    table.AddRow({end, bytes.empty() ? open : ValueOf(bytes, estimate), FormatKey(bytes)});
+std::string HighValueOf(const Bytes& bytes, const Estimate& estimate) {
+    const bool isFilledUp = estimate.IsPattern() && bytes.size() == VqINDEX_MAX_KEYLEN;
+    return isFilledUp ? "as long as keys get" : ValueOf(bytes, estimate);
 }
 
 std::string Percent(float fraction) { return fmt::format("{:.4g} %", 100.0 * static_cast<double>(fraction)); }
@@ -145,13 +168,19 @@ std::string IndexText(const Estimate& estimate) {
 
 void PrintText(const Estimate& estimate) {
     Table table{{"scan"}, {"key"}, {"bytes"}};
-    AddEnd(table, "from", BytesOf(estimate.scan.lowKey, estimate.scan.lowKeyLength), "the first", estimate);
-    AddEnd(table, "to", BytesOf(estimate.scan.highKey, estimate.scan.highKeyLength), "the last", estimate);
+    const Bytes low = BytesOf(estimate.scan.lowKey, estimate.scan.lowKeyLength);
+    const Bytes high = BytesOf(estimate.scan.highKey, estimate.scan.highKeyLength);
+    table.AddRow({"from", low.empty() ? "the first" : ValueOf(low, estimate), FormatKey(low)});
+    table.AddRow({"to", high.empty() ? "the last" : HighValueOf(high, estimate), FormatKey(high)});
     Write(fmt::format("{} {} {} selects {} of {}: {:.6g}\n\n{}", TypeName(estimate.id), estimate.options.op,
                       Shortened(estimate.key, TextShown), Percent(estimate.fraction), IndexText(estimate),
                       estimate.fraction, table.Format()));
-    if (estimate.operators & VqOperator_Wildcard) Write("\nnote: the key is a pattern; its wildcard bounds the scan\n");
-    if (estimate.fraction > 1) Write("\nnote: more than all: a key outside the index adds a step of its own\n");
+    if (estimate.IsPattern()) Write("\nnote: the key is a pattern; its wildcard bounds the scan\n");
+    if (!estimate.isFinite) {
+        Write("\nnote: what is infinite or no number has no place among numbers: the estimate means nothing\n");
+    } else if (estimate.fraction > 1) {
+        Write("\nnote: more than all: a key outside the index adds a step of its own\n");
+    }
 }
 
 std::string JsonKey(const void* key, std::uint32_t length) {
@@ -159,17 +188,17 @@ std::string JsonKey(const void* key, std::uint32_t length) {
 }
 
 void PrintJson(const Estimate& estimate) {
-    Write(fmt::format(
-        "{{\"type\": {}, \"operator\": {}, \"key\": {}, \"estimate\": {:.9g},\n"
-        " \"scan\": {{\"low\": {}, \"high\": {}}}, \"wildcard\": {}}}\n",
-        Quoted(TypeName(estimate.id)), Quoted(estimate.options.op), Quoted(estimate.keyText), estimate.fraction,
-        JsonKey(estimate.scan.lowKey, estimate.scan.lowKeyLength),
-        JsonKey(estimate.scan.highKey, estimate.scan.highKeyLength), (estimate.operators & VqOperator_Wildcard) != 0));
+    Write(
+        fmt::format("{{\"type\": {}, \"operator\": {}, \"key\": {}, \"estimate\": {:.9g},\n"
+                    " \"scan\": {{\"low\": {}, \"high\": {}}}, \"wildcard\": {}}}\n",
+                    Quoted(TypeName(estimate.id)), Quoted(estimate.options.op), Quoted(estimate.keyText),
+                    estimate.fraction, JsonKey(estimate.scan.lowKey, estimate.scan.lowKeyLength),
+                    JsonKey(estimate.scan.highKey, estimate.scan.highKeyLength), estimate.IsPattern()));
 }
 
 void RunEstimate(const EstimateOptions& options) {
     const VqTypeId id = ParseKeyType(options.type, "bounds", "estimated", "bounds");
-    Estimate estimate{options, id, {}, {}, {}, {}, 0, ParseOperator(options.op)};
+    Estimate estimate{options, id, {}, {}, {}, {}, {}, true, 0, ParseOperator(options.op)};
     const IndexKey key(id, options.key, options, "KEY");
     Ask(estimate, key, StatisticsOf(id, options));
     options.json ? PrintJson(estimate) : PrintText(estimate);
@@ -190,9 +219,11 @@ void AddEstimateCommand(CLI::App& program) {
     AddTextOptions(*command, options->codeSet, options->language);
     command->add_flag("--json", options->json, "As JSON");
     command->footer(
-        "The estimate is the part of the index's keys that the predicate selects, from 0 to 1. The scan is the range "
+        "The estimate is the part of the index's keys that the predicate selects, from 0 to 1; a key outside the "
+        "index\n"
+        "can add a step. Where the key or the index is infinite or no number, it means nothing. The scan is the range "
         "of\n"
-        "keys to be looked through for them. Without --low and --high nothing is known of the index.\n"
+        "keys to be looked through. Without --low and --high nothing is known of the index.\n"
         "A string that holds * or ? is a pattern: the scan goes over the keys that begin with what stands in front. In "
         "a\n"
         "date a * is any year, month or day.\n"

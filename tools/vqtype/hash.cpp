@@ -32,10 +32,13 @@ Codes CodesOf(std::string name, const ValueArray& key) {
 // Those of every value, and of all of them as one key.
 std::vector<Codes> HashValues(VqTypeId id, const HashOptions& options) {
     const TextOptions text{ParseCodeSet(options.codeSet), ParseLanguage(options.language)};
-    const ValueArray array(id, options.values, text);
+    const ValueArray array(id, static_cast<unsigned long>(options.values.size()));
     std::vector<Codes> all;
-    for (const std::string& given : options.values) {
-        const ValueArray value(id, {given}, text);
+    for (unsigned long i = 0; i < array.GetCount(); ++i) {
+        const std::string &given = options.values[i], place = fmt::format("VALUE {}", i + 1);
+        const ValueArray value(id, 1);
+        ScanKey(value, 0, given, text, place);
+        ScanKey(array, i, given, text, place);
         all.push_back(CodesOf(DescribeKey(value, given), value));
     }
     if (array.GetCount() > 1) all.push_back(CodesOf(fmt::format("all {} as one key", array.GetCount()), array));

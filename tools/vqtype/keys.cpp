@@ -13,6 +13,24 @@ constexpr KeyForm Forms[] = {
 
 constexpr std::size_t BytesShown = 16;
 
+std::string WithWildcards(VqTypeId id, const std::string& text) {
+    if (id != VqTypeId_VqDate && id != VqTypeId_VqDateTime) return text;
+    const std::size_t time = text.find_first_of("Tt");
+    std::string out;
+    for (const char c : text.substr(0, time)) {
+        if (c == '*') {
+            out += out.empty() ? "-0001" : "-01";
+        } else {
+            out += c;
+        }
+    }
+    return time == text.npos ? out : out + text.substr(time);
+}
+
+bool HasWildcards(const ValueArray& value, const std::string& given) {
+    return WithWildcards(value.GetType(), given) != given;
+}
+
 }  // namespace
 
 std::vector<KeyForm> KeyFormsOf(const std::string& name) {
@@ -60,25 +78,17 @@ VqTypeId ParseKeyType(const std::string& name, const char* operation, const char
     throw CommandError("TYPE {}: cannot be {} (`vqtype types` shows which can: {})", TypeName(id), done, column);
 }
 
-std::string WithWildcards(VqTypeId id, const std::string& text) {
-    if (id != VqTypeId_VqDate && id != VqTypeId_VqDateTime) return text;
-    std::string out;
-    for (const char c : text) {
-        if (c == '*') {
-            out += out.empty() ? "-0001" : "-01";
-        } else {
-            out += c;
-        }
-    }
-    return out;
+void ScanKey(const ValueArray& values, unsigned long index, const std::string& text, const TextOptions& options,
+             const std::string& place) {
+    values.Scan(index, WithWildcards(values.GetType(), text), options, place, text);
 }
 
 std::string KeyText(const ValueArray& value, const std::string& given) {
-    return WithWildcards(value.GetType(), given) == given ? value.PrintExact(0) : given;
+    return HasWildcards(value, given) ? given : value.PrintExact(0);
 }
 
 std::string DescribeKey(const ValueArray& value, const std::string& given) {
-    const std::string text = WithWildcards(value.GetType(), given) == given ? value.Describe(0) : given;
+    const std::string text = HasWildcards(value, given) ? given : value.Describe(0);
     return text.empty() ? Quoted(text) : text;
 }
 

@@ -61,8 +61,9 @@ std::string FormatKey(const Bytes& bytes);
 /// `done` ("hashed"), and in which `column` of the table that is shown.
 VqTypeId ParseKeyType(const std::string& name, const char* operation, const char* done, const char* column);
 
-/// The text with -1 for every *: in the texts of dates a field that stands for any.
-std::string WithWildcards(VqTypeId id, const std::string& text);
+/// Sets a value of a key from its text, as ValueArray::Scan does; a * in a date is -1, a field that stands for any.
+void ScanKey(const ValueArray& values, unsigned long index, const std::string& text, const TextOptions& options,
+             const std::string& place);
 
 /// The one value of the array as PrintExact tells it, but with wildcards as they were given.
 std::string KeyText(const ValueArray& value, const std::string& given);

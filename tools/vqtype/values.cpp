@@ -124,8 +124,8 @@ unsigned long ValueArray::CountNulls() const {
     return nulls;
 }
 
-void ValueArray::Scan(unsigned long index, std::string_view text, const TextOptions& options,
-                      const std::string& place) const {
+void ValueArray::Scan(unsigned long index, std::string_view text, const TextOptions& options, const std::string& place,
+                      std::string_view given) const {
     if (text == ToUtf8(Manager().GetNullPrintString())) {
         if (!Manager().SupportsNullValue(id_)) throw CommandError("{}: {} has no null value", place, TypeName(id_));
         SetNull(index);
@@ -136,7 +136,7 @@ void ValueArray::Scan(unsigned long index, std::string_view text, const TextOpti
     const bool isRead = !rule.accepts || rule.accepts(text);
     if (isRead) Read(index, text, rule.format, options, place);
     if (isRead && (rule.accepts || EqualIgnoringCase(text, PrintExact(index)))) return;
-    throw CommandError("{}: {} is no {}: expected {}{}", place, Echo(text), TypeName(id_), rule.expected,
+    throw CommandError("{}: {} is no {}: expected {}{}", place, Echo(given), TypeName(id_), rule.expected,
                        isRead ? fmt::format(" (it reads as {})", Echo(PrintExact(index))) : "");
 }
 

@@ -61,8 +61,12 @@ class ValueArray {
     unsigned long CountNulls() const;
 
     /// Sets a value from its UTF-8 text, the null print string for null. Throws CommandError, its text starting with
-    /// `place`, when the text is not wholly a value of the type.
-    void Scan(unsigned long index, std::string_view text, const TextOptions& options, const std::string& place) const;
+    /// `place`, when the text is not wholly a value of the type; it quotes what was `given` instead of the text.
+    void Scan(unsigned long index, std::string_view text, const TextOptions& options, const std::string& place,
+              std::string_view given) const;
+    void Scan(unsigned long index, std::string_view text, const TextOptions& options, const std::string& place) const {
+        Scan(index, text, options, place, text);
+    }
 
     /// The value's text in UTF-8 under `format`, as the manager takes it; null for the row's own. Throws CommandError
     /// when no string can hold the text.
