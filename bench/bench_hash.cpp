@@ -103,6 +103,7 @@ constexpr std::uint32_t Multiplier = 1103515245;
 #define VECTORISED [[gnu::noinline, gnu::optimize("O3")]]
 #endif
 
+// Takes words as they lie: next to StoredLongs it swaps no bytes, and so does less than is asked.
 VECTORISED std::uint32_t LoopOverLongs(const std::uint32_t* keys, std::size_t count) {
     std::uint32_t word = 0;
     for (std::size_t i = 0; i < count; ++i) word ^= keys[i];
