@@ -29,7 +29,8 @@
 /// and the estimate is the sum of what is asked for, divided by hi - lo + 1. A part below 0 counts as 0; one that is
 /// not finite, and a length of the index that is not, as the largest number. On a line of whole numbers "less" and
 /// "greater or equal" add up to 1. Where numbers lie between, "at least" a key within a step below lo exceeds 1, and so
-/// may a key that is infinite or no number.
+/// may a key that is infinite or no number. Index keys that are such are cut to the same numbers. An estimate of any of
+/// them means nothing.
 ///
 /// An end of the range that is null takes a copy of the key, `count` values: the low key unless the predicate asks for
 /// less, the high key unless it asks for greater. Ends that are set stay. The copies come from the C heap (malloc) and

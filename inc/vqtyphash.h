@@ -2,7 +2,7 @@
 /// Hashing by type: the codes by which hashed indexes and collections find keys whose type they know only by number.
 ///
 /// Every function folds an array of `count` keys into one code below 2^32, on every target. Equal keys have equal codes
-/// in every format.
+/// in every format, but for a few kept on purpose (docs/orders.md).
 ///
 ///     format     form of the array: low four bits 8 is the memory form, 2 stored with the high byte first, every
 ///                other code stored with the low byte first (9 to 15: nullables with their value before their
