@@ -63,7 +63,9 @@ TEST(StringComparison, OfRecordsAgreesWithThatOfValues) {
 // Whole records of one set and language are compared without a walk.
 TEST(StringComparison, OfSimilarRecordsAgreesWithThatOfValues) {
     std::mt19937 random(51);
-    const auto pick = [&random](auto from) { return *(std::begin(from) + random() % std::size(from)); };
+    const auto pick = [&random](auto from) {
+        return *(std::begin(from) + static_cast<std::ptrdiff_t>(random() % std::size(from)));
+    };
     using Numbers = std::initializer_list<unsigned char>;
     const std::string characters("aAbcdhsz\xDF\xE4\xE9 aAbcdhsz\0", 21);  // texts end at the first zero character
     for (int round = 0; round < 20000; ++round) {
