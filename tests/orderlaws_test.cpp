@@ -147,6 +147,10 @@ struct Exception {
     Example (*example)(char id);
 };
 
+// Two more are no single whole values, and have tests of their own below: clipped keys (CutKeys) break Transitive,
+// arrays of classes that begin with null (ClassArrays) Antisymmetric. Codes are those of the exact comparison: texts
+// that are equal under VqCmp_IgnoreCase or VqCmp_IgnoreAccents, or by a pattern, have others, so that EqualHash is
+// asked under VqCmp_Exact alone.
 // clang-format off
 const Exception exceptions[] = {
     {"what is not a number sorts before everything, on either side",

@@ -334,6 +334,9 @@ TEST(StringComparison, LegacyRecordsMayLackTheirTrailer) {
             LegacyStringCompare(1, a.size() - lacking, first.Get(), b.size(), b.data(), VqCmp_Exact, 1, error);
         EXPECT_EQ(error, lacking <= 2 ? VqStatus_Ok : VqStatus_BufferEnd) << lacking;
         EXPECT_EQ(Sign(result), lacking <= 2 ? -1 : 0) << lacking;
+        const unsigned long code = LegacyStringHash(1, a.size() - lacking, first.Get(), 1, error);
+        EXPECT_EQ(error, VqStatus_Ok) << lacking;
+        EXPECT_EQ(code == LegacyStringHash(1, a.size(), a.data(), 1, error), lacking <= 2) << lacking;
     }
 }
 
