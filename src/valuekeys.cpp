@@ -19,10 +19,7 @@ int Order(Truth a, Truth b) { return (a.boolean > b.boolean) - (a.boolean < b.bo
 
 struct BooleanElement {
     static constexpr unsigned long Size = sizeof(VqBoolean);
-    static vq::Nullable<Truth> Load(const unsigned char* at) {
-        const auto boolean = std::bit_cast<VqBoolean>(*at);
-        return {boolean.IsNullValue(), {boolean}};
-    }
+    static Truth Load(const unsigned char* at) { return {std::bit_cast<VqBoolean>(*at)}; }
     static std::uint32_t HashWord(const unsigned char* at) {
         return static_cast<std::uint32_t>(static_cast<std::int8_t>(*at));
     }
