@@ -60,16 +60,16 @@ struct NullablePosition {
     }
 
   private:
-    using InMemory = PartsInMemory<Null>;
+    using ValueFirst = ValueFirstParts<Null>;
     using Stored = StoredParts<Null, false>;
 
     // The order of the two parts is that in which the family's functions load them.
     static bool IsValueFirst(const StoredKey& key) { return key.format & VqFormat_Memory; }
     static bool IsNull(const StoredKey& key) {
-        return IsValueFirst(key) ? InMemory::IsNull(key.bytes) : Stored::IsNull(key.bytes);
+        return IsValueFirst(key) ? ValueFirst::IsNull(key.bytes) : Stored::IsNull(key.bytes);
     }
     static double At(const StoredKey& key) {
-        return Plain::At(key.From(IsValueFirst(key) ? InMemory::ValueAt : Stored::ValueAt));
+        return Plain::At(key.From(IsValueFirst(key) ? ValueFirst::ValueAt : Stored::ValueAt));
     }
 };
 

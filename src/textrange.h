@@ -110,6 +110,7 @@ struct RangeReader {
         if (relation == Relation::Below) return {index.low, index.low};
         if (relation == Relation::Above) return {index.high, index.high};
         if (relation == Relation::Everything) return index;
+        if (!(index.low < index.high)) return {index.low, index.low};
         Start(key);
         key.place.NarrowTo(LeastWidth, alphabet);
         const Slice& place = key.place.place;

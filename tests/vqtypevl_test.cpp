@@ -192,16 +192,14 @@ TEST(Bounds, HaveNullBelowAnIndexOfValues) {
     }
 }
 
-// The values that a row and a value in memory have in common: those of its formats with the value first.
+// Format codes with the memory bit store the value first; as in every stored form only a flag of 1 means null.
 TEST(Bounds, ReadNullablesWithTheValueFirst) {
     unsigned char low[] = {3, 0, 0}, high[] = {12, 0, 0}, key[] = {5, 0, 0};
     VqIdxBounds bounds = {low, high, 3, 3};
-    unsigned short operators = Less;
-    EXPECT_DOUBLE_EQ(VqNullSlots<VqNull_short>::EvalAndBound(&bounds, operators, key, VqFormat_Memory, 1, nullptr),
-                     0.2);
-    for (const bool isOne : {true, false}) {
-        key[2] = isOne ? 1 : 2;
-        EXPECT_EQ(VqNullSlots<VqNull_short>::EvalAndBound(&bounds, operators, key, VqFormat_Memory, 1, nullptr), 0);
+    for (key[2] = 0; key[2] < 3; ++key[2]) {
+        unsigned short operators = Less;
+        EXPECT_DOUBLE_EQ(VqNullSlots<VqNull_short>::EvalAndBound(&bounds, operators, key, VqFormat_Memory, 1, nullptr),
+                         key[2] == 1 ? 0 : 0.2);
     }
 }
 
