@@ -117,9 +117,10 @@ VECTORISED std::uint32_t LoopOverLongs(const std::uint32_t* keys, std::size_t co
     return copy[0];
 }
 
+const VqTypeMgr manager(12);
+
 template <unsigned char format>
 std::uint32_t HashLongs(const std::uint32_t* keys, std::size_t count) {
-    static const VqTypeMgr manager(12);
     int status;
     return static_cast<std::uint32_t>(
         manager.Hash(VqTypeId_long, 0, keys, static_cast<unsigned long>(count), format, status));

@@ -49,21 +49,12 @@ inline std::uint64_t XorOfBytes(const unsigned char* at, std::size_t size) {
 // The same as XorOfWords for scalars: neither exclusive or minds whether bytes are swapped and signs extended before it
 // or once behind it.
 template <class Element>
-[[gnu::noinline]] unsigned long HashArray(unsigned long length, const void* values, unsigned long count, int& error) {
+unsigned long HashArray(unsigned long length, const void* values, unsigned long count, int& error) {
     const unsigned long readable = ReadableElements(length, Element::Size, count, error);
     if (readable == 0) return 0;
     std::uint64_t word = XorOfBytes(static_cast<const unsigned char*>(values), std::size_t{readable} * Element::Size);
     for (unsigned bits = 32; bits >= 8 * Element::Size; bits /= 2) word ^= word >> bits;
     return Element::HashWordOf(static_cast<typename Element::Word>(word)) * HashMultiplier;
-}
-
-// Most calls bring one value.
-template <class Element>
-unsigned long HashScalars(unsigned long length, const void* values, unsigned long count, int& error) {
-    if (count != 1 || (length != 0 && length < Element::Size)) [[unlikely]]
-        return HashArray<Element>(length, values, count, error);
-    error = VqStatus_Ok;
-    return Element::HashWord(static_cast<const unsigned char*>(values)) * HashMultiplier;
 }
 
 template <class Element>

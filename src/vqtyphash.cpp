@@ -6,10 +6,23 @@
 namespace {
 
 template <class T>
-unsigned long HashScalars(unsigned char format, unsigned long length, const void* values, unsigned long count,
-                          int& error) {
+[[gnu::noinline]] unsigned long HashArrays(unsigned char format, unsigned long length, const void* values,
+                                           unsigned long count, int& error) {
     return vq::InForm<vq::ScalarForms<T>>(
-        format, [&]<class Element>() { return vq::HashScalars<Element>(length, values, count, error); });
+        format, [&]<class Element>() { return vq::HashArray<Element>(length, values, count, error); });
+}
+
+// Most calls bring one value. Others go on with the same arguments, so that none of them is moved for this.
+template <class T>
+[[gnu::always_inline]] inline unsigned long HashScalars(unsigned char format, unsigned long length, const void* values,
+                                                        unsigned long count, int& error) {
+    if (count != 1 || (length != 0 && length < sizeof(T))) [[unlikely]]
+        return HashArrays<T>(format, length, values, count, error);
+    error = VqStatus_Ok;
+    return vq::InForm<vq::ScalarForms<T>>(format, [&]<class Element>() {
+        return static_cast<unsigned long>(Element::HashWord(static_cast<const unsigned char*>(values)) *
+                                          vq::HashMultiplier);
+    });
 }
 
 // A null counts with a word of its own, a value with its whole code, so that arrays are not multiplied again.
