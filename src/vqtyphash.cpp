@@ -19,10 +19,8 @@ template <class T>
     if (count != 1 || (length != 0 && length < sizeof(T))) [[unlikely]]
         return HashArrays<T>(format, length, values, count, error);
     error = VqStatus_Ok;
-    return vq::InForm<vq::ScalarForms<T>>(format, [&]<class Element>() {
-        return static_cast<unsigned long>(Element::HashWord(static_cast<const unsigned char*>(values)) *
-                                          vq::HashMultiplier);
-    });
+    const auto word = vq::LoadWord<typename vq::Scalar<T, false>::Word>(static_cast<const unsigned char*>(values));
+    return vq::Scalar<T, false>::HashWordOf(vq::IsBigEndian(format) ? vq::ByteSwap(word) : word) * vq::HashMultiplier;
 }
 
 // A null counts with a word of its own, a value with its whole code, so that arrays are not multiplied again.
