@@ -210,22 +210,25 @@ constexpr VqTypeDescriptor caseIStringFamily =
 
 #undef VALUE_FAMILY
 
-template <class Id>
-constexpr VqTypeDescriptor IdentifierFamily() {
-    VqTypeDescriptor row = LifeNullAndText<Id, vq::IdSlots<Id>>();
-    row.store = Id::Store;
-    row.load = Id::Load;
-    row.nullSizeGet = Id::NullSizeGet;
-    row.sizeGet = Id::SizeGet;
-    row.sizeGetFromMemFile = Id::SizeGetFromMemFile;
-    row.compare = Id::Compare;
-    row.evalAndBound = Id::EvalAndBound;
-    row.hash = Id::Hash;
-    row.translate = Id::Translate;
+// Own is a class whose static functions have the names of the slots that Slots does not fill.
+template <class T, class Slots, class Own>
+constexpr VqTypeDescriptor StaticFamily() {
+    VqTypeDescriptor row = LifeNullAndText<T, Slots>();
+    row.store = Own::Store;
+    row.load = Own::Load;
+    row.nullSizeGet = Own::NullSizeGet;
+    row.sizeGet = Own::SizeGet;
+    row.sizeGetFromMemFile = Own::SizeGetFromMemFile;
+    row.compare = Own::Compare;
+    row.evalAndBound = Own::EvalAndBound;
+    row.hash = Own::Hash;
+    row.translate = Own::Translate;
     return row;
 }
 template <class Id>
-constexpr VqTypeDescriptor identifier = IdentifierFamily<Id>();
+constexpr VqTypeDescriptor identifier = StaticFamily<Id, vq::IdSlots<Id>, Id>();
+template <class Null>
+constexpr VqTypeDescriptor nullable = StaticFamily<Null, VqNullSlots<Null>, VqNullSlots<Null>>();
 
 // An interval is measured, ordered and translated as the float that it holds.
 constexpr VqTypeDescriptor IntervalFamily() {
@@ -242,28 +245,6 @@ constexpr VqTypeDescriptor IntervalFamily() {
     return row;
 }
 constexpr VqTypeDescriptor intervalFamily = IntervalFamily();
-
-template <class Null>
-constexpr VqTypeDescriptor NullableFamily() {
-    using Slots = VqNullSlots<Null>;
-    VqTypeDescriptor row = LifeAndExchange<Null, Slots>();
-    row.store = Slots::Store;
-    row.load = Slots::Load;
-    row.nullSizeGet = Slots::NullSizeGet;
-    row.sizeGet = Slots::SizeGet;
-    row.sizeGetFromMemFile = Slots::SizeGetFromMemFile;
-    row.compare = Slots::Compare;
-    row.evalAndBound = Slots::EvalAndBound;
-    row.hash = Slots::Hash;
-    row.translate = Slots::Translate;
-    row.isNull = Slots::IsNull;
-    row.setNull = Slots::SetNull;
-    row.print = Slots::Print;
-    row.scan = Slots::Scan;
-    return row;
-}
-template <class Null>
-constexpr VqTypeDescriptor nullable = NullableFamily<Null>();
 
 // --- Rows
 
