@@ -1,5 +1,5 @@
 /// \file
-/// Ground of the type library: export mark, widths, status codes, format bits, comparison operations, type identifiers.
+/// Ground of the type library: widths, status codes, format bits, comparison operations, type identifiers.
 ///
 /// Every number here stands in files or travels through the interface; none is ever reused for another meaning.
 #ifndef VQDEFS_H
@@ -7,24 +7,7 @@
 
 #include <cstdint>
 
-#if defined(VQTM_STATIC)
-#define VQTM_API
-#elif defined(_WIN32)
-#ifdef VQTM_BUILD
-#define VQTM_API __declspec(dllexport)
-#else
-#define VQTM_API __declspec(dllimport)
-#endif
-#else
-#define VQTM_API __attribute__((visibility("default")))
-#endif
-
-// Types that exported templates are made of; with clang++ a template is only as visible as they are.
-#if defined(_WIN32)
-#define VQTM_TYPE
-#else
-#define VQTM_TYPE __attribute__((visibility("default")))
-#endif
+#include "vqtmdefs.h"
 
 /// Values of the rows of the same names: 8, 16 and 32 bits without sign.
 using VqByte = unsigned char;

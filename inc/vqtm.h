@@ -51,6 +51,7 @@
 #include "vqslots.h"
 #include "vqstd.h"
 #include "vqstring.h"
+#include "vqtmdefs.h"
 #include "vqtypcmp.h"
 #include "vqtypes.h"
 #include "vqtypevl.h"

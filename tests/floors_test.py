@@ -9,7 +9,7 @@ import re
 import sys
 
 FLOORS = [
-    "vqdefs vqslots _vqnulty options linearsearch twowaysearch bytesearch decimaltext",
+    "vqtmdefs vqdefs vqslots _vqnulty options linearsearch twowaysearch bytesearch decimaltext",
     "vqchar stringiterator charoperation strcompare order hash9 collationkey wildcard textunit orderunit keyreader comparebytes comparelevels compareready comparetexts equalrun",
     "vqstring stringedit stringsearch textsearch stringtransform stringdisk numbertext vqistring istringweights multibyte utf8kernel strhash",
     "convert vqstd valueslots classslots int64slots booleanslots sealslots stringslots istringslots scalar vqint64 date datetime datetext dateslots storedyear stddate stddatetext stddateslots overlaps blob blobdisk blobtext blobslots boolean seal objid ref idtext idslots vqnull textform textscan cformat",
