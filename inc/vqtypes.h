@@ -32,41 +32,41 @@ struct VqEvalData;
 
 /// One row: the functions and facts of a type. A row is static and shared by all managers.
 struct VqTypeDescriptor {
-    const char* name;
+    const char* name;  ///< the type's name, that of its identifier behind "VqTypeId_"
 
-    VqCreateFunc create;
-    VqDeleteFunc destroy;
+    VqCreateFunc create;   ///< makes an array
+    VqDeleteFunc destroy;  ///< frees one
 
-    VqStoreFunc store;
-    VqLoadFunc load;
-    VqNullSizeGetFunc nullSizeGet;
-    VqSizeGetFunc sizeGet;
-    VqSizeGetFromMemFileFunc sizeGetFromMemFile;
+    VqStoreFunc store;                            ///< memory to disk
+    VqLoadFunc load;                              ///< disk to memory
+    VqNullSizeGetFunc nullSizeGet;                ///< disk bytes of null values
+    VqSizeGetFunc sizeGet;                        ///< disk bytes of values
+    VqSizeGetFromMemFileFunc sizeGetFromMemFile;  ///< disk bytes of values in a memory file
 
-    VqCompareFunc compare;  // exchangeable
-    VqEvalAndBoundFunc evalAndBound;
-    VqHashFunc hash;
+    VqCompareFunc compare;            ///< the order of keys; exchangeable
+    VqEvalAndBoundFunc evalAndBound;  ///< selectivity and range of a predicate
+    VqHashFunc hash;                  ///< the hash code of keys
 
-    VqConvertToFunc convertTo;
-    VqConvertFromFunc convertFrom;
+    VqConvertToFunc convertTo;      ///< values to exchange strings
+    VqConvertFromFunc convertFrom;  ///< exchange strings to values
 
-    VqConstructorFunc constructor;
-    VqDestructorFunc destructor;
-    VqAssignmentFunc assignment;
-    VqCopyFunc copy;
-    VqTranslateFunc translate;
+    VqConstructorFunc constructor;  ///< constructs in raw memory
+    VqDestructorFunc destructor;    ///< destroys in place
+    VqAssignmentFunc assignment;    ///< assigns to constructed values
+    VqCopyFunc copy;                ///< copies into raw memory
+    VqTranslateFunc translate;      ///< converts between memory and disk forms
 
-    VqIsNullFunc isNull;
-    VqSetNullFunc setNull;  // null where the type has no null of its own
+    VqIsNullFunc isNull;    ///< tells whether a value is null
+    VqSetNullFunc setNull;  ///< makes a value null; null where the type has no null of its own
 
-    const char* format;  // exchangeable, as print and scan; the default text format
-    VqPrintFunc print;
-    VqScanFunc scan;
+    const char* format;  ///< the default text format; exchangeable
+    VqPrintFunc print;   ///< values to text; exchangeable
+    VqScanFunc scan;     ///< text to values; exchangeable
 
-    std::uint16_t memoryLength;  // bytes of one value in memory
-    std::uint16_t fixed;         // 1: every value takes the same bytes on disk; 0: it depends on the value
+    std::uint16_t memoryLength;  ///< bytes of one value in memory
+    std::uint16_t fixed;         ///< 1: every value takes the same bytes on disk; 0: it depends on the value
 
-    VqDefaultValueFunc defaultValue;
+    VqDefaultValueFunc defaultValue;  ///< makes an array of default values
 };
 
 /// Handles values by type. Plain and small: a table and a level, no ownership.
@@ -87,10 +87,16 @@ class VQTM_API VqTypeMgr {
 
     // --- Life of values
 
+    /// A new array of `count` values, to be freed with Delete (VqCreateFunc).
     void* Create(char id, unsigned long count) const;
+    /// Destroys and frees an array of `count` values that this type made; null does nothing (VqDeleteFunc).
     void Delete(char id, void* values, unsigned long count) const;
+    /// A new array of default values, or of null values where `asNull` is not 0 and the type has a null, to be freed
+    /// with Delete (VqDefaultValueFunc).
     void* DefaultValue(char id, unsigned long count, int asNull) const;
 
+    /// The row's function of that name, for callers that call it often.
+    /// @{
     VqConstructorFunc ConstructorPtrGet(char id) const;
     VqDestructorFunc DestructorPtrGet(char id) const;
     VqAssignmentFunc AssignmentPtrGet(char id) const;
@@ -98,7 +104,9 @@ class VQTM_API VqTypeMgr {
     VqLoadFunc LoadPtrGet(char id) const;
     VqStoreFunc StorePtrGet(char id) const;
     VqIsNullFunc IsNullPtrGet(char id) const;
-    /// Null where the type has no null of its own.
+    /// @}
+
+    /// The row's function that makes a value null, or null where the type has no null of its own.
     VqSetNullFunc SetNullPtrGet(char id) const;
     /// Always null; CmpFuncPtrGet gets the comparison.
     VqCompareFunc ComparePtrGet(char id) const;
@@ -122,30 +130,36 @@ class VQTM_API VqTypeMgr {
     /// Disk bytes in `format` of the values at `data`, which are in the form `dataFormat`.
     unsigned long DiskLenGet(char id, const void* data, unsigned char format, unsigned long count,
                              unsigned char dataFormat) const;
+    /// Disk bytes of the `count` values that begin at the file's position, which stays (VqSizeGetFromMemFileFunc).
     unsigned long DiskLenGetFromMemFile(char id, MemFile* file, unsigned char format, unsigned long count) const;
 
     // --- Disk form
 
-    /// Returns the bytes written.
+    /// Writes values at `src` in disk form to `dst`, which has room for DiskLenGet. Returns the bytes written
+    /// (VqStoreFunc).
     unsigned long Store(char id, void* dst, const void* src, unsigned char format, unsigned long count) const;
-    /// Returns the bytes consumed.
+    /// Reads values in disk form at `src` into constructed ones at `dst`. Returns the bytes consumed (VqLoadFunc).
     unsigned long Load(char id, void* dst, const void* src, unsigned char format, unsigned long count) const;
-    /// Returns the bytes set at `dst`.
+    /// Converts values between two forms, memory or disk. Returns the bytes set at `dst` (VqTranslateFunc).
     unsigned long Translate(char id, void* dst, unsigned char dstFormat, unsigned long dstLength, const void* src,
                             unsigned char srcFormat, unsigned long srcLength, unsigned long count) const;
 
     // --- Keys
 
-    /// Compares `count` values at `a` and `b`, both in `format`.
+    /// Compares `count` values at `a` and `b`, both in `format`: negative, 0 or positive (VqCompareFunc).
     long Cmp(char id, const void* a, const void* b, unsigned short flags, unsigned long count,
              unsigned char format) const;
     /// The same with bounds on the bytes that may be read.
     long Cmp(char id, unsigned long length1, const void* a, unsigned long length2, const void* b, unsigned short flags,
              unsigned long count, unsigned char format, int& status) const;
+    /// The row's comparison.
     VqCompareFunc CmpFuncPtrGet(char id) const;
+    /// Estimates what a predicate selects of an index, from 0 to 1, and narrows the range to scan (VqEvalAndBoundFunc).
     /// `evalData` is not used.
     float EvalAndBound(char id, VqIdxBounds* indexBounds, unsigned short& operators, const void* key,
                        unsigned char format, unsigned long count, VqIdxBounds* scanBounds, VqEvalData* evalData) const;
+    /// The hash code of `count` values in `format`, below 2^32; `length` bytes may be read, 0 stands for all
+    /// (VqHashFunc).
     unsigned long Hash(char id, unsigned long length, const void* values, unsigned long count, unsigned char format,
                        int& status) const;
 
@@ -174,18 +188,21 @@ class VQTM_API VqTypeMgr {
     /// Reads the values from `text`; null is the row's own format. Returns `values`.
     void* ScanFromVqString(char id, void* values, VqString& text, const char* format, unsigned long count) const;
     /// The text that null values print and scan as, "{NULL}" at start; one for the process.
+    /// @{
     static VqString& GetNullPrintString();
     static void SetNullPrintString(const VqString& text);
+    /// @}
 
     // --- Replacing row entries
-    //
-    // Each returns the row's entry as it was and sets the new one, unless that is null. A row is shared by all
-    // managers; the tables have only their string rows apart. A new format must live as long as the row has it.
 
+    /// Returns the row's entry as it was and sets the new one, unless that is null. A row is shared by all managers;
+    /// the tables have only their string rows apart. A new format must live as long as the row has it.
+    /// @{
     const char* ExchangeFormat(char id, const char* format);
     VqCompareFunc ExchangeVqTypeCmpFunc(char id, VqCompareFunc compare);
     VqPrintFunc ExchangePrintToVqStringFunc(char id, VqPrintFunc print);
     VqScanFunc ExchangeScanFromVqStringFunc(char id, VqScanFunc scan);
+    /// @}
 
     // --- Null values
 
@@ -239,9 +256,12 @@ inline unsigned long VqTypeMgr::Hash(char id, unsigned long length, const void* 
 }
 
 /// Returns the default manager for callers that have none of their own, and makes `manager` the new one unless it is
-/// null. From the library's start the default has the current table. The library's end, and detaching it
-/// (___VqTypemgrContext), delete whatever is the default then: install only what `new` made. The manager that is
-/// replaced belongs to the caller. Null after detaching.
+/// null. The manager that is replaced belongs to the caller.
+///
+/// Attaching the library (___VqTypemgrContext, library.h) makes the default one. In a library that nobody has attached
+/// or detached, the first call makes one of the current table; when several threads call first, all get the same.
+/// Detaching the library deletes whatever is the default then and leaves null; so does the library's end, when it is
+/// unloaded or the process ends. Install only what `new` made.
 VQTM_API VqTypeMgr* DefaultTypeMgr(VqTypeMgr* manager = nullptr);
 
 #endif

@@ -6,7 +6,7 @@ namespace vq {
 
 // Makes a new manager of the current table the default; the one before stays with whoever has it.
 void AttachDefaultManager();
-// Deletes the default manager and leaves none.
+// Deletes the default manager, if there is one, and leaves none until the next attach.
 void DetachDefaultManager();
 
 }  // namespace vq

@@ -4,7 +4,6 @@
 #include <array>
 #include <cstring>
 #include <limits>
-#include <new>
 #include <optional>
 #include <utility>
 
@@ -12,7 +11,6 @@
 #include "blobslots.h"
 #include "booleanslots.h"
 #include "dateslots.h"
-#include "defaultmanager.h"
 #include "idslots.h"
 #include "int64slots.h"
 #include "istringslots.h"
@@ -388,7 +386,6 @@ constexpr Table legacyTable = LegacyTable();
 // Identifiers from here up stand for the illegal row.
 constexpr int FirstIllegalAlias = 100;
 constexpr std::uint16_t FirstCurrentLevel = 4;
-constexpr unsigned long OwnVersion = 5;
 
 }  // namespace
 
@@ -547,26 +544,3 @@ int VqTypeMgr::SetNullValue(char id, void* value) {
 }
 
 int VqTypeMgr::DiskIsNullValue(char, const void*) const { return VqStatus_NotSupported; }
-
-// --- Default manager
-
-namespace {
-
-constinit VqTypeMgr* defaultManager = nullptr;
-
-struct LibraryLife {
-    LibraryLife() { vq::AttachDefaultManager(); }
-    ~LibraryLife() { vq::DetachDefaultManager(); }
-};
-const LibraryLife libraryLife;
-
-}  // namespace
-
-VqTypeMgr* DefaultTypeMgr(VqTypeMgr* manager) { return Exchange(defaultManager, manager); }
-
-void vq::AttachDefaultManager() { defaultManager = new (std::nothrow) VqTypeMgr(OwnVersion); }
-
-void vq::DetachDefaultManager() {
-    delete defaultManager;
-    defaultManager = nullptr;
-}
