@@ -17,7 +17,7 @@ enum VqNullity : int {
     VqNullity_None = 0,    ///< neither: the values have to be compared
     VqNullity_First = 1,   ///< the first alone
     VqNullity_Second = 2,  ///< the second alone
-    VqNullity_Both = 3,
+    VqNullity_Both = 3,    ///< both: they are equal
 };
 
 /// The class of a pair of values.

@@ -32,6 +32,7 @@
 class MemFile;
 class VqString;
 
+/// The handle to a record of bytes; what it does with lengths, null and lack of memory is said above.
 class VQTM_API VqBlob {
   public:
     /// What a blob owns.
@@ -40,9 +41,8 @@ class VQTM_API VqBlob {
         std::int32_t length;  ///< bytes at `data`
     };
 
-    static const long MaxLength = 2147483647;
-    /// Search's answer when nothing is found.
-    static const long NotFound = 65535;
+    static const long MaxLength = 2147483647;  ///< the greatest length in bytes
+    static const long NotFound = 65535;        ///< Search's answer when nothing is found
 
     // --- Construction
     //
@@ -57,11 +57,14 @@ class VQTM_API VqBlob {
     /// The text and its zero character; null for a null pointer.
     VqBlob(const char* text);
     /// The number as decimal text, and a zero character: VqBlob(-31) has 4 bytes.
+    /// @{
     VqBlob(int value);
     VqBlob(short value);
-    /// The low 32 bits, so that the text is the same on every target.
+    /// @}
+
+    /// The number's low 32 bits likewise, so that the text is the same on every target.
     VqBlob(unsigned long value);
-    /// With six digits behind the point, as "%lf" prints it.
+    /// The number with six digits behind the point, as "%lf" prints it.
     VqBlob(double value);
     /// The text's bytes as they are kept, zero character included (VqString::GetSize of them); null for the null
     /// string.
@@ -70,6 +73,7 @@ class VQTM_API VqBlob {
     VqBlob(const VqBlob& other);
     /// Takes over the other's record, and leaves the other null.
     VqBlob(VqBlob&& other) noexcept : record_(other.record_) { other.record_ = nullptr; }
+    /// Releases the record.
     ~VqBlob() { SetNullValue(); }
 
     // --- Assignment
@@ -105,13 +109,19 @@ class VQTM_API VqBlob {
 
     /// The number of bytes; 0 for null.
     long Length() const { return record_ != nullptr ? record_->length : 0; }
-    /// The bytes. Null for the null value, and may be null when the length is 0.
+    /// The bytes, Length() of them. Null for the null value, and may be null when the length is 0.
+    /// @{
     unsigned char* Data() { return record_ != nullptr ? record_->data : nullptr; }
     const unsigned char* Data() const { return record_ != nullptr ? record_->data : nullptr; }
+    /// @}
+
     /// The address of the `n` bytes at `pos`; null for the null value, when `n` is below 1, and where they are not all
     /// within the blob.
+    /// @{
     unsigned char* Seek(long pos, long n);
     const unsigned char* Seek(long pos, long n) const;
+    /// @}
+
     /// The first position where the pattern's bytes lie, or NotFound; always that when this blob is null. A pattern
     /// that is empty or null lies at 0. A pattern found at 65535 looks like none; the bytes at Seek(65535, its length)
     /// tell. Takes time in proportion to the length, whatever the bytes are, and no memory.
@@ -129,6 +139,7 @@ class VQTM_API VqBlob {
     void Append(const void* bytes, long n);
     /// Appends the other's bytes; nothing happens when it has none.
     void Append(const VqBlob& other);
+    /// Append. Returns this blob.
     VqBlob& operator+=(const VqBlob& other);
     /// Removes the `n` bytes at `pos`, or as many as there are. Nothing happens when `n` is below 1 or `pos` lies
     /// outside. A blob without bytes left is empty, not null.
@@ -146,8 +157,11 @@ class VQTM_API VqBlob {
     // --- Numbers: what VqBlob(int) and its kind made is read back. Null, and bytes without a number, give 0.
 
     /// Decimal, as `atol` reads it, saturated at the limits of 32 bits on every target. No zero character is needed.
+    /// @{
     operator long() const;
     operator int() const;
+    /// @}
+
     /// The low 16 bits.
     operator short() const;
     /// As `atof` reads it in the C locale.
@@ -164,8 +178,8 @@ class VQTM_API VqBlob {
     /// Appends the text under `format` to `out`, the null print string for null. Pairs that a string has no room for
     /// are left out, so that what stands behind them in the format has its place: about 32000 bytes can be printed.
     void PrintToVqString(VqString& out, const char* format = nullptr) const;
-    /// Reads a text under `format`. A text that begins with the null print string makes the blob null. `%X` and `%x`
-    /// read as many pairs as there are, of digits in either case, and make them the content. `%L` passes over a number
+    /// Reads a text under `format`. A text that begins with the null print string makes the blob null. "%X" and "%x"
+    /// read as many pairs as there are, of digits in either case, and make them the content. "%L" passes over a number
     /// without changing anything, so that reading what a blob printed under its row's own format destroys no bytes.
     /// Where the text does not match the format the content stays, whatever was read before; so it does where pairs
     /// should be and another character is. Text behind the end of the format is ignored, as an odd last digit is under

@@ -17,15 +17,18 @@
 class MemFile;
 class VqString;
 
+/// False, true or null.
 class VQTM_API VqBoolean {
   public:
     // --- Construction
 
     /// False.
     VqBoolean() = default;
+    /// Copies the byte.
     VqBoolean(const VqBoolean& other) = default;
     /// True when `truth` is not 0. Comparisons with a number turn it into a boolean by this rule.
     VqBoolean(long truth) : value(truth != 0) {}
+    /// Copies the byte.
     VqBoolean& operator=(const VqBoolean& other) = default;
     /// True when `truth` is not 0.
     VqBoolean& operator=(long truth) {
@@ -35,6 +38,7 @@ class VQTM_API VqBoolean {
 
     // --- Null
 
+    /// True when the byte is 255.
     bool IsNullValue() const { return value > Greatest; }
     /// Makes this null. Returns 0.
     int SetNullValue() {
@@ -56,14 +60,19 @@ class VQTM_API VqBoolean {
     }
     /// Neither greater nor equal.
     bool operator<(const VqBoolean& other) const { return !(*this > other) && !(*this == other); }
+    /// Greater or equal.
     bool operator>=(const VqBoolean& other) const { return *this > other || *this == other; }
+    /// Less or equal.
     bool operator<=(const VqBoolean& other) const { return *this < other || *this == other; }
 
+    /// The same with a number, which counts as true when it is not 0. It is never null.
+    /// @{
     bool operator==(long truth) const { return *this == VqBoolean(truth); }
     bool operator>(long truth) const { return *this > VqBoolean(truth); }
     bool operator<(long truth) const { return *this < VqBoolean(truth); }
     bool operator>=(long truth) const { return *this >= VqBoolean(truth); }
     bool operator<=(long truth) const { return *this <= VqBoolean(truth); }
+    /// @}
 
     // --- Text. There is one form; a format means nothing and may be null.
 
@@ -86,10 +95,12 @@ class VQTM_API VqBoolean {
 VQTM_API unsigned long BooleanStore(void* dst, const void* src, unsigned char format, unsigned long count);
 /// Reads `count` values from disk form. Returns the bytes consumed.
 VQTM_API unsigned long BooleanLoad(void* dst, const void* src, unsigned char format, unsigned long count);
-/// Disk bytes of `count` values, here and below: 1 each. Nothing is looked at.
+/// Disk bytes of `count` values: 1 each. Nothing is looked at; data and file may be null.
+/// @{
 VQTM_API unsigned long BooleanNullSizeGet(unsigned long count);
 VQTM_API unsigned long BooleanSizeGet(const void* data, unsigned char dataFormat, unsigned char format,
                                       unsigned long count);
 VQTM_API unsigned long BooleanSizeGetFromMemFile(MemFile* file, unsigned char format, unsigned long count);
+/// @}
 
 #endif

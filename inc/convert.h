@@ -34,10 +34,10 @@ class VqTypeConvertData {
     /// or when there are none.
     VQTM_API VqString* GetString(int index) const;
 
-    VqTypeMgr* manager;   // frees `data`; null: the record does not own it
-    void* data;           // the values; strings in every record that the library makes
-    unsigned long count;  // values
-    unsigned char type;   // their type identifier
+    VqTypeMgr* manager;   ///< frees `data`; null: the record does not own it
+    void* data;           ///< the values; strings in every record that the library makes
+    unsigned long count;  ///< values
+    unsigned char type;   ///< their type identifier
 
   private:
     VqTypeConvertData(unsigned char type, unsigned long count, void* data, VqTypeMgr* manager)

@@ -67,9 +67,8 @@ class VqString;
 /// A date. Two of them, `a` and `b`, and a number of days n: `a + n`, `n` days after a; `a - b`, the days from b to a.
 class VQTM_API VqDate {
   public:
-    /// The fields of the null date.
-    static constexpr std::int16_t NullYear = -32768;
-    static constexpr std::int8_t NullField = -128;  // month and day
+    static constexpr std::int16_t NullYear = -32768;  ///< the year of the null date
+    static constexpr std::int8_t NullField = -128;    ///< month and day of the null date
 
     // --- Construction
 
@@ -82,8 +81,11 @@ class VQTM_API VqDate {
         : year(static_cast<std::int16_t>(year)),
           month(static_cast<std::int8_t>(month)),
           day(static_cast<std::int8_t>(day)) {}
+    /// Copies all fields.
+    /// @{
     VqDate(const VqDate&) = default;
     VqDate& operator=(const VqDate&) = default;
+    /// @}
 
     /// Today, local time.
     static VqDate Today() { return VqDate(); }
@@ -122,9 +124,13 @@ class VQTM_API VqDate {
     // --- Arithmetic
 
     /// The date `days` later or earlier: dateabs(dayabs() + days), where the sum wraps at 32 bits.
+    /// @{
     VqDate operator+(long days) const { return VqDate(*this) += days; }
     VqDate operator-(long days) const { return VqDate(*this) -= days; }
+    /// @}
+
     /// The same for every other integer, so that none is taken for a sum of day numbers.
+    /// @{
     template <std::integral Integer>
     VqDate operator+(Integer days) const {
         return *this + static_cast<long>(days);
@@ -133,12 +139,17 @@ class VQTM_API VqDate {
     VqDate operator-(Integer days) const {
         return *this - static_cast<long>(days);
     }
+    /// @}
+
     /// Days from `other` to this date; negative when this one is earlier.
     long operator-(const VqDate& other) const { return dayabs() - other.dayabs(); }
+    /// Moves this date by `days`, or by one day, as the operators above do. Returns it.
+    /// @{
     VqDate& operator+=(long days) { return MoveTo(DayBits() + static_cast<std::uint32_t>(days)); }
     VqDate& operator-=(long days) { return MoveTo(DayBits() - static_cast<std::uint32_t>(days)); }
     VqDate& operator++() { return *this += 1; }
     VqDate& operator--() { return *this -= 1; }
+    /// @}
 
     /// The quotient, truncated. Two negative operands give a positive one. `b` is not 0.
     long divide(long a, long b) const;
@@ -158,10 +169,13 @@ class VQTM_API VqDate {
         if (const int months = Difference(month, other.month)) return months;
         return Difference(day, other.day);
     }
+    /// By the sign of `operator!=`: 1 or 0.
+    /// @{
     int operator<(const VqDate& other) const { return (*this != other) < 0; }
     int operator>(const VqDate& other) const { return (*this != other) > 0; }
     int operator<=(const VqDate& other) const { return (*this != other) <= 0; }
     int operator>=(const VqDate& other) const { return (*this != other) >= 0; }
+    /// @}
 
     // --- Text
 
@@ -172,16 +186,17 @@ class VQTM_API VqDate {
 
     // --- Null
 
+    /// True when all fields are those of the null date.
     bool IsNullValue() const { return year == NullYear && month == NullField && day == NullField; }
-    /// Returns 0.
+    /// Makes this null. Returns 0.
     int SetNullValue() {
         *this = VqDate(NullYear, NullField, NullField);
         return 0;
     }
 
-    std::int16_t year;  // astronomical: 0 is the year before 1
-    std::int8_t month;  // [1:12]
-    std::int8_t day;    // [1:31]
+    std::int16_t year;  ///< astronomical: 0 is the year before 1
+    std::int8_t month;  ///< [1:12]
+    std::int8_t day;    ///< [1:31]
 
   private:
     static int Difference(int a, int b) { return a == -1 || b == -1 ? 0 : a - b; }
@@ -218,8 +233,11 @@ class VQTM_API VqTime {
         : hour(static_cast<std::int8_t>(hour)),
           minute(static_cast<std::int8_t>(minute)),
           second(static_cast<std::int8_t>(second)) {}
+    /// Copies all fields.
+    /// @{
     VqTime(const VqTime&) = default;
     VqTime& operator=(const VqTime&) = default;
+    /// @}
 
     /// Now, local time.
     static VqTime Now() { return VqTime(); }
@@ -239,6 +257,7 @@ class VQTM_API VqTime {
     /// 24 more, once.
     VqTime operator-(long seconds) const;
     /// The same for every other integer.
+    /// @{
     template <std::integral Integer>
     VqTime operator+(Integer seconds) const {
         return *this + static_cast<long>(seconds);
@@ -247,13 +266,21 @@ class VQTM_API VqTime {
     VqTime operator-(Integer seconds) const {
         return *this - static_cast<long>(seconds);
     }
+    /// @}
+
     /// How long it is on the clock from `other` to this time, within a day.
     VqTime operator-(const VqTime& other) const;
+    /// Moves this time as the operators above do. Returns it.
+    /// @{
     VqTime& operator+=(long seconds) { return *this = *this + seconds; }
     VqTime& operator-=(long seconds) { return *this = *this - seconds; }
-    /// One second.
+    /// @}
+
+    /// Moves this time by one second. Returns it.
+    /// @{
     VqTime& operator++() { return *this += 1; }
     VqTime& operator--() { return *this -= 1; }
+    /// @}
 
     // --- Comparison
 
@@ -263,29 +290,34 @@ class VQTM_API VqTime {
     }
     /// The order: 1 when this time is later, -1 when it is earlier, else 0. Hours decide, then minutes, then seconds.
     int operator!=(const VqTime& other) const { return (Order() > other.Order()) - (Order() < other.Order()); }
+    /// By the sign of `operator!=`: 1 or 0.
+    /// @{
     int operator<(const VqTime& other) const { return Order() < other.Order(); }
     int operator>(const VqTime& other) const { return Order() > other.Order(); }
     int operator<=(const VqTime& other) const { return Order() <= other.Order(); }
     int operator>=(const VqTime& other) const { return Order() >= other.Order(); }
+    /// @}
 
     // --- Text
 
-    /// As for dates; a null format is "%H:%M:%S".
+    /// Appends the time's text to `out` under `format` (null: "%H:%M:%S"), see above.
     void PrintToVqString(VqString& out, const char* format = nullptr) const;
+    /// Reads the time from `text` under `format` (null: "%H:%M:%S").
     void ScanFromVqString(const VqString& text, const char* format = nullptr);
 
     // --- Null
 
+    /// True when all fields are NullField.
     bool IsNullValue() const { return hour == NullField && minute == NullField && second == NullField; }
-    /// Returns 0.
+    /// Makes this null. Returns 0.
     int SetNullValue() {
         *this = VqTime(NullField, NullField, NullField);
         return 0;
     }
 
-    std::int8_t hour;    // [0:23]
-    std::int8_t minute;  // [0:59]
-    std::int8_t second;  // [0:59]
+    std::int8_t hour;    ///< [0:23]
+    std::int8_t minute;  ///< [0:59]
+    std::int8_t second;  ///< [0:59]
 
   private:
     // One number that orders as the fields do: each is 256 wide.
@@ -298,12 +330,19 @@ class VQTM_API VqTime {
 // second. Addresses need no alignment.
 
 /// Writes `count` values to disk form. Returns the bytes written.
+/// @{
 VQTM_API unsigned long DateStore(void* dst, const void* src, unsigned char format, unsigned long count);
 VQTM_API unsigned long TimeStore(void* dst, const void* src, unsigned char format, unsigned long count);
+/// @}
+
 /// Reads `count` values from disk form. Returns the bytes consumed.
+/// @{
 VQTM_API unsigned long DateLoad(void* dst, const void* src, unsigned char format, unsigned long count);
 VQTM_API unsigned long TimeLoad(void* dst, const void* src, unsigned char format, unsigned long count);
-/// Disk bytes of `count` values, here and below: 4 or 3 each. Nothing is looked at.
+/// @}
+
+/// Disk bytes of `count` values: 4 for each date, 3 for each time. Nothing is looked at; data and file may be null.
+/// @{
 VQTM_API unsigned long DateNullSizeGet(unsigned long count);
 VQTM_API unsigned long TimeNullSizeGet(unsigned long count);
 VQTM_API unsigned long DateSizeGet(const void* data, unsigned char dataFormat, unsigned char format,
@@ -312,12 +351,14 @@ VQTM_API unsigned long TimeSizeGet(const void* data, unsigned char dataFormat, u
                                    unsigned long count);
 VQTM_API unsigned long DateSizeGetFromMemFile(MemFile* file, unsigned char format, unsigned long count);
 VQTM_API unsigned long TimeSizeGetFromMemFile(MemFile* file, unsigned char format, unsigned long count);
+/// @}
 
 // --- Day numbers of the usual dates, in line
 //
 // The formulas' results by fewer operations, after Neri and Schneider, "Euclidean affine functions and their
 // application to calendar algorithms" (Software: Practice and Experience 53, 2023). Years are counted from March on.
 
+/// \cond
 namespace vq {
 
 // Days from March 1 to the first of each month, months 13 and 14 included.
@@ -339,6 +380,7 @@ struct MarchYear {
 inline constexpr MarchYear marchYear;
 
 }  // namespace vq
+/// \endcond
 
 inline long VqDate::dayabs() const {
     if (year < -4799 || static_cast<unsigned>(month - 1) >= 14) [[unlikely]]

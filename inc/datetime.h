@@ -14,19 +14,25 @@
 
 class VqInt64;
 
+/// A date and a time of day.
 class VQTM_API VqDateTime {
   public:
     // --- Construction
 
     /// Today and now, local time: two readings of the clock, the date first.
     VqDateTime() = default;
+    /// The two parts as given.
     VqDateTime(const VqDate& date, const VqTime& time) : date(date), time(time) {}
     /// The date with the current local time.
     VqDateTime(const VqDate& date) : date(date) {}
     /// Today's local date with the time.
     VqDateTime(const VqTime& time) : time(time) {}
+    /// Copies both parts.
+    /// @{
     VqDateTime(const VqDateTime&) = default;
     VqDateTime& operator=(const VqDateTime&) = default;
+    /// @}
+
     /// Replaces the time; the date stays.
     VqDateTime& operator=(const VqTime& newTime) {
         time = newTime;
@@ -52,7 +58,7 @@ class VQTM_API VqDateTime {
         const int dates = date != other.date;
         return dates != 0 ? dates : time != other.time;
     }
-    /// operator!=.
+    /// The same as `operator!=`.
     int Compare(const VqDateTime& other) const { return *this != other; }
 
     // --- Arithmetic
@@ -63,13 +69,14 @@ class VQTM_API VqDateTime {
     /// carry into the date is one day, enough for zones within a day. Returns 0; VqStatus_UnknownTimeZone, and nothing
     /// moves, where the zone is not known.
     int ToLocalTime();
-    /// The reverse.
+    /// The reverse: from local to universal time.
     int ToUTCTime();
 
     // --- Text
 
-    /// As for dates; a null format is "%Y-%m-%dT%H:%M:%S".
+    /// Appends the text of both parts to `out` under `format` (null: "%Y-%m-%dT%H:%M:%S"), as for dates (date.h).
     void PrintToVqString(VqString& out, const char* format = nullptr) const;
+    /// Reads both parts from `text` under `format` (null: "%Y-%m-%dT%H:%M:%S").
     void ScanFromVqString(const VqString& text, const char* format = nullptr);
 
     // --- Null
@@ -82,8 +89,8 @@ class VQTM_API VqDateTime {
         return time.SetNullValue();
     }
 
-    VqDate date;
-    VqTime time;
+    VqDate date;  ///< the date
+    VqTime time;  ///< the time of day
 };
 
 /// Kept so that its callers link. Returns VqStatus_NotSupported; the argument stays.
@@ -97,10 +104,12 @@ VQTM_API int GetSystemTimeInMSSinceTheEpoch(VqInt64& milliseconds);
 VQTM_API unsigned long DaTimeStore(void* dst, const void* src, unsigned char format, unsigned long count);
 /// Reads `count` values from disk form. Returns the bytes consumed.
 VQTM_API unsigned long DaTimeLoad(void* dst, const void* src, unsigned char format, unsigned long count);
-/// Disk bytes of `count` values, here and below: 7 each. Nothing is looked at.
+/// Disk bytes of `count` values: 7 each. Nothing is looked at; data and file may be null.
+/// @{
 VQTM_API unsigned long DaTimeNullSizeGet(unsigned long count);
 VQTM_API unsigned long DaTimeSizeGet(const void* data, unsigned char dataFormat, unsigned char format,
                                      unsigned long count);
 VQTM_API unsigned long DaTimeSizeGetFromMemFile(MemFile* file, unsigned char format, unsigned long count);
+/// @}
 
 #endif

@@ -64,7 +64,8 @@ VQTM_API uint32_t* ___VqTypeMgrOptions(void);
 /// unloaded. Loading alone makes nothing. Attach and detach take no lock; no other thread uses the library meanwhile.
 VQTM_API void ___VqTypemgrContext(int attach);
 
-/// Function types of the entry points, for those who look them up by name.
+/// A function type of the entry points, for those who look them up by name: that of the one whose name it has.
+/// @{
 typedef const char* (*VqDescribeDllFunc)(unsigned long* major, unsigned long* minor, unsigned long* release,
                                          unsigned long* build, unsigned long* patch, const char** module,
                                          const char** buildDateTime, const char** text2, unsigned long* number,
@@ -74,6 +75,7 @@ typedef void (*VqTypeMgrInfoFunc)(const char** compiler, unsigned long* number, 
                                   const char** date, const char** module);
 typedef uint32_t* (*VqTypeMgrOptionsFunc)(void);
 typedef void (*VqTypemgrContextFunc)(int attach);
+/// @}
 
 #ifdef __cplusplus
 }

@@ -65,7 +65,9 @@ class VQTM_API VqIdentifierSlots {
     static unsigned long Load(void* dst, const void* src, unsigned char format, unsigned long count);
     /// Disk bytes of `count` values: 10 for each VqObjId, 4 for a VqClassId, 14 for a VqRef. Nothing is looked at.
     static unsigned long SizeGet(const void* data, unsigned char dataFormat, unsigned char format, unsigned long count);
+    /// The same as SizeGet.
     static unsigned long NullSizeGet(unsigned long count);
+    /// The same as SizeGet; the file's position stays.
     static unsigned long SizeGetFromMemFile(MemFile* file, unsigned char format, unsigned long count);
     /// Converts between two forms, each memory (VqFormat_Memory in its format) or disk: stores, loads, or copies from
     /// memory to memory. From disk to disk the bytes are copied as they are: the shorter of the lengths, the rest of a
@@ -117,6 +119,7 @@ class VQTM_API VqObjId : public VqIdentifierSlots<VqObjId> {
 
     // --- Null
 
+    /// True for the number 0, whatever the block.
     bool IsNullValue() const { return Number() == 0; }
     /// Sets all to 0. Returns 0.
     int SetNullValue() {
@@ -133,6 +136,8 @@ class VQTM_API VqObjId : public VqIdentifierSlots<VqObjId> {
         high = 0xFFFF;
         return *this;
     }
+    /// Moves on to another number. Returns this identifier.
+    /// @{
     VqObjId& operator++() { return *this += 1; }
     VqObjId& operator--() { return *this += -1; }
     VqObjId& operator+=(short n) {
@@ -141,14 +146,23 @@ class VQTM_API VqObjId : public VqIdentifierSlots<VqObjId> {
         high = static_cast<std::uint16_t>(sum >> 32);
         return *this;
     }
+    /// @}
 
     // --- Assignment and comparison; of a VqDBOId the object
 
+    /// Takes number and block; the database is dropped.
     inline VqObjId& operator=(const VqDBOId& other);
+    /// The same number.
+    /// @{
     bool operator==(const VqObjId& other) const { return Number() == other.Number(); }
     inline bool operator==(const VqDBOId& other) const;
+    /// @}
+
+    /// The order of the numbers: -1, 0 or 1.
+    /// @{
     int operator!=(const VqObjId& other) const { return (Number() > other.Number()) - (Number() < other.Number()); }
     inline int operator!=(const VqDBOId& other) const;
+    /// @}
 
     // --- Text
 
@@ -168,6 +182,7 @@ class VQTM_API VqObjId : public VqIdentifierSlots<VqObjId> {
 /// An object and its database.
 class VQTM_API VqDBOId {
   public:
+    /// True for object number 0, whatever the database.
     bool IsNullValue() const { return id.IsNullValue(); }
     /// Sets all to 0. Returns 0.
     int SetNullValue() {
@@ -195,11 +210,13 @@ class VQTM_API VqDBOId {
     int operator!=(const VqObjId& other) const { return id != other; }
 
     /// The text of the object. The database is not printed, and stays when a text is read.
+    /// @{
     void PrintToVqString(VqString& out, const char* format = nullptr) const { id.PrintToVqString(out, format); }
     void ScanFromVqString(const VqString& text, const char* format = nullptr) { id.ScanFromVqString(text, format); }
+    /// @}
 
-    VqObjId id;
-    std::uint16_t database = 0;
+    VqObjId id;                  ///< the object within its database
+    std::uint16_t database = 0;  ///< the database's number
 };
 
 inline VqObjId& VqObjId::operator=(const VqDBOId& other) { return *this = other.id; }
@@ -211,23 +228,26 @@ class VQTM_API VqClassId : public VqIdentifierSlots<VqClassId> {
   public:
     static constexpr unsigned long StoredSize = 4;  ///< bytes in disk form
 
+    /// True when class and version are 65535.
     bool IsNullValue() const { return classNumber == 0xFFFF && version == 0xFFFF; }
-    /// Returns 0.
+    /// Sets both to 65535. Returns 0.
     int SetNullValue() {
         classNumber = version = 0xFFFF;
         return 0;
     }
 
+    /// Class and version.
     bool operator==(const VqClassId& other) const {
         return classNumber == other.classNumber && version == other.version;
     }
-    /// Null first, then by class, then by version.
+    /// The order, -1, 0 or 1: null first, then by class, then by version.
     int operator!=(const VqClassId& other) const {
         const VqNullity nullity = VqNullityClass(IsNullValue(), other.IsNullValue());
         if (nullity != VqNullity_None) return VqNullityCompare(nullity);
         if (classNumber != other.classNumber) return classNumber < other.classNumber ? -1 : 1;
         return (version > other.version) - (version < other.version);
     }
+    /// True where this sorts behind the other.
     bool operator>(const VqClassId& other) const { return (*this != other) > 0; }
 
     /// Makes `out` the text under `format` ("(%Cv%V)" for null), see above.
@@ -235,8 +255,8 @@ class VQTM_API VqClassId : public VqIdentifierSlots<VqClassId> {
     /// Reads the value from `text`.
     void ScanFromVqString(const VqString& text, const char* format = nullptr);
 
-    std::uint16_t classNumber = 0;
-    std::uint16_t version = 0;
+    std::uint16_t classNumber = 0;  ///< the class's number
+    std::uint16_t version = 0;      ///< the version of its description
 };
 
 #endif

@@ -22,6 +22,7 @@ class VQTM_API VqRef : public VqIdentifierSlots<VqRef> {
 
     // --- Null and validity
 
+    /// True for object number 0, whatever database and class are.
     bool IsNullValue() const { return id.IsNullValue(); }
     /// Sets all to 0. Returns 0.
     int SetNullValue() {
@@ -30,9 +31,11 @@ class VQTM_API VqRef : public VqIdentifierSlots<VqRef> {
     }
     /// Names an object of a known class in a known database.
     bool IsValid() const { return !IsInvalid(); }
+    /// Not IsValid: null, of class 0, or in a database that is not resolved yet.
     bool IsInvalid() const { return IsNullValue() || classId.classNumber == 0 || database == UnresolvedDatabase; }
     /// Names an object whose origin is told: of a known class, or in a database that is not resolved yet.
     bool IsValidOriginId() const { return !IsInvalidOriginId(); }
+    /// Not IsValidOriginId: null, or of class 0 in a database that is known.
     bool IsInvalidOriginId() const {
         return IsNullValue() || (database != UnresolvedDatabase && classId.classNumber == 0);
     }
@@ -65,15 +68,18 @@ class VQTM_API VqRef : public VqIdentifierSlots<VqRef> {
 
     // --- Comparison: the class is not looked at
 
+    /// The same object in the same database.
     bool operator==(const VqRef& other) const { return id == other.id && database == other.database; }
-    /// By object, then by database. Stored keys have the database first (Compare).
+    /// The order, -1, 0 or 1: by object, then by database. Stored keys have the database first (Compare).
     int operator!=(const VqRef& other) const {
         const int objects = id != other.id;
         return objects != 0 ? objects : (database > other.database) - (database < other.database);
     }
     /// The reverse of the local reference's comparison with this.
+    /// @{
     inline bool operator==(const VqLocalRef& other) const;
     inline int operator!=(const VqLocalRef& other) const;
+    /// @}
 
     // --- Text
 
@@ -82,14 +88,15 @@ class VQTM_API VqRef : public VqIdentifierSlots<VqRef> {
     /// Reads the value from `text`.
     void ScanFromVqString(const VqString& text, const char* format = nullptr);
 
-    VqObjId id;
-    std::uint16_t database = 0;
-    VqClassId classId;  ///< the object's class; its version is not stored
+    VqObjId id;                  ///< the object within its database
+    std::uint16_t database = 0;  ///< the database's number
+    VqClassId classId;           ///< the object's class; its version is not stored
 };
 
 /// An object in the database of the one that refers to it.
 class VQTM_API VqLocalRef {
   public:
+    /// True for object number 0, whatever the class.
     bool IsNullValue() const { return id.IsNullValue(); }
     /// Sets all to 0. Returns 0.
     int SetNullValue() {
@@ -118,22 +125,26 @@ class VQTM_API VqLocalRef {
 
     // --- Comparison: the object alone
 
+    /// The same object.
     bool operator==(const VqLocalRef& other) const { return id == other.id; }
+    /// The order of the objects: -1, 0 or 1.
     int operator!=(const VqLocalRef& other) const { return id != other.id; }
     /// The same object, in database 0.
     bool operator==(const VqRef& other) const { return id == other.id && other.database == 0; }
-    /// By object; the local reference comes before one into a numbered database.
+    /// The order, by object; the local reference comes before one into a numbered database.
     int operator!=(const VqRef& other) const {
         const int objects = id != other.id;
         return objects != 0 ? objects : other.database != 0 ? -1 : 0;
     }
 
-    // --- Text: that of a VqRef in database 0; a null format is "(%H-%L#%B,%C)"
+    // --- Text: that of a VqRef in database 0
 
+    /// Makes `out` the text under `format` ("(%H-%L#%B,%C)" for null).
     void PrintToVqString(VqString& out, const char* format = nullptr) const;
+    /// Reads the value from `text`; a database in it is dropped.
     void ScanFromVqString(const VqString& text, const char* format = nullptr);
 
-    VqObjId id;
+    VqObjId id;         ///< the object within its database
     VqClassId classId;  ///< the object's class
 };
 

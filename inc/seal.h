@@ -70,10 +70,12 @@ class VQTM_API VqSeal {
 VQTM_API unsigned long SealStore(void* dst, const void* src, unsigned char format, unsigned long count);
 /// Reads `count` values from disk form. Returns the bytes consumed.
 VQTM_API unsigned long SealLoad(void* dst, const void* src, unsigned char format, unsigned long count);
-/// Disk bytes of `count` values, here and below: 6 each. Nothing is looked at.
+/// Disk bytes of `count` values: 6 each. Nothing is looked at; data and file may be null.
+/// @{
 VQTM_API unsigned long SealNullSizeGet(unsigned long count);
 VQTM_API unsigned long SealSizeGet(const void* data, unsigned char dataFormat, unsigned char format,
                                    unsigned long count);
 VQTM_API unsigned long SealSizeGetFromMemFile(MemFile* file, unsigned char format, unsigned long count);
+/// @}
 
 #endif

@@ -58,12 +58,14 @@ const char* ScanScalar(const char* text, const char* format, T& value, bool& fou
 /// A text's characters in 1-byte form, zero-terminated. Refers to the string while that is in 1-byte form itself.
 class SingleByteText {
   public:
+    /// Maps a text of 2-byte characters to the default 8-bit code set. The string must outlive this object.
     explicit SingleByteText(const VqString& text) : text_(&text) {
         if (text.GetCodeSet() >= VqFirstWideCodeSet) Map();
     }
     SingleByteText(const SingleByteText&) = delete;
     SingleByteText& operator=(const SingleByteText&) = delete;
 
+    /// The characters.
     const char* Get() const { return text_->StrGet(); }
 
   private:
@@ -114,25 +116,38 @@ void PrintElements(VqString& out, unsigned long count, PrintElement printElement
 
 // --- Rows of the descriptor table
 //
-// Print returns `out`, Scan returns `values`. Null values are passed over. A null format is "%c" for bytes, "%d" for
-// other integers, "%f" and "%s". Rows of unsigned types share these functions and differ in their format.
+// Rows of unsigned types share these functions and differ in their format.
 
-/// Prints bytes one after the other, without separator.
+/// Prints `count` bytes one after the other, without separator, under `format` ("%c" for null). Returns `out`; null
+/// values print nothing.
 VQTM_API VqString& CharPrint(VqString& out, void* values, const char* format, unsigned long count);
+/// Prints `count` numbers with commas between them, under `format` (null: "%d" for integers, "%f" for floating ones).
+/// Returns `out`; null values print nothing.
+/// @{
 VQTM_API VqString& ShortPrint(VqString& out, void* values, const char* format, unsigned long count);
 VQTM_API VqString& LongPrint(VqString& out, void* values, const char* format, unsigned long count);
 VQTM_API VqString& IntPrint(VqString& out, void* values, const char* format, unsigned long count);
 VQTM_API VqString& FloatPrint(VqString& out, void* values, const char* format, unsigned long count);
 VQTM_API VqString& DoublePrint(VqString& out, void* values, const char* format, unsigned long count);
-/// Widths and precisions count characters. A null string prints the null print string.
+/// @}
+
+/// Prints `count` strings with commas between them, under `format` ("%s" for null). Widths and precisions count
+/// characters. A null string prints the null print string. Returns `out`; null values print nothing.
 VQTM_API VqString& StringPrint(VqString& out, void* values, const char* format, unsigned long count);
 
+/// Reads `count` numbers, or bytes without separator, under `format` (null: "%c" for bytes, "%d" for other integers,
+/// "%f" for floating ones). What cannot be read keeps its value. Returns `values`; where they are null nothing is read.
+/// @{
 VQTM_API void* CharScan(void* values, VqString& text, const char* format, unsigned long count);
 VQTM_API void* ShortScan(void* values, VqString& text, const char* format, unsigned long count);
 VQTM_API void* LongScan(void* values, VqString& text, const char* format, unsigned long count);
 VQTM_API void* IntScan(void* values, VqString& text, const char* format, unsigned long count);
 VQTM_API void* FloatScan(void* values, VqString& text, const char* format, unsigned long count);
 VQTM_API void* DoubleScan(void* values, VqString& text, const char* format, unsigned long count);
+/// @}
+
+/// Reads `count` strings under `format` ("%s" for null), and returns `values`; where they are null nothing is read.
+///
 /// A conversion takes the text, blanks included, up to the character that follows it in the format, or to the end of
 /// the text; in an array each element but the last ends at its comma. The string takes the text's code set and
 /// language. An element that is the null print string, or a null text, gives a null string.

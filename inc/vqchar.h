@@ -29,8 +29,10 @@ class VQTM_API VqChar {
     /// character at the end is not overwritten.
     VqChar& operator=(const VqChar& other);
     /// The same from a free character of the default 8-bit or 16-bit code set.
+    /// @{
     VqChar& operator=(char c) { return *this = VqChar(c); }
     VqChar& operator=(unsigned short c) { return *this = VqChar(c); }
+    /// @}
 
     /// The character's code in its code set; 0 for a place that has gone.
     unsigned short GetCode() const;
@@ -43,6 +45,7 @@ class VQTM_API VqChar {
 
     /// Equal characters: the same code in the same set, else the same Unicode character.
     bool operator==(const VqChar& other) const;
+    /// Not equal.
     bool operator!=(const VqChar& other) const { return !(*this == other); }
 
     // Properties, from the code set's tables.
@@ -66,10 +69,11 @@ class VQTM_API VqChar {
     /// A control character.
     bool IsControl() const;
 
-    /// The other case, as a free character; itself when the code set has no partner.
+    /// The character in that case, as a free character; itself when the code set has no partner for it.
+    /// @{
     VqChar ToUpper() const;
-    /// Likewise.
     VqChar ToLower() const;
+    /// @}
 
   private:
     VqString* string_ = nullptr;  // null for a free character

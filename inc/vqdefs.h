@@ -9,14 +9,14 @@
 
 #include "vqtmdefs.h"
 
-/// Values of the rows of the same names: 8, 16 and 32 bits without sign.
-using VqByte = unsigned char;
-using VqWord = unsigned short;
-using VqDWord = std::uint32_t;
+// Values of the rows of the same names.
+using VqByte = unsigned char;   ///< 8 bits without sign
+using VqWord = unsigned short;  ///< 16 bits without sign
+using VqDWord = std::uint32_t;  ///< 32 bits without sign
 
 /// Status codes. Functions return them, or write them through an `int&` status argument.
 enum VqStatus : int {
-    VqStatus_Ok = 0,
+    VqStatus_Ok = 0,                ///< nothing is wrong
     VqStatus_BufferEnd = 2101,      ///< an operand's buffer ends before its next element
     VqStatus_NotSupported = -2999,  ///< the question is not supported, or a string element is malformed
     VqStatus_Refused = -2002,  ///< a code-set change or a copy onto itself that is refused; an order of another kind
@@ -51,47 +51,47 @@ constexpr unsigned char VqNullMark = 254;
 
 /// Type identifiers: the row of each type in the descriptor table, and what objects on disk say of their members.
 enum VQTM_TYPE VqTypeId : char {
-    VqTypeId_char = 0,
-    VqTypeId_short = 1,
-    VqTypeId_long = 2,
-    VqTypeId_double = 3,
-    VqTypeId_float = 4,
-    VqTypeId_VqWord = 5,
-    VqTypeId_VqDWord = 6,
-    VqTypeId_int = 7,
-    VqTypeId_unsigned = 8,
-    VqTypeId_enum = 9,
-    VqTypeId_VqByte = 10,
-    VqTypeId_VqString = 11,
-    VqTypeId_VqDate = 12,
-    VqTypeId_VqTime = 13,
-    VqTypeId_BlockId = 14,
-    VqTypeId_VqObjId = 15,
-    VqTypeId_VqClassId = 16,
-    VqTypeId_VqRef = 17,
-    VqTypeId_VqBlob = 18,
-    VqTypeId_VqDateTime = 19,
-    VqTypeId_VqIString = 20,
-    VqTypeId_VqCaseIString = 21,
-    VqTypeId_d_Date = 22,
-    VqTypeId_d_Time = 23,
-    VqTypeId_d_Timestamp = 24,
-    VqTypeId_d_Interval = 25,
-    VqTypeId_VqInt64 = 26,
-    VqTypeId_VqBoolean = 27,
-    VqTypeId_VqNull_char = 28,
-    VqTypeId_VqNull_uchar = 29,
-    VqTypeId_VqNull_short = 30,
-    VqTypeId_VqNull_ushort = 31,
-    VqTypeId_VqNull_int = 32,
-    VqTypeId_VqNull_unsigned = 33,
-    VqTypeId_VqNull_long = 34,
-    VqTypeId_VqNull_ulong = 35,
-    VqTypeId_VqNull_float = 36,
-    VqTypeId_VqNull_double = 37,
-    VqTypeId_VqNull_VqInt64 = 38,
-    VqTypeId_VqSeal = 39,
-    VqTypeId_illegal = 40,
+    VqTypeId_char = 0,              ///< a byte, one character
+    VqTypeId_short = 1,             ///< 16 bits with sign
+    VqTypeId_long = 2,              ///< 32 bits with sign, on every target
+    VqTypeId_double = 3,            ///< IEEE 754 binary64
+    VqTypeId_float = 4,             ///< IEEE 754 binary32
+    VqTypeId_VqWord = 5,            ///< 16 bits without sign
+    VqTypeId_VqDWord = 6,           ///< 32 bits without sign
+    VqTypeId_int = 7,               ///< 32 bits with sign
+    VqTypeId_unsigned = 8,          ///< 32 bits without sign
+    VqTypeId_enum = 9,              ///< the value of an enumeration, kept as an int
+    VqTypeId_VqByte = 10,           ///< 8 bits without sign
+    VqTypeId_VqString = 11,         ///< a text with code set and language (vqstring.h)
+    VqTypeId_VqDate = 12,           ///< a date (date.h)
+    VqTypeId_VqTime = 13,           ///< a time of day (date.h)
+    VqTypeId_BlockId = 14,          ///< the number of a storage block
+    VqTypeId_VqObjId = 15,          ///< an object's identifier (objid.h)
+    VqTypeId_VqClassId = 16,        ///< a class and its version (objid.h)
+    VqTypeId_VqRef = 17,            ///< a reference to an object (ref.h)
+    VqTypeId_VqBlob = 18,           ///< bytes of any number (blob.h)
+    VqTypeId_VqDateTime = 19,       ///< a date and a time of day (datetime.h)
+    VqTypeId_VqIString = 20,        ///< an 8-bit text (vqistring.h)
+    VqTypeId_VqCaseIString = 21,    ///< an 8-bit text whose case does not decide
+    VqTypeId_d_Date = 22,           ///< a standard date (stddate.h)
+    VqTypeId_d_Time = 23,           ///< a standard time
+    VqTypeId_d_Timestamp = 24,      ///< a standard timestamp
+    VqTypeId_d_Interval = 25,       ///< a length of time
+    VqTypeId_VqInt64 = 26,          ///< 64 bits with sign (vqint64.h)
+    VqTypeId_VqBoolean = 27,        ///< false, true or null (boolean.h)
+    VqTypeId_VqNull_char = 28,      ///< a nullable char (vqnull.h)
+    VqTypeId_VqNull_uchar = 29,     ///< a nullable VqByte
+    VqTypeId_VqNull_short = 30,     ///< a nullable short
+    VqTypeId_VqNull_ushort = 31,    ///< a nullable VqWord
+    VqTypeId_VqNull_int = 32,       ///< a nullable int
+    VqTypeId_VqNull_unsigned = 33,  ///< a nullable unsigned
+    VqTypeId_VqNull_long = 34,      ///< a nullable long
+    VqTypeId_VqNull_ulong = 35,     ///< a nullable VqDWord
+    VqTypeId_VqNull_float = 36,     ///< a nullable float
+    VqTypeId_VqNull_double = 37,    ///< a nullable double
+    VqTypeId_VqNull_VqInt64 = 38,   ///< a nullable VqInt64
+    VqTypeId_VqSeal = 39,           ///< an object's seal (seal.h)
+    VqTypeId_illegal = 40,          ///< stands for every identifier without a row
 };
 
 /// Number of rows of the current descriptor table.

@@ -26,19 +26,21 @@ class VqString;
 class VQTM_API VqInt64 {
   public:
     // --- Construction
-    //
-    // An integer of any width keeps its value; one without sign of 64 bits keeps its bits. A `long` has 32 bits on some
-    // targets and 64 on others, where it may be std::int64_t, and `unsigned long` std::uint64_t: only with values of 32
-    // bits does it give the same everywhere.
 
     /// Zero.
     VqInt64() : low(0), high(0) {}
+    /// An integer of any width keeps its value; one without sign of 64 bits keeps its bits. A `long` has 32 bits on
+    /// some targets and 64 on others, where it may be std::int64_t, and `unsigned long` std::uint64_t: only with values
+    /// of 32 bits does it give the same everywhere.
+    /// @{
     VqInt64(int value) { SetBits(static_cast<std::uint64_t>(value)); }
     VqInt64(long value) { SetBits(static_cast<std::uint64_t>(value)); }
     VqInt64(long long value) { SetBits(static_cast<std::uint64_t>(value)); }
     VqInt64(unsigned int value) { SetBits(value); }
     VqInt64(unsigned long value) { SetBits(value); }
     VqInt64(unsigned long long value) { SetBits(value); }
+    /// @}
+
     /// The two halves as given: the low 32 bits of each.
     VqInt64(unsigned long low, long high)
         : low(static_cast<std::uint32_t>(low)), high(static_cast<std::int32_t>(high)) {}
@@ -52,34 +54,45 @@ class VQTM_API VqInt64 {
     /// The value as a native integer.
     std::int64_t Value() const { return static_cast<std::int64_t>(Bits()); }
 
-    // --- Comparison: 1 or 0
+    // --- Comparison
 
+    /// Compares the numbers: 1 or 0.
+    /// @{
     int operator==(const VqInt64& other) const { return Bits() == other.Bits(); }
     int operator!=(const VqInt64& other) const { return Bits() != other.Bits(); }
     int operator<(const VqInt64& other) const { return Value() < other.Value(); }
     int operator>(const VqInt64& other) const { return Value() > other.Value(); }
     int operator<=(const VqInt64& other) const { return Value() <= other.Value(); }
     int operator>=(const VqInt64& other) const { return Value() >= other.Value(); }
+    /// @}
 
     // --- Arithmetic
 
+    /// The result modulo 2^64.
+    /// @{
     VqInt64 operator-() const { return 0 - Bits(); }
-    VqInt64 operator~() const { return ~Bits(); }
     VqInt64 operator+(const VqInt64& other) const { return Bits() + other.Bits(); }
     VqInt64 operator-(const VqInt64& other) const { return Bits() - other.Bits(); }
     VqInt64 operator*(const VqInt64& other) const { return Bits() * other.Bits(); }
+    /// @}
+
     /// Division for the quotient.
     VqInt64 operator/(const VqInt64& other) const { return Division(other, 0); }
     /// Division for the remainder.
     VqInt64 operator%(const VqInt64& other) const { return Division(other, 1); }
+    /// Bit by bit, on the number's two's complement.
+    /// @{
+    VqInt64 operator~() const { return ~Bits(); }
     VqInt64 operator|(const VqInt64& other) const { return Bits() | other.Bits(); }
     VqInt64 operator&(const VqInt64& other) const { return Bits() & other.Bits(); }
+    /// @}
+
     /// Shifts zeros in; 0 from 64 bits on.
     VqInt64 operator<<(unsigned int bits) const { return bits < 64 ? Bits() << bits : 0; }
     /// Shifts the sign in; 0 or -1 from 64 bits on.
     VqInt64 operator>>(unsigned int bits) const { return Value() >> (bits < 64 ? bits : 63); }
 
-    /// -MIN is MIN, and so is its absolute value.
+    /// The absolute value; that of MIN is MIN, which is its own negative.
     VqInt64 Abs() const { return Value() > 0 ? *this : -*this; }
 
     /// The quotient rounded toward zero when `wantRemainder` is 0, else the remainder, which has the dividend's sign.
@@ -96,8 +109,8 @@ class VQTM_API VqInt64 {
         return wantRemainder != 0 ? Value() % b : Value() / b;
     }
 
-    // Each changes this value and returns a copy of it.
-
+    /// Changes this value to what the operator of the same name gives, ++ and -- by 1, and returns a copy of it.
+    /// @{
     VqInt64 operator+=(const VqInt64& other) { return *this = *this + other; }
     VqInt64 operator-=(const VqInt64& other) { return *this = *this - other; }
     VqInt64 operator*=(const VqInt64& other) { return *this = *this * other; }
@@ -107,6 +120,7 @@ class VQTM_API VqInt64 {
     VqInt64 operator>>=(unsigned int bits) { return *this = *this >> bits; }
     VqInt64 operator++() { return *this = *this + 1; }
     VqInt64 operator--() { return *this = *this - 1; }
+    /// @}
 
     // --- Text
 
@@ -126,8 +140,8 @@ class VQTM_API VqInt64 {
     /// gives -1; an empty one leaves the value.
     void ScanFromVqString(const VqString& text, const char* format = nullptr);
 
-    std::uint32_t low;  // bits 0 to 31
-    std::int32_t high;  // bits 32 to 63; its top bit is the sign
+    std::uint32_t low;  ///< bits 0 to 31
+    std::int32_t high;  ///< bits 32 to 63; its top bit is the sign
 
   private:
     static constexpr bool LowComesFirst = std::endian::native == std::endian::little;
@@ -164,10 +178,12 @@ static_assert(sizeof(VqInt64) == 8);
 VQTM_API unsigned long Int64Store(void* dst, const void* src, unsigned char format, unsigned long count);
 /// Reads `count` values from disk form. Returns the bytes consumed.
 VQTM_API unsigned long Int64Load(void* dst, const void* src, unsigned char format, unsigned long count);
-/// Disk bytes of `count` values, here and below: 8 each. Nothing is looked at.
+/// Disk bytes of `count` values: 8 each. Nothing is looked at; data and file may be null.
+/// @{
 VQTM_API unsigned long Int64NullSizeGet(unsigned long count);
 VQTM_API unsigned long Int64SizeGet(const void* data, unsigned char dataFormat, unsigned char format,
                                     unsigned long count);
 VQTM_API unsigned long Int64SizeGetFromMemFile(MemFile* file, unsigned char format, unsigned long count);
+/// @}
 
 #endif

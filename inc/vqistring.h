@@ -48,12 +48,16 @@ class VQTM_API IStringText {
     /// True for the null text; an empty text in a buffer is none.
     bool operator!() const { return text_ == nullptr; }
     /// The byte at `i`, which is not checked. The text is not null, and `i` is at most Len().
+    /// @{
     char& operator[](int i) { return text_[i]; }
     const char& operator[](int i) const { return text_[i]; }
+    /// @}
+
     /// The text with its zero byte, never null: a null text reads as an empty one.
     const char* StrGet() const { return text_ != nullptr ? text_ : ""; }
     /// VqIStringFlag bits. 0 in every new object; assignment from another object copies them.
     unsigned char GetFlags() const { return flags_; }
+    /// Replaces the flags.
     void SetFlags(unsigned char flags) { flags_ = flags; }
     /// Takes a copy of the first `n` bytes of `s`, or up to its zero byte; without any the text is null. Flags become
     /// 0.
@@ -71,6 +75,7 @@ class VQTM_API IStringText {
     /// The number at the start of the text, as `atof` reads it in the C locale.
     operator double() const;
 
+    /// \cond
   protected:
     IStringText() = default;
     IStringText(const IStringText& other);
@@ -101,6 +106,7 @@ class VQTM_API IStringText {
     static char LowerOf(char c);
 
     const char* Text() const { return text_; }
+    /// \endcond
 
   private:
     template <class T>
@@ -131,8 +137,11 @@ class IStringMembers : public IStringText {
     IStringMembers(const char* s, unsigned short n) : IStringText(s, n) {}
     /// The number in decimal.
     IStringMembers(int value) : IStringText(value) {}
+    /// The number in decimal.
     IStringMembers(short value) : IStringText(static_cast<int>(value)) {}
+    /// The number in decimal.
     IStringMembers(long value) : IStringText(value) {}
+    /// The number in decimal.
     IStringMembers(unsigned long value) : IStringText(value) {}
     /// The number with six decimals, as "%f" prints it.
     IStringMembers(double value) : IStringText(value) {}
@@ -179,14 +188,17 @@ class IStringMembers : public IStringText {
     /// The first position at which the bytes of `s` stand, or -1. An empty `s` stands at 0.
     int SubStringPos(const Own& s) const { return FindText(s); }
 
-    // --- Comparison of the whole texts under both objects' flags, by Own::Compare
+    // --- Comparison
 
+    /// Compares the whole texts under both objects' flags, by the sign of Own::Compare.
+    /// @{
     friend bool operator==(const Own& a, const Own& b) { return Order(a, b) == 0; }
     friend bool operator!=(const Own& a, const Own& b) { return Order(a, b) != 0; }
     friend bool operator<(const Own& a, const Own& b) { return Order(a, b) < 0; }
     friend bool operator>(const Own& a, const Own& b) { return Order(a, b) > 0; }
     friend bool operator<=(const Own& a, const Own& b) { return Order(a, b) <= 0; }
     friend bool operator>=(const Own& a, const Own& b) { return Order(a, b) >= 0; }
+    /// @}
 
     // --- Concatenation
 
@@ -196,11 +208,16 @@ class IStringMembers : public IStringText {
         sum += b;
         return sum;
     }
+    /// The same with a plain text; null is a null text.
+    /// @{
     friend Own operator+(const Own& a, const char* b) { return a + Own(b); }
     friend Own operator+(const char* a, const Own& b) { return Own(a) + b; }
+    /// @}
 
+    /// \cond
   protected:
     ~IStringMembers() = default;
+    /// \endcond
 
   private:
     Own& Self() { return static_cast<Own&>(*this); }
@@ -251,6 +268,7 @@ class VQTM_TYPE VqCaseIString : public vq::IStringMembers<VqCaseIString> {
 
 // --- Rows of the descriptor table: disk form (see docs/formats.md), the same for both classes
 
+/// Declares the row functions of a class.
 #define VQTM_ISTRING_ROW(Name)                                                                                 \
     VQTM_API unsigned long Name##Store(void* dst, const void* src, unsigned char format, unsigned long count); \
     VQTM_API unsigned long Name##Load(void* dst, const void* src, unsigned char format, unsigned long count);  \
@@ -259,13 +277,17 @@ class VQTM_TYPE VqCaseIString : public vq::IStringMembers<VqCaseIString> {
                                          unsigned long count);                                                 \
     VQTM_API unsigned long Name##SizeGetFromMemFile(MemFile* file, unsigned char format, unsigned long count);
 
-// Store writes records of flags, 16-bit count of the text's bytes, text without its zero byte. Load ends a text at its
-// first zero byte, and leaves an empty one null. NullSizeGet is that of empty texts, 3 bytes each. Where a record would
-// run past a memory file's end, it and each one after it count as the longest record there is (65538 bytes), so that
-// the sum is larger than what the file has left: that the sum is not is proof that loading reads no byte behind its
-// end.
+/// Store writes records of flags, 16-bit count of the text's bytes, text without its zero byte, and returns the bytes
+/// written. Load ends a text at its first zero byte, leaves an empty one null, and returns the bytes consumed. The
+/// sizes are the disk bytes of `count` texts: NullSizeGet that of empty ones, 3 bytes each; SizeGet of texts in memory
+/// form when `dataFormat` has VqFormat_Memory, else of records. SizeGetFromMemFile is that of the records at the file's
+/// position, which stays. Where a record would run past the file's end, it and each one after it count as the longest
+/// record there is (65538 bytes), so that the sum is larger than what the file has left: that the sum is not is proof
+/// that loading reads no byte behind its end.
+/// @{
 VQTM_ISTRING_ROW(VqIString)
 VQTM_ISTRING_ROW(VqCaseIString)
+/// @}
 
 #undef VQTM_ISTRING_ROW
 

@@ -39,8 +39,8 @@ struct VqIdxBounds;
 /// A nullable `T`. `Id` keeps types apart whose values are alike, and is their row.
 template <class T, VqTypeId Id>
 struct VQTM_TYPE VqNullable {
-    using ValueType = T;
-    static constexpr VqTypeId TypeId = Id;
+    using ValueType = T;                    ///< the plain scalar
+    static constexpr VqTypeId TypeId = Id;  ///< the row
 
     T value;              ///< 0 while null
     std::uint8_t isNull;  ///< 1 when null, else 0
@@ -49,7 +49,9 @@ struct VQTM_TYPE VqNullable {
 
     /// Null.
     VqNullable() : value(), isNull(1) {}
+    /// The value `v`, not null.
     VqNullable(T v) : value(v), isNull(0) {}
+    /// Becomes the value `v`, not null.
     VqNullable& operator=(T v) {
         value = v;
         isNull = 0;
@@ -58,6 +60,7 @@ struct VQTM_TYPE VqNullable {
 
     // --- Null
 
+    /// True when the indicator is not 0.
     bool IsNullValue() const { return isNull != 0; }
     /// Makes this null. Returns 0.
     int SetNullValue() {
@@ -65,9 +68,11 @@ struct VQTM_TYPE VqNullable {
         return 0;
     }
 
-    // --- Comparison: null equals null and sorts before every value. Floating values compare as such, so that one that
-    // is not a number is neither equal, less nor greater; indexes order them by Compare of the row instead.
+    // --- Comparison
 
+    /// Null equals null and sorts before every value. Floating values compare as such, so that one that is not a number
+    /// is neither equal, less nor greater; indexes order them by Compare of the row instead.
+    /// @{
     friend bool operator==(const VqNullable& a, const VqNullable& b) {
         return a.IsNullValue() || b.IsNullValue() ? a.IsNullValue() == b.IsNullValue()
                                                   : static_cast<bool>(a.value == b.value);
@@ -79,6 +84,7 @@ struct VQTM_TYPE VqNullable {
     friend bool operator>(const VqNullable& a, const VqNullable& b) { return b < a; }
     friend bool operator<=(const VqNullable& a, const VqNullable& b) { return a < b || a == b; }
     friend bool operator>=(const VqNullable& a, const VqNullable& b) { return b <= a; }
+    /// @}
 
   private:
     // What orders the value: a char is signed whatever a caller is compiled with.
@@ -93,17 +99,17 @@ struct VQTM_TYPE VqNullable {
 
 #pragma pack(pop)
 
-using VqNull_char = VqNullable<char, VqTypeId_VqNull_char>;
-using VqNull_uchar = VqNullable<unsigned char, VqTypeId_VqNull_uchar>;
-using VqNull_short = VqNullable<std::int16_t, VqTypeId_VqNull_short>;
-using VqNull_ushort = VqNullable<std::uint16_t, VqTypeId_VqNull_ushort>;
-using VqNull_int = VqNullable<std::int32_t, VqTypeId_VqNull_int>;
-using VqNull_unsigned = VqNullable<std::uint32_t, VqTypeId_VqNull_unsigned>;
-using VqNull_long = VqNullable<std::int32_t, VqTypeId_VqNull_long>;
-using VqNull_ulong = VqNullable<std::uint32_t, VqTypeId_VqNull_ulong>;
-using VqNull_float = VqNullable<float, VqTypeId_VqNull_float>;
-using VqNull_double = VqNullable<double, VqTypeId_VqNull_double>;
-using VqNull_VqInt64 = VqNullable<VqInt64, VqTypeId_VqNull_VqInt64>;
+using VqNull_char = VqNullable<char, VqTypeId_VqNull_char>;                   ///< a char
+using VqNull_uchar = VqNullable<unsigned char, VqTypeId_VqNull_uchar>;        ///< a VqByte
+using VqNull_short = VqNullable<std::int16_t, VqTypeId_VqNull_short>;         ///< 16 bits with sign
+using VqNull_ushort = VqNullable<std::uint16_t, VqTypeId_VqNull_ushort>;      ///< 16 bits without sign
+using VqNull_int = VqNullable<std::int32_t, VqTypeId_VqNull_int>;             ///< 32 bits with sign
+using VqNull_unsigned = VqNullable<std::uint32_t, VqTypeId_VqNull_unsigned>;  ///< 32 bits without sign
+using VqNull_long = VqNullable<std::int32_t, VqTypeId_VqNull_long>;           ///< 32 bits with sign
+using VqNull_ulong = VqNullable<std::uint32_t, VqTypeId_VqNull_ulong>;        ///< 32 bits without sign
+using VqNull_float = VqNullable<float, VqTypeId_VqNull_float>;                ///< IEEE 754 binary32
+using VqNull_double = VqNullable<double, VqTypeId_VqNull_double>;             ///< IEEE 754 binary64
+using VqNull_VqInt64 = VqNullable<VqInt64, VqTypeId_VqNull_VqInt64>;          ///< 64 bits with sign
 
 static_assert(sizeof(VqNull_char) == 2 && sizeof(VqNull_uchar) == 2);
 static_assert(sizeof(VqNull_short) == 4 && sizeof(VqNull_ushort) == 4);
@@ -119,31 +125,37 @@ struct VQTM_API VqNullSlots {
 
     /// A new array of null values; Delete frees it.
     static void* Create(unsigned long count);
-    /// Returns 0.
+    /// Frees an array that Create made; null does nothing. Returns 0.
     static unsigned long Delete(void* values, unsigned long count);
     /// Makes raw storage null values.
     static void Constructor(void* values, unsigned long count);
+    /// Nothing: values need no destruction.
     static void Destructor(void* values, unsigned long count);
-    /// From one source element to all of `dst` when `broadcast` is non-zero, else element by element. The arrays may
-    /// overlap.
+    /// Copies from one source element to all of `dst` when `broadcast` is non-zero, else element by element. The arrays
+    /// may overlap.
     static void Assignment(void* dst, const void* src, unsigned long count, unsigned long broadcast);
     /// The same into raw storage.
     static void Copy(void* dst, const void* src, unsigned long count, unsigned long broadcast);
-    /// Create, whatever `asNull` says.
+    /// The same as Create, whatever `asNull` says.
     static void* DefaultValue(unsigned long count, int asNull);
 
     // --- Disk
 
-    /// Returns the bytes written: for every element one more than its value takes. With VqFormat_Memory the indicator
-    /// comes behind the value.
+    /// Writes values to disk form. Returns the bytes written: for every element one more than its value takes. With
+    /// VqFormat_Memory the indicator comes behind the value.
     static unsigned long Store(void* dst, const void* src, unsigned char format, unsigned long count);
-    /// Returns the bytes consumed. Only an indicator of exactly 1 means null.
+    /// Reads values from disk form. Returns the bytes consumed. Only an indicator of exactly 1 means null.
     static unsigned long Load(void* dst, const void* src, unsigned char format, unsigned long count);
+    /// Disk bytes of `count` values: for every one a byte more than its value takes. Nothing is looked at; data and
+    /// file may be null.
+    /// @{
     static unsigned long NullSizeGet(unsigned long count);
     static unsigned long SizeGet(const void* data, unsigned char dataFormat, unsigned char format, unsigned long count);
     static unsigned long SizeGetFromMemFile(MemFile* file, unsigned char format, unsigned long count);
-    /// Between memory form (VqFormat_Memory) and disk form. Between two disk forms bytes are copied as they stand, and
-    /// a destination longer than the source is filled with zeros. Returns the bytes written.
+    /// @}
+
+    /// Converts between memory form (VqFormat_Memory) and disk form. Between two disk forms bytes are copied as they
+    /// stand, and a destination longer than the source is filled with zeros. Returns the bytes written.
     static unsigned long Translate(void* dst, unsigned char dstFormat, unsigned long dstLen, const void* src,
                                    unsigned char srcFormat, unsigned long srcLen, unsigned long count);
 
@@ -171,9 +183,9 @@ struct VQTM_API VqNullSlots {
 
     // --- Null
 
-    /// The indicator: not 0 when the value is null.
+    /// The indicator of one value: not 0 when it is null.
     static int IsNull(void* value);
-    /// Returns 0.
+    /// Makes one value null. Returns 0.
     static int SetNull(void* value);
 
     // --- Conversion

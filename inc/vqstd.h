@@ -58,6 +58,7 @@ struct StandardOrder;
 /// By the class's three-way `operator!=`.
 template <class Category>
 struct OrderByDifference {
+    /// The order of the two values.
     template <class Value>
     static Category Of(const Value& a, const Value& b) {
         return (a != b) <=> 0;
@@ -67,6 +68,7 @@ struct OrderByDifference {
 /// By the class's `==` and `<`; where neither decides, the other way round.
 template <class Category>
 struct OrderByLess {
+    /// The order of the two values.
     template <class Value>
     static Category Of(const Value& a, const Value& b) {
         if (a == b) return Category::equivalent;
@@ -79,8 +81,10 @@ struct OrderByLess {
     }
 };
 
+/// By VqString::Compare under the default operation.
 template <>
 struct StandardOrder<VqString> {
+    /// The order of the two texts.
     static std::weak_ordering Of(const VqString& a, const VqString& b) { return a.Compare(b) <=> 0; }
 };
 template <>
@@ -119,6 +123,7 @@ template <class T, VqTypeId Id>
 struct StandardOrder<VqNullable<T, Id>>
     : OrderByLess<std::conditional_t<std::floating_point<T>, std::partial_ordering, std::strong_ordering>> {};
 
+/// The classes that have a standard order.
 template <class Value>
 concept Ordered = requires(const Value& value) {
     StandardOrder<Value>::Of(value, value);
@@ -139,14 +144,11 @@ bool operator==(const DateTime& a, const DateTime& b) {
 }
 
 // --- Hash codes for tables in memory; those of indexes are VqTypeMgr::Hash
-//
-// Only for classes whose equality makes classes of values. It does not for texts (VqString's goes by the process's
-// comparison operation, of VqIString and VqCaseIString see above), for d_Time and d_Timestamp (equal is whatever is
-// less than a second apart) and for floating numbers (+0 equals -0, and what is not a number nothing).
 
 namespace vq {
 
 /// What the hash code of a value is made of: equal for equal values.
+/// @{
 inline std::uint64_t HashKey(const VqInt64& value) {
     return std::uint64_t{static_cast<std::uint32_t>(value.high)} << 32 | value.low;
 }
@@ -183,6 +185,7 @@ requires(!std::floating_point<T>) std::uint64_t HashKey(const VqNullable<T, Id>&
         return HashKey(value.value);
     }
 }
+/// @}
 
 /// Spreads the key over all bits, by the finalizer of SplitMix64 (Steele, Lea, Flood, "Fast splittable pseudorandom
 /// number generators", 2014).
@@ -192,8 +195,16 @@ constexpr std::uint64_t MixBits(std::uint64_t bits) {
     return bits ^ bits >> 31;
 }
 
+/// What std::hash of a class is: HashKey, spread over all bits. For tables in memory; the codes of indexes are
+/// VqTypeMgr::Hash.
+///
+/// There is a std::hash only for classes whose equality makes classes of values. It does not for texts (VqString's goes
+/// by the process's comparison operation, VqIString's and VqCaseIString's is not transitive), for d_Time and
+/// d_Timestamp (equal is whatever is less than a second apart) and for floating numbers (+0 equals -0, and what is not
+/// a number nothing).
 template <class Value>
 struct StandardHash {
+    /// The hash code.
     std::size_t operator()(const Value& value) const noexcept {
         return static_cast<std::size_t>(MixBits(HashKey(value)));
     }
@@ -201,6 +212,7 @@ struct StandardHash {
 
 }  // namespace vq
 
+/// \cond
 template <>
 struct std::hash<VqInt64> : vq::StandardHash<VqInt64> {};
 template <>
@@ -230,17 +242,19 @@ struct std::hash<VqBlob> : vq::StandardHash<VqBlob> {};
 template <class T, VqTypeId Id>
 requires(!std::floating_point<T>) struct std::hash<VqNullable<T, Id>> : vq::StandardHash<VqNullable<T, Id>> {
 };
+/// \endcond
 
 // --- Output to streams: a value's text under its class's default format, null as the null print string, in UTF-8
 
 namespace vq {
 
-/// Appends the text. One overload for each kind of class, without conversions.
+/// Appends the value's text under its class's default format, null as the null print string. One overload for each kind
+/// of class, without conversions; a plain 8-bit text counts as one in the native code set.
+/// @{
 template <std::same_as<VqString> Value>
 void AppendDefaultText(VqString& out, const Value& value) {
     out += value.IsNullValue() ? VqNullPrintString() : value;
 }
-/// A plain text counts as one in the native code set.
 template <std::derived_from<IStringText> Value>
 void AppendDefaultText(VqString& out, const Value& value) {
     constexpr unsigned char Native = 0;
@@ -258,7 +272,9 @@ template <class Value>
 auto AppendDefaultText(VqString& out, const Value& value) -> decltype(value.PrintToVqString(out, nullptr)) {
     return value.PrintToVqString(out, nullptr);
 }
+/// @}
 
+/// The classes that can be written to a stream.
 template <class Value>
 concept Streamed = requires(const Value& value, VqString& out) {
     AppendDefaultText(out, value);
@@ -267,6 +283,7 @@ concept Streamed = requires(const Value& value, VqString& out) {
 /// A text as UTF-8.
 class Utf8Text {
   public:
+    /// Converts `text`, which is not referred to any more.
     explicit Utf8Text(const VqString& text) { VqString2MultiByteString(text, bytes_, length_); }
     ~Utf8Text() { VqFreeMultiByteString(bytes_); }
     Utf8Text(const Utf8Text&) = delete;

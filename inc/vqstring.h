@@ -89,6 +89,7 @@ class VQTM_API VqString {
     VqString& operator+=(const VqString& other);
 
     /// Appends what the constructor from the same type makes, and returns this string.
+    /// @{
     VqString& operator<<(char c);
     VqString& operator<<(const char* text);
     VqString& operator<<(const unsigned short* text);
@@ -99,9 +100,11 @@ class VQTM_API VqString {
     VqString& operator<<(long value);
     VqString& operator<<(unsigned long value);
     VqString& operator<<(double value);
-    /// Prints like the double of the same value.
+    /// @}
+
+    /// Appends what a double of the same value does.
     VqString& operator<<(float value);
-    /// The odd one: a decimal number into a 1-byte string, one character into a 2-byte string.
+    /// The odd one appends a decimal number into a 1-byte string, one character into a 2-byte string.
     VqString& operator<<(unsigned short value);
 
     /// Replaces the contents by `n` characters of `text` in `codeSet` (All: up to the zero character), mapped into this
@@ -194,9 +197,11 @@ class VQTM_API VqString {
     /// any one character ('?' at start), or as a mark that takes the next one literally (none at start). A zero
     /// character sets what was there at start. Texts in the native code set always use '*' and '?'. For all strings and
     /// threads.
+    /// @{
     static void SetAsterisk(const VqChar& c);
     static void SetQuestion(const VqChar& c);
     static void SetEscape(const VqChar& c);
+    /// @}
 
     // --- Access
 
@@ -255,7 +260,9 @@ class VQTM_API VqString {
     /// Returns the low 16 bits of the new size in bytes, or VqStatus_Refused when `src` is this string.
     short CopyMapped(const VqString& src, unsigned char codeSet, short n = -1);
 
-    /// The class-wide defaults (VqLanguageContext holds them), read at each construction; strings that exist stay.
+    /// The class-wide defaults (VqLanguageContext holds them and tells which values it takes), read at each
+    /// construction; strings that exist stay.
+    /// @{
     static unsigned char GetDefaultCodeSet();
     static unsigned char GetDefaultLanguage();
     static unsigned char GetDefault8CodeSet();
@@ -264,6 +271,7 @@ class VQTM_API VqString {
     static void SetDefaultCodeSet(unsigned char codeSet);
     static void SetDefaultLanguage(unsigned char language);
     static void SetDefaultCmpOp(unsigned short op);
+    /// @}
 
     // --- Null
 
@@ -277,13 +285,18 @@ class VQTM_API VqString {
     /// Negative, 0 or positive by the collation of both languages (VqStrCmp): at most `n` characters, -1 for all, under
     /// operation `op` (VqCmp bits; VqCmp_Default: the class-wide one).
     int Compare(const VqString& other, short n = -1, unsigned short op = VqCmp_Default) const;
-    /// The same object, or no difference under the default operation. The others test the sign of Compare.
+    /// The same object, or no difference under the default operation.
     bool operator==(const VqString& other) const;
+    /// Not equal.
     bool operator!=(const VqString& other) const { return !(*this == other); }
+    /// By the sign of Compare under the default operation.
+    /// @{
     bool operator<(const VqString& other) const { return Compare(other) < 0; }
     bool operator>(const VqString& other) const { return Compare(other) > 0; }
     bool operator<=(const VqString& other) const { return Compare(other) <= 0; }
     bool operator>=(const VqString& other) const { return Compare(other) >= 0; }
+    /// @}
+
     /// Equal key by key; two different languages count as the neutral one.
     bool EqualsIgnoreLanguage(const VqString& other) const;
 
@@ -328,9 +341,11 @@ class VQTM_API VqString {
 
 /// The texts of `a` and `b` one after the other, in a's code set and language.
 VQTM_API VqString operator+(const VqString& a, const VqString& b);
-/// The same; a plain text is in the default 8-bit code set.
+/// The same with a plain text, which is in the default 8-bit code set.
+/// @{
 VQTM_API VqString operator+(const VqString& a, const char* b);
 VQTM_API VqString operator+(const char* a, const VqString& b);
+/// @}
 
 /// Takes the next item of a separated list: the text from position `pos` up to the next `separator` (Find with the
 /// default operation) or the end goes to `item` without white space at its ends, and `pos` moves to the character
@@ -365,9 +380,11 @@ VQTM_API bool StringsFitMemFile(MemFile* file, unsigned char format, unsigned lo
 /// Store and the sizes for the legacy layout: one 16-bit count of the bytes that follow, then each text as 1-byte
 /// characters of the native code set with its zero character. On disk both layouts are measured, since StringLoad reads
 /// both; the format's code-set bits mean nothing here.
+/// @{
 VQTM_API unsigned long LegacyStringStore(void* dst, const void* src, unsigned char format, unsigned long count);
 VQTM_API unsigned long LegacyStringSizeGet(const void* data, unsigned char dataFormat, unsigned char format,
                                            unsigned long count);
 VQTM_API unsigned long LegacyStringSizeGetFromMemFile(MemFile* file, unsigned char format, unsigned long count);
+/// @}
 
 #endif

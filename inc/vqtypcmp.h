@@ -30,10 +30,13 @@
 #include "vqdefs.h"
 #include "vqnull.h"
 
+/// Declares one of these functions.
 #define VQTM_COMPARE_FUNCTION(Name)                                                                           \
     VQTM_API int Name(unsigned char format, unsigned long length1, const void* value1, unsigned long length2, \
                       const void* value2, unsigned short flags, unsigned long count, int& error);
 
+/// \name Integers
+/// @{
 VQTM_COMPARE_FUNCTION(CharCompare)      ///< signed bytes: 0x80 before 0x7F
 VQTM_COMPARE_FUNCTION(ByteCompare)      ///< unsigned bytes
 VQTM_COMPARE_FUNCTION(ShortCompare)     ///< signed 16 bits
@@ -43,10 +46,14 @@ VQTM_COMPARE_FUNCTION(UnsignedCompare)  ///< unsigned 32 bits
 VQTM_COMPARE_FUNCTION(LongCompare)      ///< signed 32 bits
 VQTM_COMPARE_FUNCTION(DwordCompare)     ///< unsigned 32 bits
 VQTM_COMPARE_FUNCTION(Int64Compare)     ///< signed 64 bits, stored as two halves, the low half first
+/// @}
 
-// The zeros are equal. A value that is not a number gives -1 against every value, itself included, on either side.
+/// Floating values. The zeros are equal. A value that is not a number gives -1 against every value, itself included, on
+/// either side.
+/// @{
 VQTM_COMPARE_FUNCTION(FloatCompare)
 VQTM_COMPARE_FUNCTION(DoubleCompare)
+/// @}
 
 /// Dates. In memory form by VqDate's operator!=, in which a field of -1 in either date stands for any value. A stored
 /// second array is what is searched for: its fields of -1 stand for any value, those of the first array for themselves.
@@ -65,11 +72,13 @@ VQTM_COMPARE_FUNCTION(DaTimeCompare)
 /// Standard dates by their day numbers (d_Date::getAbsDate), in every form: dates of the same day are equal.
 VQTM_COMPARE_FUNCTION(d_DateCompare)
 
-// Standard times on the clocks of their zones, hour - tz_hour and then minute - tz_minute; timestamps by their dates
-// first. In memory form seconds and hundredths decide by the operators, which find less than a second equal; keep no
-// keys in that order, for two times that each equal a third may differ. Stored ones are compared to the hundredth.
+/// Standard times on the clocks of their zones, hour - tz_hour and then minute - tz_minute; timestamps by their dates
+/// first. In memory form seconds and hundredths decide by the operators, which find less than a second equal; keep no
+/// keys in that order, for two times that each equal a third may differ. Stored ones are compared to the hundredth.
+/// @{
 VQTM_COMPARE_FUNCTION(d_TimeCompare)
 VQTM_COMPARE_FUNCTION(d_TimestampCompare)
+/// @}
 
 /// Booleans: null, false, true. Bytes from 2 to 254, which no boolean has, are compared as VqBoolean's operators do.
 VQTM_COMPARE_FUNCTION(BooleanCompare)
@@ -106,13 +115,15 @@ VQTM_COMPARE_FUNCTION(StringCompare)
 /// The same for the legacy string row: a record may lack its last one or two bytes.
 VQTM_COMPARE_FUNCTION(LegacyStringCompare)
 
-// 8-bit strings by their weights and flags (VqIString::Compare, VqCaseIString::Compare), the whole texts; the null text
-// is an empty one. Without VqCmp_Exact and VqCmp_KeyOnly a second text with '*' (any run of characters) or '?' (any
-// one) is a pattern; it matches by weights. A record that runs past the given length is compared as far as it goes, a
-// pattern then up to its first wildcard, and ends the comparison with VqStatus_BufferEnd; where 254 bytes or more of
-// its text, but not all, are there, with -1 and VqStatus_NotSupported.
+/// 8-bit strings by their weights and flags (VqIString::Compare, VqCaseIString::Compare), the whole texts; the null
+/// text is an empty one. Without VqCmp_Exact and VqCmp_KeyOnly a second text with '*' (any run of characters) or '?'
+/// (any one) is a pattern; it matches by weights. A record that runs past the given length is compared as far as it
+/// goes, a pattern then up to its first wildcard, and ends the comparison with VqStatus_BufferEnd; where 254 bytes or
+/// more of its text, but not all, are there, with -1 and VqStatus_NotSupported.
+/// @{
 VQTM_COMPARE_FUNCTION(VqIStringCompare)
 VQTM_COMPARE_FUNCTION(VqCaseIStringCompare)
+/// @}
 
 #undef VQTM_COMPARE_FUNCTION
 

@@ -45,29 +45,32 @@
 
 /// A range of keys in disk form, both ends included.
 struct VqIdxBounds {
-    void* lowKey = nullptr;   ///< null: from the first key on
-    void* highKey = nullptr;  ///< null: to the last key
-    std::uint32_t lowKeyLength = 0;
-    std::uint32_t highKeyLength = 0;
+    void* lowKey = nullptr;           ///< null: from the first key on
+    void* highKey = nullptr;          ///< null: to the last key
+    std::uint32_t lowKeyLength = 0;   ///< bytes at `lowKey`
+    std::uint32_t highKeyLength = 0;  ///< bytes at `highKey`
 };
 
 /// What a predicate asks of a value, compared with the key: "less or equal" is both bits. The other bits of a set are
 /// the caller's.
 enum VqOperator : unsigned short {
-    VqOperator_Equal = 1,
-    VqOperator_Less = 2,
-    VqOperator_Greater = 4,
-    VqOperator_Wildcard = 8,
+    VqOperator_Equal = 1,     ///< equal to the key
+    VqOperator_Less = 2,      ///< less than the key
+    VqOperator_Greater = 4,   ///< greater than the key
+    VqOperator_Wildcard = 8,  ///< set by the functions: the key holds a wildcard
 };
 
 /// The most bytes of a string key in an index; longer ones are clipped.
 constexpr unsigned long VqINDEX_MAX_KEYLEN = 254;
 
+/// Declares one of these functions, `Name`EvalAndBound.
 #define VQTM_BOUNDS_FUNCTION(Name)                                                                           \
     VQTM_API double Name##EvalAndBound(VqIdxBounds* indexBounds, unsigned short& operators, const void* key, \
                                        unsigned char format, unsigned long count, VqIdxBounds* scanBounds);
 
-// Integers lie at their value. 64-bit ones are rounded to the nearest of 53 bits.
+/// \name Integers
+/// They lie at their value. 64-bit ones are rounded to the nearest of 53 bits.
+/// @{
 VQTM_BOUNDS_FUNCTION(Char)      ///< [-128:127]
 VQTM_BOUNDS_FUNCTION(Byte)      ///< [0:255]
 VQTM_BOUNDS_FUNCTION(Short)     ///< signed 16 bits
@@ -77,11 +80,15 @@ VQTM_BOUNDS_FUNCTION(Unsigned)  ///< unsigned 32 bits
 VQTM_BOUNDS_FUNCTION(Long)      ///< signed 32 bits
 VQTM_BOUNDS_FUNCTION(Dword)     ///< unsigned 32 bits
 VQTM_BOUNDS_FUNCTION(Int64)     ///< signed 64 bits
+/// @}
 
-// Floating values lie at their value, intervals of time at their seconds. An estimate above 0 is at least 1.1920929e-7,
-// the precision of a float, so that a selective predicate does not look like an impossible one.
-VQTM_BOUNDS_FUNCTION(Float)
-VQTM_BOUNDS_FUNCTION(Double)
+/// \name Floating values
+/// They lie at their value, intervals of time at their seconds. An estimate above 0 is at least 1.1920929e-7,
+/// the precision of a float, so that a selective predicate does not look like an impossible one.
+/// @{
+VQTM_BOUNDS_FUNCTION(Float)   ///< IEEE 754 binary32, and d_Interval
+VQTM_BOUNDS_FUNCTION(Double)  ///< IEEE 754 binary64
+/// @}
 
 /// Dates: the Julian Day Number (VqDate::dayabs). A day outside its month lies at the nearest end of the month, a month
 /// outside the year at the nearest end of the year, so that any fields lie in the order of dates. A key's field that is
@@ -113,43 +120,42 @@ VQTM_BOUNDS_FUNCTION(Seal)
 /// 0; null -1. Blobs that begin alike lie in one place.
 VQTM_BOUNDS_FUNCTION(Blob)
 
-// --- Strings
-//
-// A string lies where, in the order of collation, the part of all texts ends that is below it: a fraction that a model
-// of texts tells, by which letters words begin with and which follow which (as an arithmetic coder over a Markov chain
-// of the first order; C. E. Shannon, A Mathematical Theory of Communication, 1948). It is made from word lists of seven
-// languages, with the first letters of the key's language where it is one of these. Digits, symbols, ideographs and
-// letters of other scripts share their part evenly. What the index's two keys begin with in common is left out, and the
-// estimate is what the predicate selects of the line from the low key to the high one: never more than 1, and no less
-// than 1.1920929e-7 where it is above 0. On word lists it errs by a few hundredths. Only letters count, not accents and
-// case. Null lies below all texts, a 64th of the line. Collation classes lie apart, each on a line of its own, in their
-// order. Where key and index are all in the native code set, texts lie in the order of their bytes.
-//
-// Of the operators only VqOperator bits and 0x8000 remain on return. Keys must be complete, those of the index can be
-// clipped. A recorded key has at most VqINDEX_MAX_KEYLEN bytes; of a longer one these are the first, with the length
-// that the whole has, as comparison expects it. A clipped key sorts by what is there, and by accents and case before
-// the letters that are not: compare with such ends under VqCmp_IgnoreCase and VqCmp_IgnoreAccents, and read the
-// records. It is compared as far as it goes, by characters: a text that spells a letter otherwise (the one of German
-// that is equal to "ss") is cut a letter earlier or later, and can lie outside of a clipped key that it is equal to.
-//
-// A key with a wildcard or escape character (see VqStrCmp) sets VqOperator_Wildcard and stands for all texts that begin
-// with what is in front of it; that is what the estimate counts. The low key is that beginning (the null string where
-// it is empty, as '*' matches null too). The high key is the beginning followed by 0xFF bytes up to the most that a key
-// has: in Unicode, where U+FFFF sorts last, for whatever code set the pattern is in. Whatever text matches the pattern
-// under some of VqCmp_IgnoreCase and VqCmp_IgnoreAccents lies between both keys under VqCmp_Exact and the same; of a
-// beginning too long for a key, with what is said of clipped ones, and not what consists of U+FFFF beyond a key's
-// length.
-//
-// A pattern in the native code set, of an index whose two keys are native or that has no statistics, is read and goes
-// on byte by byte, for texts of that set alone. With other indexes it ends at whichever comes first, a wildcard byte or
-// a wildcard or escape character, and goes on in Unicode.
-//
-// A pattern that begins with a wildcard stands for all of the index, null included. Its high key is in a language of
-// the last collation class. Null is no pattern, whatever its text.
-//
-// Of an array the first element that is a pattern counts for the range: the keys are the elements in front of it, and
-// behind them its low or high key. The estimate is that of the first element.
-
+/// \name Strings
+/// A string lies where, in the order of collation, the part of all texts ends that is below it: a fraction that a model
+/// of texts tells, by which letters words begin with and which follow which (as an arithmetic coder over a Markov chain
+/// of the first order; C. E. Shannon, A Mathematical Theory of Communication, 1948). It is made from word lists of
+/// seven languages, with the first letters of the key's language where it is one of these. Digits, symbols, ideographs
+/// and letters of other scripts share their part evenly. What the index's two keys begin with in common is left out,
+/// and the estimate is what the predicate selects of the line from the low key to the high one: never more than 1, and
+/// no less than 1.1920929e-7 where it is above 0. On word lists it errs by a few hundredths. Only letters count, not
+/// accents and case. Null lies below all texts, a 64th of the line. Collation classes lie apart, each on a line of its
+/// own, in their order. Where key and index are all in the native code set, texts lie in the order of their bytes.
+///
+/// Of the operators only VqOperator bits and 0x8000 remain on return. Keys must be complete, those of the index can be
+/// clipped. A recorded key has at most VqINDEX_MAX_KEYLEN bytes; of a longer one these are the first, with the length
+/// that the whole has, as comparison expects it. A clipped key sorts by what is there, and by accents and case before
+/// the letters that are not: compare with such ends under VqCmp_IgnoreCase and VqCmp_IgnoreAccents, and read the
+/// records. It is compared as far as it goes, by characters: a text that spells a letter otherwise (the one of German
+/// that is equal to "ss") is cut a letter earlier or later, and can lie outside of a clipped key that it is equal to.
+///
+/// A key with a wildcard or escape character (see VqStrCmp) sets VqOperator_Wildcard and stands for all texts that
+/// begin with what is in front of it; that is what the estimate counts. The low key is that beginning (the null string
+/// where it is empty, as '*' matches null too). The high key is the beginning followed by 0xFF bytes up to the most
+/// that a key has: in Unicode, where U+FFFF sorts last, for whatever code set the pattern is in. Whatever text matches
+/// the pattern under some of VqCmp_IgnoreCase and VqCmp_IgnoreAccents lies between both keys under VqCmp_Exact and the
+/// same; of a beginning too long for a key, with what is said of clipped ones, and not what consists of U+FFFF beyond a
+/// key's length.
+///
+/// A pattern in the native code set, of an index whose two keys are native or that has no statistics, is read and goes
+/// on byte by byte, for texts of that set alone. With other indexes it ends at whichever comes first, a wildcard byte
+/// or a wildcard or escape character, and goes on in Unicode.
+///
+/// A pattern that begins with a wildcard stands for all of the index, null included. Its high key is in a language of
+/// the last collation class. Null is no pattern, whatever its text.
+///
+/// Of an array the first element that is a pattern counts for the range: the keys are the elements in front of it, and
+/// behind them its low or high key. The estimate is that of the first element.
+/// @{
 VQTM_BOUNDS_FUNCTION(String)  ///< the current row's strings, in the current or the legacy layout
 /// The legacy row's strings. A clipped key, and those of a pattern, are records of the current layout.
 VQTM_BOUNDS_FUNCTION(LegacyString)
@@ -158,7 +164,9 @@ VQTM_BOUNDS_FUNCTION(LegacyString)
 /// strings: a pattern's high key goes on with the byte that weighs most. The two keys hold what is as raw as the
 /// pattern: a raw text with 0xFF in it can lie above the high key of a pattern that is not raw.
 VQTM_BOUNDS_FUNCTION(VqIString)
-VQTM_BOUNDS_FUNCTION(VqCaseIString)  ///< by the weights that the key's flags choose
+/// The same by the weights that the key's flags choose.
+VQTM_BOUNDS_FUNCTION(VqCaseIString)
+/// @}
 
 #undef VQTM_BOUNDS_FUNCTION
 

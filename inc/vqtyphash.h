@@ -20,41 +20,48 @@
 
 #include "vqdefs.h"
 
+/// Declares one of these functions.
 #define VQTM_HASH_FUNCTION(Name)                                                                                     \
     VQTM_API unsigned long Name(unsigned char format, unsigned long length, const void* values, unsigned long count, \
                                 int& error);
 
-/// Scalars: one word of 32 bits for each key, combined by exclusive or, so that neither the order of the keys nor a key
+/// \name Scalars
+/// One word of 32 bits for each key, combined by exclusive or, so that neither the order of the keys nor a key
 /// that is there twice counts, and multiplied by 1103515245. Floating keys count by their bits: 0 and -0, which compare
 /// equal, have different codes.
+/// @{
 VQTM_HASH_FUNCTION(CharHash)      ///< the byte with its sign: 0x80 counts as 0xFFFFFF80
 VQTM_HASH_FUNCTION(ByteHash)      ///< the byte
 VQTM_HASH_FUNCTION(ShortHash)     ///< the 16 bits with their sign
 VQTM_HASH_FUNCTION(WordHash)      ///< the 16 bits
-VQTM_HASH_FUNCTION(IntHash)       ///< the 32 bits, as in the next four
-VQTM_HASH_FUNCTION(UnsignedHash)  ///< \copydoc IntHash
-VQTM_HASH_FUNCTION(LongHash)      ///< \copydoc IntHash
-VQTM_HASH_FUNCTION(DwordHash)     ///< \copydoc IntHash
-VQTM_HASH_FUNCTION(FloatHash)     ///< \copydoc IntHash
+VQTM_HASH_FUNCTION(IntHash)       ///< the 32 bits
+VQTM_HASH_FUNCTION(UnsignedHash)  ///< the 32 bits
+VQTM_HASH_FUNCTION(LongHash)      ///< the 32 bits
+VQTM_HASH_FUNCTION(DwordHash)     ///< the 32 bits
+VQTM_HASH_FUNCTION(FloatHash)     ///< the 32 bits
 VQTM_HASH_FUNCTION(DoubleHash)    ///< both halves of the 64 bits, combined
 VQTM_HASH_FUNCTION(Int64Hash)     ///< both halves of the 64 bits, combined
+/// @}
 
-// Value classes, as scalars: one word for each key.
+/// \name Value classes
+/// As scalars: one word for each key.
+/// @{
 VQTM_HASH_FUNCTION(DateHash)     ///< (year << 16) + (month << 8) + day, the fields with their signs
 VQTM_HASH_FUNCTION(TimeHash)     ///< (hour << 16) + (minute << 8) + second, the fields with their signs
 VQTM_HASH_FUNCTION(DaTimeHash)   ///< those of date and time combined by exclusive or
 VQTM_HASH_FUNCTION(BooleanHash)  ///< the byte with its sign: null counts as 0xFFFFFFFF
 VQTM_HASH_FUNCTION(SealHash)     ///< the three words of 16 bits, combined by exclusive or
 VQTM_HASH_FUNCTION(BlobHash)     ///< the length, 0 for null: all blobs of a length share one code
+/// @}
 
 /// Standard dates by the fields of the day that their number gives (d_Date::getAbsDate and setAbsDate), as DateHash, so
 /// that dates which compare equal have one code. For days of the calendar from year 1 on these are the date's own
 /// fields; before that, and for dates that are no days, they may be others.
 VQTM_HASH_FUNCTION(d_DateHash)
-/// (hour - tz_hour << 16) + (minute - tz_minute << 8). Seconds do not count: each time equals others less than a second
-/// apart, and these others again.
+/// Standard times: (hour - tz_hour << 16) + (minute - tz_minute << 8). Seconds do not count: each time equals others
+/// less than a second apart, and these others again.
 VQTM_HASH_FUNCTION(d_TimeHash)
-/// Those of date and time combined by exclusive or.
+/// Standard timestamps: the words of date and time combined by exclusive or.
 VQTM_HASH_FUNCTION(d_TimestampHash)
 
 /// Strings: the codes of their collation (HashString) combined by exclusive or, so that the order of the keys does not
@@ -68,8 +75,10 @@ VQTM_HASH_FUNCTION(StringHash)
 VQTM_HASH_FUNCTION(LegacyStringHash)
 
 /// 8-bit strings: 0 for all keys, so that all share one bucket of a hashed index.
+/// @{
 VQTM_HASH_FUNCTION(VqIStringHash)
 VQTM_HASH_FUNCTION(VqCaseIStringHash)
+/// @}
 
 #undef VQTM_HASH_FUNCTION
 

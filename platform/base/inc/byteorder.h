@@ -46,10 +46,19 @@ VQBASE_API unsigned long IntStore(void* dst, const void* src, unsigned char form
 /// From disk to memory.
 VQBASE_API unsigned long IntLoad(void* dst, const void* src, unsigned char format, unsigned long count);
 /// IntStore and IntLoad of unsigned numbers.
+/// @{
 VQBASE_API unsigned long UnsignedStore(void* dst, const void* src, unsigned char format, unsigned long count);
 VQBASE_API unsigned long UnsignedLoad(void* dst, const void* src, unsigned char format, unsigned long count);
+/// @}
 
 // SIZES
+
+/// Declares the three size functions of a type.
+#define VQBASE_SIZE_FUNCTIONS(Type)                                                                          \
+    VQBASE_API unsigned long Type##SizeGet(const void* data, unsigned char dataFormat, unsigned char format, \
+                                           unsigned long count);                                             \
+    VQBASE_API unsigned long Type##NullSizeGet(unsigned long count);                                         \
+    VQBASE_API unsigned long Type##SizeGetFromMemFile(MemFile* file, unsigned char format, unsigned long count);
 
 /// Three functions of each type:
 ///
@@ -58,12 +67,7 @@ VQBASE_API unsigned long UnsignedLoad(void* dst, const void* src, unsigned char 
 ///     SizeGetFromMemFile  bytes that `count` values take at the file's position, which stays where it was
 ///
 /// All values of a type take the same room, so neither data nor file are looked at; they may be null.
-#define VQBASE_SIZE_FUNCTIONS(Type)                                                                          \
-    VQBASE_API unsigned long Type##SizeGet(const void* data, unsigned char dataFormat, unsigned char format, \
-                                           unsigned long count);                                             \
-    VQBASE_API unsigned long Type##NullSizeGet(unsigned long count);                                         \
-    VQBASE_API unsigned long Type##SizeGetFromMemFile(MemFile* file, unsigned char format, unsigned long count);
-
+/// @{
 VQBASE_SIZE_FUNCTIONS(Char)
 VQBASE_SIZE_FUNCTIONS(Short)
 VQBASE_SIZE_FUNCTIONS(Long)
@@ -71,6 +75,7 @@ VQBASE_SIZE_FUNCTIONS(Float)
 VQBASE_SIZE_FUNCTIONS(Double)
 VQBASE_SIZE_FUNCTIONS(Int)
 VQBASE_SIZE_FUNCTIONS(Unsigned)
+/// @}
 
 #undef VQBASE_SIZE_FUNCTIONS
 

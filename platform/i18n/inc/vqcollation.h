@@ -14,9 +14,10 @@
 /// The collation class of languages whose orders are plain numbers: letters have no case and accent of their own there.
 constexpr unsigned char VqIdeographicClass = 20;
 
-/// The bits of a key that tell the case, those that tell the accent, and all others.
-constexpr std::int32_t VqKeyCaseBits = 0x60;
-constexpr std::int32_t VqKeyAccentBits = 0x1F;
+// The bits of a key by the level that they decide.
+constexpr std::int32_t VqKeyCaseBits = 0x60;    ///< those that tell the case
+constexpr std::int32_t VqKeyAccentBits = 0x1F;  ///< those that tell the accent
+/// All others: the collation class, and what kind of character or which letter it is.
 constexpr std::int32_t VqKeyPrimaryMask = ~(VqKeyCaseBits | VqKeyAccentBits);
 
 /// The comparison key of a collation order (VqCodeSet::GetOrders) in a collation class (VqCodeSet::GetCollationClass).

@@ -17,25 +17,42 @@ class VQI18N_API VqLanguageContext {
   public:
     /// The code set that code 0 stands for. At start 1 (Windows-1252). Only a set of 1-byte characters can be set; any
     /// other number changes nothing.
+    /// @{
     static unsigned char GetNativeCodeSet() { return defaults_.nativeCodeSet; }
     static void SetNativeCodeSet(unsigned char codeSet);
+    /// @}
+
     /// The code set of a default-constructed string. At start 1.
+    /// @{
     static unsigned char GetDefaultCodeSet() { return defaults_.codeSet; }
     static void SetDefaultCodeSet(unsigned char codeSet) { defaults_.codeSet = codeSet; }
+    /// @}
+
     /// The code set of strings made from 1-byte texts. At start 1. A set of 2-byte characters changes nothing: the
     /// texts would be read past their ends.
+    /// @{
     static unsigned char GetDefault8CodeSet() { return defaults_.codeSet8; }
     static void SetDefault8CodeSet(unsigned char codeSet);
+    /// @}
+
     /// The code set of strings made from 2-byte texts. At start 253 (Unicode). A set of 1-byte characters changes
     /// nothing.
+    /// @{
     static unsigned char GetDefault16CodeSet() { return defaults_.codeSet16; }
     static void SetDefault16CodeSet(unsigned char codeSet);
+    /// @}
+
     /// The language of new strings. At start 0 (neutral).
+    /// @{
     static unsigned char GetDefaultLanguage() { return defaults_.language; }
     static void SetDefaultLanguage(unsigned char language) { defaults_.language = language; }
+    /// @}
+
     /// The comparison operation that stands behind 65535. At start 0x10 (exact).
+    /// @{
     static unsigned short GetDefaultCmpOp() { return defaults_.cmpOp; }
     static void SetDefaultCmpOp(unsigned short op) { defaults_.cmpOp = op; }
+    /// @}
 
     /// Sets every default to its start value.
     static void ResetDefaults();
