@@ -10,7 +10,7 @@ class VqStringIterator;
 
 /// One operation on the characters of a text. An operation may keep state from character to character; whoever applies
 /// it to several texts at once serialises that.
-class VQTM_API VqCharOperation {
+class VQTM_TYPE VqCharOperation {
   public:
     /// The most characters that one can become.
     static constexpr int MaxResult = 3;

@@ -84,7 +84,7 @@ IStringText::IStringText(const char* s, unsigned short n) {
 }
 
 template <class T>
-void IStringText::SetNumber(T value) {
+inline void IStringText::SetNumber(T value) {
     char digits[24];
     const char* const end = std::to_chars(digits, digits + sizeof digits, value).ptr;
     text_ = CopyOf({digits, static_cast<std::size_t>(end - digits)});

@@ -249,7 +249,7 @@ inline void VqString::ConstructFrom(const void* text, unsigned short n) {
 }
 
 template <class T>
-void VqString::AssignNumber(T value) {
+inline void VqString::AssignNumber(T value) {
     char text[NumberRoom];
     const auto [end, error] = PrintNumber(text, text + sizeof text, value);
     AssignChars(text, codeSet_, static_cast<unsigned short>(end - text));

@@ -44,7 +44,7 @@ struct VqKeyTable {
 };
 
 /// One code set. The first virtual operation is the one that comparison and hashing ask for; it stays first.
-class VQI18N_API VqCodeSet {
+class VQI18N_TYPE VqCodeSet {
   public:
     /// The collation class byte of `language` in this set: texts whose classes are equal share one order. From 1 to
     /// 127; an unknown language has the neutral class.

@@ -18,4 +18,12 @@
 #define VQI18N_API __attribute__((visibility("default")))
 #endif
 
+/// Marks a class that is called through its virtual functions alone: one type for everybody on Linux, and nothing that
+/// a Windows program would have to import.
+#if defined(_WIN32)
+#define VQI18N_TYPE
+#else
+#define VQI18N_TYPE __attribute__((visibility("default")))
+#endif
+
 #endif
