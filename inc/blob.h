@@ -32,7 +32,7 @@
 class MemFile;
 class VqString;
 
-/// The handle to a record of bytes; what it does with lengths, null and lack of memory is said above.
+/// The handle to a record of bytes. What holds for lengths, null and lack of memory is said in blob.h.
 class VQTM_API VqBlob {
   public:
     /// What a blob owns.

@@ -101,7 +101,7 @@ class VQTM_API VqDate {
     /// from -68569 (-4900-03-01) up to 536802342, and below that, to -536939481, what the truncating divisions give;
     /// beyond either end the formula's steps wrap around in 32 bits. The year is cut to 16 bits.
     inline void dateabs(long dayNumber);
-    /// dayabs().
+    /// The same as dayabs().
     operator long() const { return dayabs(); }
 
     /// Days from this date to the first of the next month; for December, of month 13.
@@ -118,7 +118,7 @@ class VQTM_API VqDate {
     /// 0000-03-01 to 4600-02-29. Later dates give 6 where the congruence's sum is negative; before, truncated divisions
     /// shift days.
     int DayOfTheDate() const;
-    /// Its English name, "Monday" to "Sunday".
+    /// The weekday's English name, "Monday" to "Sunday".
     VqString PrintDayOfTheDate() const;
 
     // --- Arithmetic
@@ -179,7 +179,7 @@ class VQTM_API VqDate {
 
     // --- Text
 
-    /// Appends the date's text to `out` under `format` (null: "%Y-%m-%d"), see above.
+    /// Appends the date's text to `out` under `format` (null: "%Y-%m-%d"), see date.h.
     void PrintToVqString(VqString& out, const char* format = nullptr) const;
     /// Reads the date from `text` under `format` (null: "%Y-%m-%d").
     void ScanFromVqString(const VqString& text, const char* format = nullptr);
@@ -300,7 +300,7 @@ class VQTM_API VqTime {
 
     // --- Text
 
-    /// Appends the time's text to `out` under `format` (null: "%H:%M:%S"), see above.
+    /// Appends the time's text to `out` under `format` (null: "%H:%M:%S"), see date.h.
     void PrintToVqString(VqString& out, const char* format = nullptr) const;
     /// Reads the time from `text` under `format` (null: "%H:%M:%S").
     void ScanFromVqString(const VqString& text, const char* format = nullptr);

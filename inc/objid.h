@@ -166,7 +166,7 @@ class VQTM_API VqObjId : public VqIdentifierSlots<VqObjId> {
 
     // --- Text
 
-    /// Makes `out` the text under `format` ("(%H-%L#%B)" for null), see above.
+    /// Makes `out` the text under `format` ("(%H-%L#%B)" for null), see objid.h.
     void PrintToVqString(VqString& out, const char* format = nullptr) const;
     /// Reads the value from `text`.
     void ScanFromVqString(const VqString& text, const char* format = nullptr);
@@ -250,7 +250,7 @@ class VQTM_API VqClassId : public VqIdentifierSlots<VqClassId> {
     /// True where this sorts behind the other.
     bool operator>(const VqClassId& other) const { return (*this != other) > 0; }
 
-    /// Makes `out` the text under `format` ("(%Cv%V)" for null), see above.
+    /// Makes `out` the text under `format` ("(%Cv%V)" for null), see objid.h.
     void PrintToVqString(VqString& out, const char* format = nullptr) const;
     /// Reads the value from `text`.
     void ScanFromVqString(const VqString& text, const char* format = nullptr);

@@ -213,10 +213,10 @@ class VQTM_API d_Date {
 
     // --- Text
 
-    /// Appends the date's text to `out` under `format`, see above; null gives year, month and day, "2005-03-07".
+    /// Appends the date's text to `out` under `format`, see stddate.h; null gives year, month and day, "2005-03-07".
     void PrintToVqString(VqString& out, const char* format = nullptr) const;
-    /// Reads the date from `text` under `format`, see above. Null reads year, month and day; a whole number alone is a
-    /// Julian day number, and text that is neither gives 0000-01-01.
+    /// Reads the date from `text` under `format`, see stddate.h. Null reads year, month and day; a whole number alone
+    /// is a Julian day number, and text that is neither gives 0000-01-01.
     void ScanFromVqString(const VqString& text, const char* format = nullptr);
 
     std::int16_t year;  ///< astronomical: 0 is the year before 1
@@ -299,10 +299,11 @@ class VQTM_API d_Time {
 
     // --- Text
 
-    /// Appends the time's text to `out` under `format`, see above; null gives the stored hour, and the zone behind it.
+    /// Appends the time's text to `out` under `format`, see stddate.h; null gives the stored hour, and the zone behind
+    /// it.
     void PrintToVqString(VqString& out, const char* format = nullptr) const;
-    /// Reads the time from `text` under `format`, see above. A scanned hour is stored as it stands; a text without a
-    /// zone has the default one. A null format reads hour, minute and second, with decimals and zone ("+01:00", "Z")
+    /// Reads the time from `text` under `format`, see stddate.h. A scanned hour is stored as it stands; a text without
+    /// a zone has the default one. A null format reads hour, minute and second, with decimals and zone ("+01:00", "Z")
     /// where they follow. Minutes and seconds that are missing are 0, and a date before the hour ("2005-03-07T") is
     /// passed over. A number alone is seconds since midnight, with decimals or without, and text that is neither gives
     /// zeros.
@@ -373,10 +374,10 @@ class VQTM_API d_Timestamp {
 
     // --- Text
 
-    /// Appends the text of both parts to `out` under `format`, see above; null puts a 'T' between the two.
+    /// Appends the text of both parts to `out` under `format`, see stddate.h; null puts a 'T' between the two.
     void PrintToVqString(VqString& out, const char* format = nullptr) const;
-    /// Reads both parts from `text` under `format`, see above. Under a null format a missing time is midnight, and a
-    /// number behind the date an hour; text without a date gives zeros but for month and day, 1.
+    /// Reads both parts from `text` under `format`, see stddate.h. Under a null format a missing time is midnight, and
+    /// a number behind the date an hour; text without a date gives zeros but for month and day, 1.
     void ScanFromVqString(const VqString& text, const char* format = nullptr);
 
     d_Date date;  ///< the day

@@ -23,8 +23,8 @@
 /// any run of white space, other characters only themselves. Conversions but `c` and `s` pass over white space first,
 /// and `%*d` reads without storing; flags and precision mean nothing. The first mismatch ends the scan: what was stored
 /// stays, and without a number the value keeps what it had. Integers saturate at the limits of 32 bits (signed for d
-/// and i, else unsigned, where -1 is 4294967295), then the type and the length keep the low bits: "70000" under %hd is
-/// 4464.
+/// and i, else unsigned, where -1 is 4294967295), then the type and the length keep the low bits: "70000" under "%hd"
+/// is 4464.
 ///
 /// Arrays print with ',' between the elements, and scan with it skipped; an element that cannot be read keeps its
 /// value, and the scan goes on behind the next comma. Where numbers are read, what an element leaves unread before that

@@ -117,7 +117,7 @@ static_assert(sizeof(VqNull_int) == 8 && sizeof(VqNull_unsigned) == 8);
 static_assert(sizeof(VqNull_long) == 8 && sizeof(VqNull_ulong) == 8 && sizeof(VqNull_float) == 8);
 static_assert(sizeof(VqNull_double) == 12 && sizeof(VqNull_VqInt64) == 12);
 
-/// Row functions of the nullable type `Null`, one of the eleven above. A null array is passed over by those that walk
+/// Row functions of the nullable type `Null`, one of eleven. A null array is passed over by those that walk
 /// values in memory; a count of 0 does nothing.
 template <class Null>
 struct VQTM_API VqNullSlots {
