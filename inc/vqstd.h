@@ -1,7 +1,8 @@
 /// \file
 /// Value classes in the standard library's company: ordering by <=>, std::hash, output to streams.
 ///
-///     std::map<VqDate, int>, std::ranges::sort(seals)          the classes' own order
+///     std::map<VqDate, int> perDay;                             the class's own order
+///     std::ranges::sort(seals);                                 the same
 ///     std::unordered_set<VqInt64> seen;
 ///     std::cout << VqDate(2005, 3, 7);                          2005-03-07
 ///
