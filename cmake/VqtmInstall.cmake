@@ -1,4 +1,5 @@
-# What `cmake --install` and CPack put in place: libraries, headers, the workbench, and the files by which others find them.
+# What `cmake --install` puts in place: libraries, headers, the workbench, and the files by which others find them. `Runtime` is what
+# programs need to run, `Development` what one needs beside it to build programs.
 include(CMakePackageConfigHelpers)
 get_property(libraries GLOBAL PROPERTY VQTM_LIBRARIES)
 get_property(headers GLOBAL PROPERTY VQTM_HEADERS)
@@ -20,6 +21,13 @@ if(TARGET vqtype)
   install(TARGETS vqtype RUNTIME COMPONENT Runtime)
   install(FILES examples/territories.csv DESTINATION "${CMAKE_INSTALL_DATADIR}/vqtm/examples" COMPONENT Runtime)
 endif()
+install(FILES LICENSE DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT Runtime)
+
+# The examples are a project of their own there, and their data are beside them.
+install(DIRECTORY examples/ DESTINATION "${CMAKE_INSTALL_DATADIR}/vqtm/examples" COMPONENT Development
+  FILES_MATCHING PATTERN "CMakeLists.txt" PATTERN "*.c" PATTERN "*.cpp" PATTERN "*.h" PATTERN "*.txt")
+install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT Development)
+install(DIRECTORY docs DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT Development FILES_MATCHING PATTERN "*.md")
 
 # find_package(vqtm)
 install(EXPORT vqtmTargets NAMESPACE vq:: DESTINATION "${package_dir}" COMPONENT Development)
@@ -33,19 +41,3 @@ set(pc_dir "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX BASE_DIRECTORY "${CMAKE_INSTALL_PREFIX}/${pc_dir}" OUTPUT_VARIABLE pc_prefix)
 configure_file(cmake/vqtm.pc.in "${PROJECT_BINARY_DIR}/vqtm.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/vqtm.pc" DESTINATION "${pc_dir}" COMPONENT Development)
-
-set(CPACK_PACKAGE_NAME vqtm)
-set(CPACK_PACKAGE_VENDOR "the vqtm authors")
-set(CPACK_RESOURCE_FILE_LICENSE "${PROJECT_SOURCE_DIR}/LICENSE")
-set(CPACK_PACKAGE_DIRECTORY "${PROJECT_SOURCE_DIR}/dist")
-set(CPACK_STRIP_FILES ON)
-if(WIN32)
-  set(CPACK_GENERATOR ZIP)
-  set(CPACK_SYSTEM_NAME win32)
-else()
-  set(CPACK_GENERATOR TGZ)
-  set(CPACK_SYSTEM_NAME "linux-${CMAKE_SYSTEM_PROCESSOR}")
-endif()
-if(PROJECT_IS_TOP_LEVEL)
-  include(CPack)
-endif()
