@@ -45,12 +45,10 @@ class VQTM_API VqBlob {
     static const long NotFound = 65535;        ///< Search's answer when nothing is found
 
     // --- Construction
-    //
-    // A length is a long: VqBlob(12L) has 12 bytes, VqBlob(12) is the text "12".
 
     /// Empty, not null.
     VqBlob();
-    /// `n` zero bytes.
+    /// `n` zero bytes. A length is a long: VqBlob(12L) has 12 bytes, VqBlob(12) is the text "12".
     VqBlob(long n);
     /// A copy of the `n` bytes at `bytes`.
     VqBlob(const void* bytes, long n);
@@ -154,29 +152,30 @@ class VQTM_API VqBlob {
     /// more, it stops. Never changes the length.
     void CopyTo(const VqBlob& source, long pos, long n);
 
-    // --- Numbers: what VqBlob(int) and its kind made is read back. Null, and bytes without a number, give 0.
+    /// \name Numbers
+    /// What VqBlob(int) and its kind made is read back. Null, and bytes without a number, give 0.
+    /// @{
 
     /// Decimal, as `atol` reads it, saturated at the limits of 32 bits on every target. No zero character is needed.
-    /// @{
     operator long() const;
+    /// The same number.
     operator int() const;
-    /// @}
-
     /// The low 16 bits.
     operator short() const;
     /// As `atof` reads it in the C locale.
     operator double() const;
+    /// @}
 
     // --- Text
-    //
-    //     %L        the length in bytes                                        [BLOB,len=3]
-    //     %X %x     the bytes as hexadecimal pairs, in capitals or small       07FF61   07ff61
-    //     %%        a per cent sign
-    //
-    // Everything else in a format is ordinary text. A null format is "[BLOB,len=%L]".
 
-    /// Appends the text under `format` to `out`, the null print string for null. Pairs that a string has no room for
-    /// are left out, so that what stands behind them in the format has its place: about 32000 bytes can be printed.
+    /// Appends the text under `format` to `out`, the null print string for null.
+    ///
+    ///     %L        the length in bytes                                        [BLOB,len=3]
+    ///     %X %x     the bytes as hexadecimal pairs, in capitals or small       07FF61   07ff61
+    ///     %%        a per cent sign
+    ///
+    /// Everything else in a format is ordinary text. A null format is "[BLOB,len=%L]". Pairs that a string has no room
+    /// for are left out, so that what stands behind them in the format has its place: about 32000 bytes can be printed.
     void PrintToVqString(VqString& out, const char* format = nullptr) const;
     /// Reads a text under `format`. A text that begins with the null print string makes the blob null. "%X" and "%x"
     /// read as many pairs as there are, of digits in either case, and make them the content. "%L" passes over a number
@@ -224,12 +223,11 @@ inline int VqBlob::Compare(const Record* a, const Record* b) {
 inline int VqBlob::operator!=(const VqBlob& other) const { return Compare(record_, other.record_); }
 
 // --- Rows of the descriptor table: disk form (see docs/formats.md)
-//
-// 32 bits: how many bytes follow for the whole array; then for each blob 32 bits, its length or -1 for null, and its
-// bytes. All numbers are in the format's byte order. An array without blobs takes no bytes at all.
 
-/// Writes `count` blobs to disk form. What the 32-bit total cannot count is left out: bytes at the end of a blob, and
-/// blobs behind it, which load as null. Returns the bytes written.
+/// Writes `count` blobs to disk form: 32 bits, how many bytes follow for the whole array; then for each blob 32 bits,
+/// its length or -1 for null, and its bytes. All numbers are in the format's byte order. An array without blobs takes
+/// no bytes at all. What the 32-bit total cannot count is left out: bytes at the end of a blob, and blobs behind it,
+/// which load as null. Returns the bytes written.
 VQTM_API unsigned long BlobStore(void* dst, const void* src, unsigned char format, unsigned long count);
 /// Reads `count` blobs from disk form, and returns the bytes consumed. Trusts the total alone: ask
 /// BlobSizeGetFromMemFile about bytes from elsewhere. A negative length is a null blob, a blob ends where the total

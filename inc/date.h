@@ -325,11 +325,9 @@ class VQTM_API VqTime {
 };
 
 // --- Rows of the descriptor table: disk form (see docs/formats.md)
-//
-// A date takes 4 bytes: the year as a short in the format's byte order, month, day. A time takes 3: hour, minute,
-// second. Addresses need no alignment.
 
-/// Writes `count` values to disk form. Returns the bytes written.
+/// Writes `count` values to disk form, 4 bytes of each date: the year as a short in the format's byte order, month,
+/// day; 3 of each time: hour, minute, second. Addresses need no alignment. Returns the bytes written.
 /// @{
 VQTM_API unsigned long DateStore(void* dst, const void* src, unsigned char format, unsigned long count);
 VQTM_API unsigned long TimeStore(void* dst, const void* src, unsigned char format, unsigned long count);

@@ -97,10 +97,9 @@ class VQTM_API VqDateTime {
 VQTM_API int GetSystemTimeInMSSinceTheEpoch(VqInt64& milliseconds);
 
 // --- Row of the descriptor table: disk form (see docs/formats.md)
-//
-// 7 bytes: the date's 4, then the time's 3. Addresses need no alignment.
 
-/// Writes `count` values to disk form. Returns the bytes written.
+/// Writes `count` values to disk form, 7 bytes of each: the date's 4, then the time's 3. Addresses need no alignment.
+/// Returns the bytes written.
 VQTM_API unsigned long DaTimeStore(void* dst, const void* src, unsigned char format, unsigned long count);
 /// Reads `count` values from disk form. Returns the bytes consumed.
 VQTM_API unsigned long DaTimeLoad(void* dst, const void* src, unsigned char format, unsigned long count);

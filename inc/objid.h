@@ -104,11 +104,13 @@ class VQTM_API VqIdentifierSlots {
     static double EvalAndBound(VqIdxBounds* indexBounds, unsigned short& operators, const void* key,
                                unsigned char format, unsigned long count, VqIdxBounds* scanBounds);
 
-    // --- Text. A null format is the row's: "(%H-%L#%B)", "(%Cv%V)" or "(%D:%H-%L#%B, %C)".
+    // --- Text
 
-    /// The text of one value replaces `text`; those of an array are appended, with commas between them. Returns `text`.
+    /// The text of one value replaces `text`; those of an array are appended, with commas between them. A null format
+    /// is the row's: "(%H-%L#%B)", "(%Cv%V)" or "(%D:%H-%L#%B, %C)". Returns `text`.
     static VqString& PrintToString(VqString& text, void* values, const char* format, unsigned long count);
-    /// Reads values with commas between them, beside those that the format has. Returns `values`.
+    /// Reads values with commas between them, beside those that the format has; a null format is the row's. Returns
+    /// `values`.
     static void* ScanFromString(void* values, VqString& text, const char* format, unsigned long count);
 };
 

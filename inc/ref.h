@@ -68,9 +68,10 @@ class VQTM_API VqRef : public VqIdentifierSlots<VqRef> {
 
     // --- Comparison: the class is not looked at
 
-    /// The same object in the same database.
+    /// The same object in the same database, whatever its class.
     bool operator==(const VqRef& other) const { return id == other.id && database == other.database; }
-    /// The order, -1, 0 or 1: by object, then by database. Stored keys have the database first (Compare).
+    /// The order, -1, 0 or 1: by object, then by database, without the class. Stored keys have the database first
+    /// (Compare).
     int operator!=(const VqRef& other) const {
         const int objects = id != other.id;
         return objects != 0 ? objects : (database > other.database) - (database < other.database);

@@ -53,8 +53,10 @@ class VQTM_API d_Interval {
     /// 26 hours back in time.
     d_Interval(int day, int hour, int minute, float second);
 
-    // --- Parts: the magnitude in days, hours, minutes and seconds, each with the sign of the interval. The
-    // constructor makes the same interval of the four again, where the days fit an int.
+    /// \name Parts
+    /// The magnitude in days, hours, minutes and seconds, each with the sign of the interval. The constructor makes the
+    /// same interval of the four again, where the days fit an int.
+    /// @{
 
     /// Whole days. Saturates; 0 for an interval that is not a number.
     int day() const;
@@ -64,6 +66,8 @@ class VQTM_API d_Interval {
     int minute() const;
     /// Seconds beyond the whole minutes, (-60, 60); not a number where the interval is none or infinite.
     float second() const;
+    /// @}
+
     /// 1 for an interval of no length, else 0.
     int is_zero() const { return seconds == 0; }
 
@@ -246,11 +250,12 @@ class VQTM_API d_Time {
     /// The default zone.
     static Time_Zone default_Time_Zone();
 
-    // --- Construction: where no zone is given, tz_hour is the default zone and tz_minute 0
+    // --- Construction
 
     /// Now, local time: the hour that the clock shows plus the zone.
     d_Time() : d_Time(VqTime::Now()) {}
-    /// The hour plus the zone, the minute, and the second with its hundredths, truncated.
+    /// The hour plus the zone, the minute, and the second with its hundredths, truncated. Here and wherever no zone is
+    /// given, it is the default one: tz_hour is that and tz_minute 0.
     d_Time(unsigned short hour, unsigned short minute, float second);
     /// The same in the zone given: hour + tz_hour, minute + tz_minute.
     d_Time(unsigned short hour, unsigned short minute, float second, short tz_hour, short tz_minute);
@@ -422,12 +427,10 @@ VQTM_API int overlaps(const d_Time& a, const d_Time& b, const d_Timestamp& c, co
 /// @}
 
 // --- Rows of the descriptor table: disk form (see docs/formats.md)
-//
-// A date takes 4 bytes: the year as a short in the format's byte order, month, day. A time takes 6, its fields as they
-// are. A timestamp is both, 10 bytes, and an interval a float, 4. Addresses need no alignment. Sizes of intervals are
-// those of floats.
 
-/// Writes `count` values to disk form. Returns the bytes written.
+/// Writes `count` values to disk form, 4 bytes of each date: the year as a short in the format's byte order, month,
+/// day; 6 of each time, its fields as they are; 10 of each timestamp, which is both; 4 of each interval, a float.
+/// Addresses need no alignment. Returns the bytes written.
 /// @{
 VQTM_API unsigned long d_DateStore(void* dst, const void* src, unsigned char format, unsigned long count);
 VQTM_API unsigned long d_TimeStore(void* dst, const void* src, unsigned char format, unsigned long count);
@@ -444,7 +447,7 @@ VQTM_API unsigned long d_IntervalLoad(void* dst, const void* src, unsigned char 
 /// @}
 
 /// Disk bytes of `count` values: 4 for each date, 6 for each time, 10 for each timestamp. Nothing is looked at; data
-/// and file may be null.
+/// and file may be null. Sizes of intervals are those of floats.
 /// @{
 VQTM_API unsigned long d_DateNullSizeGet(unsigned long count);
 VQTM_API unsigned long d_TimeNullSizeGet(unsigned long count);

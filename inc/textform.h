@@ -118,11 +118,11 @@ void PrintElements(VqString& out, unsigned long count, PrintElement printElement
 //
 // Rows of unsigned types share these functions and differ in their format.
 
-/// Prints `count` bytes one after the other, without separator, under `format` ("%c" for null). Returns `out`; null
-/// values print nothing.
+/// Prints `count` bytes one after the other, without separator, under `format` ("%c" for null). Returns `out`.
+/// Nothing is printed where `values` is null.
 VQTM_API VqString& CharPrint(VqString& out, void* values, const char* format, unsigned long count);
 /// Prints `count` numbers with commas between them, under `format` (null: "%d" for integers, "%f" for floating ones).
-/// Returns `out`; null values print nothing.
+/// Returns `out`. Nothing is printed where `values` is null.
 /// @{
 VQTM_API VqString& ShortPrint(VqString& out, void* values, const char* format, unsigned long count);
 VQTM_API VqString& LongPrint(VqString& out, void* values, const char* format, unsigned long count);
@@ -132,11 +132,11 @@ VQTM_API VqString& DoublePrint(VqString& out, void* values, const char* format, 
 /// @}
 
 /// Prints `count` strings with commas between them, under `format` ("%s" for null). Widths and precisions count
-/// characters. A null string prints the null print string. Returns `out`; null values print nothing.
+/// characters. A null string prints the null print string. Returns `out`. Nothing is printed where `values` is null.
 VQTM_API VqString& StringPrint(VqString& out, void* values, const char* format, unsigned long count);
 
 /// Reads `count` numbers, or bytes without separator, under `format` (null: "%c" for bytes, "%d" for other integers,
-/// "%f" for floating ones). What cannot be read keeps its value. Returns `values`; where they are null nothing is read.
+/// "%f" for floating ones). What cannot be read keeps its value. Returns `values`. Nothing is read where that is null.
 /// @{
 VQTM_API void* CharScan(void* values, VqString& text, const char* format, unsigned long count);
 VQTM_API void* ShortScan(void* values, VqString& text, const char* format, unsigned long count);
@@ -146,7 +146,7 @@ VQTM_API void* FloatScan(void* values, VqString& text, const char* format, unsig
 VQTM_API void* DoubleScan(void* values, VqString& text, const char* format, unsigned long count);
 /// @}
 
-/// Reads `count` strings under `format` ("%s" for null), and returns `values`; where they are null nothing is read.
+/// Reads `count` strings under `format` ("%s" for null), and returns `values`. Nothing is read where that is null.
 ///
 /// A conversion takes the text, blanks included, up to the character that follows it in the format, or to the end of
 /// the text; in an array each element but the last ends at its comma. The string takes the text's code set and

@@ -51,7 +51,7 @@ constexpr unsigned char VqNullMark = 254;
 
 /// Type identifiers: the row of each type in the descriptor table, and what objects on disk say of their members.
 enum VQTM_TYPE VqTypeId : char {
-    VqTypeId_char = 0,              ///< a byte, one character
+    VqTypeId_char = 0,              ///< 8 bits with sign, one character
     VqTypeId_short = 1,             ///< 16 bits with sign
     VqTypeId_long = 2,              ///< 32 bits with sign, on every target
     VqTypeId_double = 3,            ///< IEEE 754 binary64

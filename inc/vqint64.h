@@ -171,10 +171,9 @@ class VQTM_API VqInt64 {
 static_assert(sizeof(VqInt64) == 8);
 
 // --- Rows of the descriptor table: disk form (see docs/formats.md)
-//
-// 8 bytes: the low half, then the high half, each as a long in the format's byte order. Addresses need no alignment.
 
-/// Writes `count` values to disk form. Returns the bytes written.
+/// Writes `count` values to disk form, 8 bytes of each: the low half, then the high half, each as a long in the
+/// format's byte order. Addresses need no alignment. Returns the bytes written.
 VQTM_API unsigned long Int64Store(void* dst, const void* src, unsigned char format, unsigned long count);
 /// Reads `count` values from disk form. Returns the bytes consumed.
 VQTM_API unsigned long Int64Load(void* dst, const void* src, unsigned char format, unsigned long count);

@@ -20,6 +20,8 @@ class VqChar;
 class VqCharOperation;
 
 /// One text. Without text it has no buffer; the null value (SetNullValue) has none either.
+///
+/// Text given by pointer is taken to be in the string's code set as it stands. Null or empty text gives no buffer.
 class VQTM_API VqString {
   public:
     /// A count that means all characters, or up to the end.
@@ -28,8 +30,6 @@ class VQTM_API VqString {
     static constexpr unsigned MaxSize = 65533;
 
     // --- Construction
-    //
-    // Text given by pointer is taken to be in the string's code set as it stands. Null or empty text gives no buffer.
 
     /// Empty, in the default code set and language.
     VqString();
@@ -116,9 +116,9 @@ class VQTM_API VqString {
     /// a text that was emptied through operator[] is written anew.
     void AppendChars(const void* text, unsigned char codeSet, unsigned short n);
 
-    // --- Editing
-    //
-    // Each returns this string. A text in another code set is mapped.
+    /// \name Editing
+    /// Each returns this string. A text in another code set is mapped.
+    /// @{
 
     /// Inserts `text` before position `pos`; nothing happens behind the end.
     VqString& Insert(const VqString& text, unsigned short pos);
@@ -158,6 +158,7 @@ class VQTM_API VqString {
     VqString& ReplaceAll(char from, char to, unsigned short start = 0);
     /// The same with characters of the default 16-bit code set.
     VqString& ReplaceAll(unsigned short from, unsigned short to, unsigned short start = 0);
+    /// @}
 
     // --- Parts
 
@@ -172,10 +173,10 @@ class VQTM_API VqString {
     /// One empty string for all, in the native code set and the neutral language.
     static const VqString& EmptyString();
 
-    // --- Search
-    //
-    // Results are the position of the first match at or after `start`, or -1. A position above 32767 comes out
-    // negative: convert to unsigned short, where only 65535 is none.
+    /// \name Search
+    /// Results are the position of the first match at or after `start`, or -1. A position above 32767 comes out
+    /// negative: convert to unsigned short, where only 65535 is none.
+    /// @{
 
     /// Searches by VqStrCmp of the text from each position with `pattern`. With VqCmp_Exact in `op`, and with
     /// VqCmp_Default, the pattern is taken as it is and compared over its own length. Any other `op` reads the pattern
@@ -192,6 +193,7 @@ class VQTM_API VqString {
     short Find(unsigned short c, unsigned short start = 0, unsigned short op = VqCmp_Default) const;
     /// Find from the start.
     short SubStringPos(const VqString& pattern, unsigned short op = VqCmp_Default) const;
+    /// @}
 
     /// Makes VqStrCmp read characters with the first collation order of `c` as any run of characters ('*' at start), as
     /// any one character ('?' at start), or as a mark that takes the next one literally (none at start). A zero
@@ -228,11 +230,11 @@ class VQTM_API VqString {
     /// Relabels the text; nothing else changes.
     void SetLanguage(unsigned char language) { language_ = language; }
 
-    // --- Numbers
-    //
-    // Integers are read as `strtol` with base 0 does (0x: hexadecimal, leading 0: octal), or as `atol` where the lowest
-    // bit of the library's option byte is set. They saturate at the limits of 32 bits on every target. Text without a
-    // number gives 0.
+    /// \name Numbers
+    /// Integers are read as `strtol` with base 0 does (0x: hexadecimal, leading 0: octal), or as `atol` where the
+    /// lowest bit of the library's option byte is set. They saturate at the limits of 32 bits on every target. Text
+    /// without a number gives 0.
+    /// @{
 
     /// The number at the start of the text.
     operator int() const;
@@ -246,6 +248,7 @@ class VQTM_API VqString {
     int Atol(long& out) const;
     /// As Atol with base 0.
     int Strtol(long& out) const;
+    /// @}
 
     // --- Code set
 

@@ -25,8 +25,8 @@ constexpr int VqVersion_Compatible = 0;    ///< the two can work together
 constexpr int VqVersion_OtherMajor = 1;    ///< not the same major version
 constexpr int VqVersion_OtherMinor = 2;    ///< not the same minor version
 constexpr int VqVersion_NewerRelease = 3;  ///< the caller expects what this library does not have yet
-constexpr int VqVersion_NewerBuild = 4;    ///< the same release, but the caller is of a newer build
-constexpr int VqVersion_NewerPatch = 5;    ///< the same build, but the caller is of a newer patch
+constexpr int VqVersion_NewerBuild = 4;    ///< the release is the same, the caller of a newer build
+constexpr int VqVersion_NewerPatch = 5;    ///< all that is compared before is the same, the caller of a newer patch
 
 /// Whether a library or program built for the given version can work with this one: major and minor are the same and
 /// the release is not newer. `flags` is a sum of VqVersionCheck_ values (others are ignored); 4 and 8 compare build and
