@@ -4,6 +4,7 @@
 #include <memory>
 #include <new>
 
+#include "memoryhandler.h"
 #include "stringiterator.h"
 #include "valueslots.h"
 #include "vqtypes.h"
@@ -11,7 +12,11 @@
 // --- The record
 
 VqTypeConvertData* VqTypeConvertData::Make(unsigned char type, unsigned long count, void* data, VqTypeMgr* manager) {
-    return new (std::nothrow) VqTypeConvertData(type, count, data, manager);
+    do {
+        auto* const record = new (std::nothrow) VqTypeConvertData(type, count, data, manager);
+        if (record != nullptr) return record;
+    } while (VqCallMemoryHandler(sizeof(VqTypeConvertData)) != 0);
+    return nullptr;
 }
 
 VqTypeConvertData::~VqTypeConvertData() {
@@ -63,6 +68,20 @@ Codes UsedCodes(const VqTypeConvertData& record, const VqString& text) {
     return used;
 }
 
+// Appends every string with the separator behind it. A string is copied as a whole when it grows, so that many short
+// ones are gathered in a short one first.
+void JoinTexts(VqString& text, const VqTypeConvertData& record, const VqString& separator) {
+    constexpr unsigned short Gathered = 512;
+    VqString part(text.GetCodeSet(), text.GetLanguage());
+    for (unsigned long i = 0; i < record.count; ++i) {
+        part += static_cast<const VqString*>(record.data)[i];
+        part += separator;
+        if (part.GetSize() < Gathered && i + 1 != record.count) continue;
+        text += part;
+        part = VqString(text.GetCodeSet(), text.GetLanguage());
+    }
+}
+
 // The part of `text` up to the separator, behind which the walk goes on. A null text's language would make it null.
 VqString TakeText(VqStringIterator& at, const VqString& text, unsigned short separator) {
     const unsigned long start = at.GetOffset(), position = at.GetPosition();
@@ -85,15 +104,9 @@ unsigned short LastCharacter(const VqString& text) {
 VqString* VqTypeMgr::ConvertToVqStringOld(void* values, char id, unsigned long count) {
     const std::unique_ptr<VqTypeConvertData> record(ConvertTo(id, values, count));
     if (record == nullptr) return nullptr;
-    VqString* const text = static_cast<VqString*>(Create(VqTypeId_VqString, 1));
-    if (text != nullptr) {
-        const VqString separator = ChooseSeparator(*text, UsedCodes(*record, *text));
-        for (unsigned long i = 0; i < count; ++i) {
-            if (i < record->count) *text += static_cast<const VqString*>(record->data)[i];
-            *text += separator;
-        }
-    }
-    return text;
+    vq::Values<VqString> text(static_cast<VqString*>(Create(VqTypeId_VqString, 1)));
+    if (text != nullptr) JoinTexts(text[0], *record, ChooseSeparator(text[0], UsedCodes(*record, text[0])));
+    return text.release();
 }
 
 void* VqTypeMgr::ConvertFromVqStringOld(VqString& text, char id, unsigned long count) {

@@ -184,16 +184,20 @@ void* ReadTexts(const VqTypeConvertData* data, unsigned long count, Read read) {
 
 // --- Default values
 
+// Frees a record and the strings that it holds without a manager.
+struct DeleteTexts {
+    void operator()(VqTypeConvertData* record) const {
+        delete[] static_cast<VqString*>(record->data);
+        record->data = nullptr;
+        delete record;
+    }
+};
+
 // What empty texts convert to.
 template <VqConvertFromFunc ConvertFrom>
 void* DefaultValue(unsigned long count, int) {
-    VqTypeConvertData* const record = MakeTexts(count, [](unsigned long, VqString&) {});
-    if (record == nullptr) return nullptr;
-    void* const values = ConvertFrom(record, count);
-    delete[] static_cast<VqString*>(record->data);
-    record->data = nullptr;
-    delete record;
-    return values;
+    const std::unique_ptr<VqTypeConvertData, DeleteTexts> record(MakeTexts(count, [](unsigned long, VqString&) {}));
+    return record != nullptr ? ConvertFrom(record.get(), count) : nullptr;
 }
 
 // The same for a class T with a null of its own, which `asNull` asks for.

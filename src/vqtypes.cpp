@@ -4,6 +4,7 @@
 #include <array>
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -537,9 +538,10 @@ int VqTypeMgr::SetNullValue(char id, void* value) {
     const VqTypeDescriptor& row = Row(id);
     const int status = row.setNull != nullptr ? row.setNull(value) : VqStatus_NotSupported;
     if (status != VqStatus_NotSupported) return status;
-    void* const empty = row.defaultValue(1, 0);
-    if (empty != nullptr) row.assignment(value, empty, 1, 1);
-    row.destroy(empty, 1);
+    // What an empty text converts to.
+    const auto release = [&row](void* made) { row.destroy(made, 1); };
+    const std::unique_ptr<void, decltype(release)> empty(row.defaultValue(1, 0), release);
+    if (empty != nullptr) row.assignment(value, empty.get(), 1, 1);
     return VqStatus_Ok;
 }
 

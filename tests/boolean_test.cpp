@@ -80,20 +80,4 @@ TEST(VqBoolean, PrintsAndScans) {
     EXPECT_TRUE(booleans[0] == 1 && booleans[1] == 1);
 }
 
-// The exchange texts, and what becomes of texts that the row does not write.
-TEST(VqBoolean, ConvertsThroughDigits) {
-    VqTypeMgr manager(5);
-    VqBoolean values[] = {1, 0, null, Byte(200)};
-    VqTypeConvertData* const texts = manager.ConvertTo(VqTypeId_VqBoolean, values, 4);
-    EXPECT_EQ(Bytes(*texts->GetString(0)) + Bytes(*texts->GetString(1)) + Bytes(*texts->GetString(3)), "100");
-    EXPECT_TRUE(texts->GetString(2)->IsNullValue());
-    *texts->GetString(0) = "1x";
-    *texts->GetString(1) = Wide(u"1");
-    *texts->GetString(3) = "TRUE";
-    auto* const back = static_cast<VqBoolean*>(manager.ConvertFrom(VqTypeId_VqBoolean, texts, 5));
-    EXPECT_EQ(Hex(back, 5), "01 01 ff 00 ff");
-    manager.Delete(VqTypeId_VqBoolean, back, 5);
-    delete texts;
-}
-
 }  // namespace

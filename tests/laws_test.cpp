@@ -145,19 +145,6 @@ TEST_P(Laws, TranslateIsStoreLoadAssignOrCopy) {
     }
 }
 
-TEST_P(Laws, NullAndDefaultValues) {
-    const bool hasNull = manager.SupportsNullValue(id) != 0;
-    const RowValues defaults(manager, id, 3, manager.DefaultValue(id, 3, 0));
-    const RowValues nulls(manager, id, 3, manager.DefaultValue(id, 3, 1));
-    EXPECT_EQ(nulls.IsNull(2), hasNull);
-    EXPECT_EQ(manager.DiskIsNullValue(id, samples->Store(1, 0, 1).data()), VqStatus_NotSupported);
-    for (unsigned long i = 0; i < count; ++i) {
-        EXPECT_EQ(manager.SetNullValue(id, samples->At(i)), VqStatus_Ok);
-        EXPECT_EQ(samples->IsNull(i), hasNull);
-        ExpectEqual(*samples, i, hasNull ? nulls : defaults, 2);
-    }
-}
-
 TEST_P(Laws, NoValuesAreNoTrouble) {
     unsigned char nothing[1] = {0xA5};
     const RowValues none(manager, id, 0ul);
@@ -349,15 +336,6 @@ TEST(GoldenBytes, EveryRowWritesThem) {
                               own.exchange.empty() ? none : text);
         EXPECT_EQ(StoredHex(value, VqFormat_LittleEndian), columns[2]);
         EXPECT_EQ(StoredHex(value, VqFormat_BigEndian), columns.back());
-    });
-}
-
-TEST(GoldenBytes, EveryRowHasItsDefaultValue) {
-    CheckGoldenRows("defaults.txt", [](VqTypeMgr& manager, char id, const std::vector<std::string>& columns) {
-        for (const int asNull : {0, 1}) {
-            const RowValues value(manager, id, 1, manager.DefaultValue(id, 1, asNull));
-            EXPECT_EQ(StoredHex(value, VqFormat_BigEndian), asNull ? columns.back() : columns[1]);
-        }
     });
 }
 

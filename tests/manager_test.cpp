@@ -1,4 +1,4 @@
-// The type manager: what it adds to its rows, the exchange form, the default manager.
+// The type manager: what it adds to its rows, the default manager.
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -178,109 +178,6 @@ TEST(TypeMgr, CreateAsksTheMemoryHandlerAndGivesNull) {
     EXPECT_EQ(manager.DefaultValue(VqTypeId_short, ULONG_MAX, 0), nullptr);
     EXPECT_EQ(manager.ConvertFrom(VqTypeId_int, nullptr, ULONG_MAX), nullptr);
     VqSetMemoryHandler(before);
-}
-
-// --- Exchange form
-
-TEST(ConvertData, AReleasedRecordHoldsNothing) {
-    VqTypeMgr manager(5);
-    alignas(VqTypeConvertData) unsigned char memory[sizeof(VqTypeConvertData)];
-    std::int32_t value = 1;
-    VqTypeConvertData* made = manager.ConvertTo(VqTypeId_long, &value, 1);
-    ASSERT_NE(made, nullptr);
-    std::memcpy(memory, made, sizeof memory);
-    made->manager = nullptr;
-    delete made;  // without a manager it leaves its strings
-
-    auto* const record = reinterpret_cast<VqTypeConvertData*>(memory);
-    EXPECT_EQ(Bytes(*record->GetString(0)), "1");
-    EXPECT_EQ(record->GetString(-1), nullptr);
-    EXPECT_EQ(record->GetString(1), nullptr);
-    for (int releases = 0; releases < 2; ++releases) {
-        record->~VqTypeConvertData();
-        EXPECT_EQ(record->type, VqTypeConvertData::Released);
-        EXPECT_EQ(record->count, 0u);
-        EXPECT_EQ(record->data, nullptr);
-        EXPECT_EQ(record->GetString(0), nullptr);
-    }
-}
-
-TEST(ConvertData, NumbersTravelAsTheSignedOnesOfTheirWidth) {
-    VqTypeMgr manager(5);
-    const struct {
-        char from;
-        const char* value;
-        const char* text;
-        char to;
-        const char* result;
-    } cases[] = {
-        {VqTypeId_VqByte, "0xc8", "-56", VqTypeId_short, "-56"},
-        {VqTypeId_char, "a", "97", VqTypeId_double, "97.000000"},
-        {VqTypeId_VqWord, "60000", "-5536", VqTypeId_VqWord, "60000"},
-        {VqTypeId_VqDWord, "4294967295", "-1", VqTypeId_long, "-1"},
-        {VqTypeId_long, "70000", "70000", VqTypeId_short, "4464"},
-        {VqTypeId_double, "0.1", "0.1", VqTypeId_float, "0.100000"},
-        {VqTypeId_double, "1e15", "1e+15", VqTypeId_int, "1"},
-        {VqTypeId_float, "2.5", "2.5", VqTypeId_int, "2"},
-        {VqTypeId_VqString, "0x10", "0x10", VqTypeId_int, "16"},
-        {VqTypeId_VqString, "word", "word", VqTypeId_VqNull_int, "0"},
-        {VqTypeId_VqNull_short, "{NULL}", "", VqTypeId_short, "0"},
-        {VqTypeId_VqNull_short, "{NULL}", "", VqTypeId_VqString, "{NULL}"},
-        {VqTypeId_VqString, "{NULL}", "", VqTypeId_VqNull_double, "{NULL}"},
-        {VqTypeId_VqNull_VqInt64, "-5000000000", "-5000000000", VqTypeId_long, "-2147483648"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(manager.NameGet(c.from, nullptr) + std::string(" ") + c.value);
-        const RowValues from(manager, c.from, std::vector<std::string>{c.value});
-        VqTypeConvertData* const record = manager.ConvertTo(c.from, from.Get(), 1);
-        EXPECT_EQ(Bytes(*record->GetString(0)), c.text);
-        EXPECT_EQ(record->GetString(0)->IsNullValue(), from.IsNull(0));
-        const RowValues to(manager, c.to, 1, manager.ConvertFrom(c.to, record, 1));
-        EXPECT_EQ(to.Print(0), c.result);
-        delete record;
-    }
-}
-
-TEST(ConvertData, OneTextForAllValues) {
-    VqTypeMgr manager(5);
-    const std::vector<std::vector<std::string>> cases = {{"a", "b"}, {"", "\x01,\x02", "x"}, {"one"}, {}, {"", ""}};
-    for (const auto& texts : cases) {
-        const RowValues strings(manager, VqTypeId_VqString, texts);
-        VqString* const text = manager.ConvertToVqStringOld(strings.Get(), VqTypeId_VqString, strings.Count());
-        std::string expected;
-        const char separator = texts.size() == 3 ? '\x03' : '\x01';
-        for (const std::string& one : texts) expected += one + separator;
-        EXPECT_EQ(Bytes(*text), expected);
-
-        const auto count = strings.Count();
-        const RowValues back(manager, VqTypeId_VqString, count + 1,
-                             manager.ConvertFromVqStringOld(*text, VqTypeId_VqString, count + 1));
-        for (unsigned long i = 0; i < count; ++i) EXPECT_EQ(back.Print(i), texts[i]);
-        EXPECT_EQ(back.Print(count), "");
-        EXPECT_EQ(Bytes(*text), expected) << "the text stays";
-        manager.Delete(VqTypeId_VqString, text, 1);
-    }
-}
-
-TEST(ConvertData, TheSeparatorOfOneTextOccursInNoValue) {
-    VqTypeMgr manager(5);
-    // Every character that could be one, in code set 1, but the last; 9E comes from another code set.
-    std::string most;
-    for (int c = 1; c < 254; ++c) most += c == 0x9E ? "" : std::string(1, static_cast<char>(c));
-    VqString strings[] = {VqString(most.c_str()), Wide(u"\u017E")};
-    VqString* text = manager.ConvertToVqStringOld(strings, VqTypeId_VqString, 2);
-    EXPECT_EQ(Bytes(*text), most + "\xFE\x9E\xFE");
-    manager.Delete(VqTypeId_VqString, text, 1);
-
-    strings[0] = VqString((most += '\x9E').c_str());
-    strings[1] = VqString("\xFE");
-    text = manager.ConvertToVqStringOld(strings, VqTypeId_VqString, 2);
-    EXPECT_EQ(Bytes(*text), most + ",\xFE,");
-    manager.Delete(VqTypeId_VqString, text, 1);
-
-    VqString numbers("10;0x20;-3;");
-    const RowValues longs(manager, VqTypeId_long, 3, manager.ConvertFromVqStringOld(numbers, VqTypeId_long, 3));
-    EXPECT_EQ(longs.Print(0) + longs.Print(1) + longs.Print(2), "1032-3");
 }
 
 // --- Nullity

@@ -392,17 +392,9 @@ TEST(IStringRows, MemoryFilesGuardEveryTruncationAndLength) {
     }
 }
 
-TEST(IStringRows, ExchangeTextsAreInTheNativeSet) {
+TEST(IStringRows, TextsAreInTheNativeSet) {
     VqTypeMgr manager(5);
     VqIString values[2] = {"\x80uro", VqIString()};
-    VqTypeConvertData* const texts = manager.ConvertTo(VqTypeId_VqIString, values, 2);
-    EXPECT_EQ(texts->GetString(0)->GetCodeSet(), 1);
-    EXPECT_EQ(Bytes(*texts->GetString(0)), "\x80uro");
-    EXPECT_FALSE(texts->GetString(1)->IsNullValue());
-    *texts->GetString(1) = Wide(u"\u20ACx");
-    const RowValues back(manager, VqTypeId_VqCaseIString, 2, manager.ConvertFrom(VqTypeId_VqCaseIString, texts, 2));
-    delete texts;
-    Expect(static_cast<VqCaseIString*>(back.Get())[1], "\x80x");
     VqString out(253, 0);
     manager.PrintToVqString(VqTypeId_VqIString, out, values, "<%6s>", 1);
     EXPECT_EQ(Units(out), u"<  \u20ACuro>");

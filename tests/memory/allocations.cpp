@@ -6,9 +6,11 @@
 namespace vqtest {
 
 long Allocations::blocks = 0;
+long Allocations::objects = 0;
 long Allocations::made = 0;
 long Allocations::left_ = -1;
 bool Allocations::failed_ = false;
+bool Allocations::throws_ = false;
 
 bool Allocations::Fails() {
     if (left_ < 0 || left_-- != 0) return false;
@@ -46,20 +48,34 @@ void __wrap_free(void* block) {
 }
 }
 
-// What neither can fail nor counts among the blocks.
-void* operator new(std::size_t n) {
+namespace {
+
+void* NewBlock(std::size_t n) {
     ++Allocations::made;
-    if (void* const block = __real_malloc(n != 0 ? n : 1)) return block;
-    throw std::bad_alloc();
+    void* const block = __real_malloc(n != 0 ? n : 1);
+    Allocations::objects += block != nullptr;
+    return block;
+}
+
+}  // namespace
+
+// What fails only where that is asked for, and does not count among the blocks.
+void* operator new(std::size_t n) {
+    void* const block = Allocations::Throws() ? nullptr : NewBlock(n);
+    if (block == nullptr) throw std::bad_alloc();
+    return block;
 }
 void* operator new[](std::size_t n) { return operator new(n); }
-void operator delete(void* block) noexcept { __real_free(block); }
-void operator delete[](void* block) noexcept { __real_free(block); }
-void operator delete(void* block, std::size_t) noexcept { __real_free(block); }
-void operator delete[](void* block, std::size_t) noexcept { __real_free(block); }
+void operator delete(void* block) noexcept {
+    Allocations::objects -= block != nullptr;
+    __real_free(block);
+}
+void operator delete[](void* block) noexcept { operator delete(block); }
+void operator delete(void* block, std::size_t) noexcept { operator delete(block); }
+void operator delete[](void* block, std::size_t) noexcept { operator delete(block); }
 
 // The library's own: records, scratch texts, the arrays of a row.
 void* operator new(std::size_t n, const std::nothrow_t&) noexcept {
-    return Allocations::Fails() ? nullptr : ::operator new(n);
+    return Allocations::Fails() ? nullptr : NewBlock(n);
 }
 void* operator new[](std::size_t n, const std::nothrow_t&) noexcept { return operator new(n, std::nothrow); }

@@ -10,8 +10,9 @@
 namespace vqtest {
 
 struct Allocations {
-    static long blocks;  // of the C heap, in use
-    static long made;    // so far, by the C heap and by new
+    static long blocks;   // of the C heap, in use
+    static long objects;  // of new, in use
+    static long made;     // so far, by the C heap and by new
 
     // Runs something while one of its allocations fails, counted from 0; those after it succeed again. False when it
     // has not so many. Neither `new` that throws nor the tests' own containers fail.
@@ -23,11 +24,21 @@ struct Allocations {
         left_ = -1;
         return failed_;
     }
+    // The same where also `new` throws, which `run` catches.
+    template <class Run>
+    static bool FailingOrThrowing(long allocation, Run run) {
+        throws_ = true;
+        const bool failed = Failing(allocation, run);
+        throws_ = false;
+        return failed;
+    }
     static bool Fails();
+    static bool Throws() { return throws_ && Fails(); }
 
   private:
     static long left_;
     static bool failed_;
+    static bool throws_;
 };
 
 // While it lives, the memory handler notes the sizes that were refused, and says whether to try again.
