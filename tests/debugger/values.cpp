@@ -183,6 +183,7 @@ void Run() {
     // What never was a value, and what points nowhere
     Raw<VqString> rawString(0x5A);
     Raw<VqBlob> rawBlob(0x5A);
+    const VqBlob& blobNowhere = rawBlob.Get();
     Raw<VqIString> rawIString(0x5A);
     Raw<VqTypeMgr> rawManager(0x5A);
     VqTypeConvertData* wild = VqTypeConvertData::Make(VqTypeId_VqString, 3, &rawBlob, nullptr);

@@ -11,7 +11,8 @@ GDB loads them by itself with the shared library (see loader.py.in). Where it ca
 
     (gdb) source PREFIX/share/vqtm/gdb/vqtm_printers.py
 
-does it. They need the types' debug information, which every program has that is compiled with -g, and the library need not have.
+does it. They need the types' debug information. A program that g++ compiled with -g has it, and the library need not; clang++ leaves
+classes to the library unless it is told -fstandalone-debug.
 
 A printer reads memory and nothing else: it calls no function of the program, so that core files show the same as a process does.
 Whatever a value holds, it prints something: a value that was never constructed shows its bytes' meaning, and what cannot be read is
@@ -23,9 +24,11 @@ import struct
 
 import gdb
 import gdb.printing
+import gdb.types
 
 NULL = '{NULL}'
 UNREADABLE = 'unreadable'
+UNKNOWN = 'without debug information'
 
 # --- What numbers stand for: type identifiers, code sets, languages
 
@@ -119,6 +122,11 @@ def bytes_at(address, count):
 
 def address_of(pointer):
     return int(pointer) & ((1 << 8 * pointer.type.sizeof) - 1)
+
+
+def unreadable(value):
+    """Why a value cannot be shown: a class without fields is known by name alone."""
+    return UNREADABLE if gdb.types.get_basic_type(value.type).fields() else UNKNOWN
 
 
 def most_elements():
@@ -503,7 +511,7 @@ class ConvertDataPrinter:
             owned = '' if address_of(self.value['manager']) != 0 else ', not owned'
             return f'{counted(count, "value")} of {name}{owned}'
         except (gdb.error, RuntimeError):
-            return UNREADABLE
+            return unreadable(self.value)
 
     def children(self):
         for index in range(self.count()):
@@ -542,7 +550,7 @@ class TextPrinter:
         try:
             return self.text(self.value)
         except (gdb.error, RuntimeError):
-            return UNREADABLE
+            return unreadable(self.value)
 
 
 def text_printer(text):
