@@ -394,7 +394,7 @@ VQTM_API int operator!=(const d_Timestamp& a, const d_Timestamp& b);
 
 // --- Comparison by the three-way results
 
-/// Defines the other comparisons of a class by its `operator!=`.
+/// Defines the other comparisons of a class by its `operator!=`, within this header alone.
 #define VQTM_COMPARISONS(Value)                                                     \
     inline int operator==(const Value& a, const Value& b) { return (a != b) == 0; } \
     inline int operator<(const Value& a, const Value& b) { return (a != b) < 0; }   \

@@ -268,7 +268,7 @@ class VQTM_TYPE VqCaseIString : public vq::IStringMembers<VqCaseIString> {
 
 // --- Rows of the descriptor table: disk form (see docs/formats.md), the same for both classes
 
-/// Declares the row functions of a class.
+/// Declares the row functions of a class, within this header alone.
 #define VQTM_ISTRING_ROW(Name)                                                                                 \
     VQTM_API unsigned long Name##Store(void* dst, const void* src, unsigned char format, unsigned long count); \
     VQTM_API unsigned long Name##Load(void* dst, const void* src, unsigned char format, unsigned long count);  \

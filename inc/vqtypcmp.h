@@ -30,7 +30,7 @@
 #include "vqdefs.h"
 #include "vqnull.h"
 
-/// Declares one of these functions.
+/// Declares one of these functions, within this header alone.
 #define VQTM_COMPARE_FUNCTION(Name)                                                                           \
     VQTM_API int Name(unsigned char format, unsigned long length1, const void* value1, unsigned long length2, \
                       const void* value2, unsigned short flags, unsigned long count, int& error);

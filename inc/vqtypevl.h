@@ -63,7 +63,7 @@ enum VqOperator : unsigned short {
 /// The most bytes of a string key in an index; longer ones are clipped.
 constexpr unsigned long VqINDEX_MAX_KEYLEN = 254;
 
-/// Declares one of these functions, `Name`EvalAndBound.
+/// Declares one of these functions, within this header alone.
 #define VQTM_BOUNDS_FUNCTION(Name)                                                                           \
     VQTM_API double Name##EvalAndBound(VqIdxBounds* indexBounds, unsigned short& operators, const void* key, \
                                        unsigned char format, unsigned long count, VqIdxBounds* scanBounds);

@@ -20,7 +20,7 @@
 
 #include "vqdefs.h"
 
-/// Declares one of these functions.
+/// Declares one of these functions, within this header alone.
 #define VQTM_HASH_FUNCTION(Name)                                                                                     \
     VQTM_API unsigned long Name(unsigned char format, unsigned long length, const void* values, unsigned long count, \
                                 int& error);

@@ -53,7 +53,7 @@ VQBASE_API unsigned long UnsignedLoad(void* dst, const void* src, unsigned char 
 
 // SIZES
 
-/// Declares the three size functions of a type.
+/// Declares the three size functions of a type, within this header alone.
 #define VQBASE_SIZE_FUNCTIONS(Type)                                                                          \
     VQBASE_API unsigned long Type##SizeGet(const void* data, unsigned char dataFormat, unsigned char format, \
                                            unsigned long count);                                             \
