@@ -1,4 +1,4 @@
-// The type manager: what it adds to its rows, the default manager.
+// The type manager: what it adds to its rows.
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -6,9 +6,7 @@
 #include <new>
 
 #include "_vqnulty.h"
-#include "library.h"
 #include "rowvalues.h"
-#include "vqlanguagecontext.h"
 #include "vqnull.h"
 
 using namespace vqtest;
@@ -191,40 +189,6 @@ TEST(Nullity, NullSortsFirstAndNoneIsReported) {
     EXPECT_EQ(VqNullityCompare(VqNullityClass(false, false)), 0);
     ASSERT_EQ(asserts.Lines().size(), 1u);
     EXPECT_EQ(asserts.Lines()[0].rfind("nr != unknown src\\_vqnulty:", 0), 0u);
-}
-
-// --- Library
-
-TEST(Library, TheDefaultManagerLivesFromAttachToDetach) {
-    VqTypeMgr* const first = DefaultTypeMgr();
-    ASSERT_NE(first, nullptr) << "a loaded library is attached";
-    EXPECT_EQ(first->SupportsNullValue(VqTypeId_VqString), 1);
-
-    VqTypeMgr* const own = new VqTypeMgr(3);
-    EXPECT_EQ(DefaultTypeMgr(own), first);
-    EXPECT_EQ(DefaultTypeMgr(nullptr), own);
-    VqLanguageContext::SetDefaultCmpOp(VqCmp_IgnoreCase);
-    ___VqTypemgrContext(0);  // deletes it, and resets the languages
-    EXPECT_EQ(DefaultTypeMgr(), nullptr);
-    EXPECT_EQ(VqLanguageContext::GetDefaultCmpOp(), VqCmp_Exact);
-    ___VqTypemgrContext(0);
-    EXPECT_EQ(DefaultTypeMgr(), nullptr);
-
-    ___VqTypemgrContext(1);
-    ASSERT_NE(DefaultTypeMgr(), nullptr);
-    EXPECT_NE(DefaultTypeMgr(), first);
-    EXPECT_EQ(DefaultTypeMgr()->SupportsNullValue(VqTypeId_VqString), 1);
-    ___VqTypemgrContext(0);
-    DefaultTypeMgr(first);
-}
-
-TEST(Library, TheOptionBlockMakesNumbersInStringsDecimal) {
-    EXPECT_EQ(*___VqTypeMgrOptions(), 0u);
-    *___VqTypeMgrOptions() = 1;
-    const int decimal = VqString("010");
-    *___VqTypeMgrOptions() = 0;
-    EXPECT_EQ(decimal, 10);
-    EXPECT_EQ(static_cast<int>(VqString("010")), 8);
 }
 
 }  // namespace

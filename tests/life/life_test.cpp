@@ -1,0 +1,170 @@
+// The library's life in a process: a plug-in brings it in, uses it in one of the ways in which hosts do, and takes it
+// out again. Afterwards it is gone, and so is all that it allocated.
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstring>
+#include <thread>
+#include <vector>
+
+#include "countednew.h"
+#include "plugin.h"
+
+#if defined(_WIN32)
+#include <windows.h>
+#else
+#include <dlfcn.h>
+#endif
+
+namespace {
+
+using vqtest::liveBlocks;
+using vqtest::Plugin;
+
+// --- Loading
+
+#if defined(_WIN32)
+
+using Module = HMODULE;
+Module Open(const char* path) { return LoadLibraryA(path); }
+bool Close(Module module) { return FreeLibrary(module) != 0; }
+FARPROC Find(Module module, const char* name) { return GetProcAddress(module, name); }
+bool IsLibraryLoaded() { return GetModuleHandleA("vq95FtmB.dll") != nullptr; }
+
+#else
+
+using Module = void*;
+Module Open(const char* path) { return dlopen(path, RTLD_NOW | RTLD_LOCAL); }
+bool Close(Module module) { return dlclose(module) == 0; }
+void* Find(Module module, const char* name) { return dlsym(module, name); }
+bool IsLibraryLoaded() {
+    void* const library = dlopen("libvq95FtmB.so.9", RTLD_NOW | RTLD_NOLOAD);
+    if (library != nullptr) dlclose(library);
+    return library != nullptr;
+}
+
+#endif
+
+const Plugin* Entry(Module module) {
+    const auto address = Find(module, vqtest::PluginName);
+    vqtest::PluginFunc entry = nullptr;
+    if (address != nullptr) std::memcpy(&entry, &address, sizeof entry);
+    return entry != nullptr ? entry() : nullptr;
+}
+
+// The library in this process while it lives.
+class LibraryLife : public testing::Test {
+  protected:
+    void SetUp() override {
+        ASSERT_FALSE(IsLibraryLoaded());
+        blocksBefore_ = liveBlocks;
+        module_ = Open(VQTM_LIFE_PLUGIN);
+        ASSERT_NE(module_, nullptr);
+        plugin = Entry(module_);
+        ASSERT_NE(plugin, nullptr);
+        EXPECT_EQ(NewBlocks(), 0) << "loading alone makes nothing";
+    }
+    void TearDown() override {
+        ASSERT_TRUE(Close(module_));
+        EXPECT_FALSE(IsLibraryLoaded());
+        EXPECT_EQ(NewBlocks(), 0);
+    }
+
+    VqTypeMgr* Default(VqTypeMgr* replacement = nullptr) const { return plugin->defaultManager(replacement); }
+    long NewBlocks() const { return liveBlocks - blocksBefore_; }
+
+    const Plugin* plugin = nullptr;
+
+  private:
+    Module module_ = nullptr;
+    long blocksBefore_ = 0;
+};
+
+// --- Ways of using it
+
+TEST_F(LibraryLife, LoadedAndUnloaded) {}
+
+TEST_F(LibraryLife, UsedWithoutAttaching) {
+    EXPECT_TRUE(plugin->use(Default()));
+    if (vqtest::CountsLibraries) {
+        EXPECT_GE(NewBlocks(), 1) << "the manager, at least";
+    }
+}
+
+TEST_F(LibraryLife, AttachedUsedDetached) {
+    plugin->context(1);
+    EXPECT_TRUE(plugin->use(Default()));
+    plugin->context(0);
+    EXPECT_EQ(Default(), nullptr);
+}
+
+TEST_F(LibraryLife, AttachedAndUnloaded) {
+    plugin->context(1);
+    EXPECT_TRUE(plugin->use(Default()));
+}
+
+TEST_F(LibraryLife, UsedAndThenAttached) {
+    VqTypeMgr* const offered = Default();
+    plugin->context(1);
+    EXPECT_NE(Default(), offered);
+    plugin->deleteManager(offered);
+    plugin->context(0);
+}
+
+TEST_F(LibraryLife, AttachedTwice) {
+    plugin->context(1);
+    VqTypeMgr* const first = Default();
+    plugin->context(1);
+    EXPECT_TRUE(plugin->use(first)) << "it is the host's now";
+    plugin->deleteManager(first);
+    EXPECT_TRUE(plugin->use(Default()));
+    plugin->context(0);
+}
+
+TEST_F(LibraryLife, DetachedWithoutAManager) {
+    plugin->context(0);
+    EXPECT_EQ(Default(), nullptr) << "and none is offered after that";
+    plugin->context(0);
+    plugin->context(1);
+    EXPECT_NE(Default(), nullptr);
+    plugin->context(0);
+}
+
+TEST_F(LibraryLife, GivenAManagerOfTheHosts) {
+    VqTypeMgr* const own = plugin->newManager(5);
+    plugin->deleteManager(Default(own));
+    EXPECT_EQ(Default(), own);
+    EXPECT_TRUE(plugin->use(own));
+}
+
+TEST_F(LibraryLife, GivenAManagerAndDetached) {
+    plugin->context(1);
+    plugin->deleteManager(Default(plugin->newManager(3)));
+    plugin->context(0);
+    EXPECT_EQ(Default(), nullptr);
+}
+
+TEST_F(LibraryLife, FirstAskedByManyThreads) {
+    std::atomic<bool> go{false};
+    std::vector<VqTypeMgr*> found(8);
+    std::vector<std::thread> threads;
+    for (VqTypeMgr*& mine : found) {
+        threads.emplace_back([&] {
+            while (!go) std::this_thread::yield();
+            mine = Default();
+        });
+    }
+    go = true;
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_NE(found[0], nullptr);
+    EXPECT_EQ(found, std::vector<VqTypeMgr*>(found.size(), found[0]));
+}
+
+// A process may end with the library in it and in use.
+TEST(LibraryAtTheEnd, StaysLoaded) {
+    const Plugin* const plugin = Entry(Open(VQTM_LIFE_PLUGIN));
+    ASSERT_NE(plugin, nullptr);
+    EXPECT_TRUE(plugin->use(plugin->defaultManager(nullptr)));
+}
+
+}  // namespace
