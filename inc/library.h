@@ -64,7 +64,7 @@ VQTM_API uint32_t* ___VqTypeMgrOptions(void);
 /// unloaded. Loading alone makes nothing. Attach and detach take no lock; no other thread uses the library meanwhile.
 VQTM_API void ___VqTypemgrContext(int attach);
 
-/// A function type of the entry points, for those who look them up by name: that of the one whose name it has.
+/// The function type of the entry point that it is named after, for those who look that up by name.
 /// @{
 typedef const char* (*VqDescribeDllFunc)(unsigned long* major, unsigned long* minor, unsigned long* release,
                                          unsigned long* build, unsigned long* patch, const char** module,
