@@ -1,0 +1,34 @@
+# The binary interface, as docs/abi describes it: its tests, and the targets of `./dev abi`.
+if(WIN32)
+  set(abi_target win32)
+elseif(CMAKE_SIZEOF_VOID_P EQUAL 4)
+  set(abi_target linux32)
+else()
+  set(abi_target native)
+endif()
+set(shared $<TARGET_FILE:vq95FBSB> $<TARGET_FILE:vq95FINB> $<TARGET_FILE:vq95FtmB>)
+separate_arguments(compiler_flags NATIVE_COMMAND "${CMAKE_CXX_FLAGS}")
+set(script "${Python3_EXECUTABLE}" "${CMAKE_CURRENT_SOURCE_DIR}/")
+
+add_test(NAME binaries COMMAND ${script}binaries_test.py "${CMAKE_OBJDUMP}" ${shared})
+set(exports ${script}exports_test.py ${abi_target} "${CMAKE_OBJDUMP}" ${shared})
+add_test(NAME exports COMMAND ${exports})
+set(layouts ${script}layouts_test.py ${abi_target} "${CMAKE_OBJDUMP}" "${CMAKE_CXX_COMPILER}" ${compiler_flags} -std=c++20 -fsigned-char)
+add_test(NAME layouts COMMAND ${layouts})
+set(update COMMAND ${exports} --update COMMAND ${layouts} --update)
+
+# What abidw tells depends on the compiler. It wants libraries of its own, with debugging information, which take half a minute to
+# build: only one target has it among its tests, because the other one's difference is layout.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT WIN32)
+  set(types ${script}abi_test.py ${abi_target} "${CMAKE_COMMAND}" "${PROJECT_BINARY_DIR}/abi"
+    "-DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER}" "-DCMAKE_CXX_FLAGS=${CMAKE_CXX_FLAGS}"
+    "-DCMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER}")
+  if(abi_target STREQUAL "native")
+    add_test(NAME abi COMMAND ${types})
+    set_tests_properties(abi PROPERTIES SKIP_RETURN_CODE 77 PROCESSORS 2)
+  endif()
+  add_custom_target(abi_check COMMAND ${types} VERBATIM USES_TERMINAL)
+  list(APPEND update COMMAND ${types} --update)
+endif()
+add_custom_target(abi_update ${update} VERBATIM USES_TERMINAL)
+add_dependencies(abi_update vq95FBSB vq95FINB vq95FtmB)

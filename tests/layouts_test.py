@@ -1,0 +1,177 @@
+#!/usr/bin/env python3
+"""layouts_test.py [--update] TARGET OBJDUMP COMPILER FLAG...: structures of public headers lie in memory as docs/abi/layouts.txt says.
+
+What the compiler makes of the headers is read from the debugging information of a file that includes them all, private fields as
+well as public ones, so that no structure can be left out. With --update the column of TARGET is written anew.
+"""
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+
+from dwarf import Types
+
+TREE = pathlib.Path(__file__).resolve().parent.parent
+TABLE = TREE / "docs/abi/layouts.txt"
+TARGETS = ("native", "linux32", "win32")
+HEADERS = sorted(header for folder in ("inc", "platform/base/inc", "platform/i18n/inc") for header in (TREE / folder).glob("*.h"))
+PUBLIC = {str(header) for header in HEADERS}
+STRUCTURES = ("class_type", "structure_type", "union_type")
+# What makes a compiler describe types that the file does not use.
+COMPLETE = {"clang": ["-fstandalone-debug"], "g++": ["-femit-class-debug-always"]}
+HEAD = """\
+# How the structures of the public headers lie in memory. Written by ./dev abi --update; README.md tells more.
+#
+# A structure:         size/alignment in bytes
+# a field, a base:     offset+size in bytes
+# a virtual function:  its place in the table of virtual functions
+# -                    not on this target
+"""
+
+
+class Compiler:
+    """Compiles the headers, and reads what became of them."""
+
+    def __init__(self, objdump, command, folder):
+        self.objdump, self.command, self.folder = objdump, command, pathlib.Path(folder)
+
+    def types(self, *more):
+        source, result = self.folder / "headers.cpp", self.folder / "headers.o"
+        lines = [f'#include "{header}"' for header in HEADERS] + [*more]
+        source.write_text("\n".join(lines) + "\n", encoding="utf-8")
+        complete = COMPLETE["clang" if "clang" in self.command[0] else "g++"]
+        includes = [f"-I{folder}" for folder in {header.parent for header in HEADERS}]
+        subprocess.run([*self.command, *includes, "-g", "-gdwarf-5", "-fno-eliminate-unused-debug-types", "-fno-access-control",
+                        *complete, "-c", source, "-o", result], check=True, cwd=self.folder)
+        return Types(self.objdump, result)
+
+    def alignments(self, names):
+        """The alignment of each of these types, which debugging information leaves out."""
+        probes = ", ".join(f"probe_{number} = alignof({name})" for number, name in enumerate(names))
+        types = self.types(f"enum VqAlignmentProbe {{ {probes} }} probe;")
+        probe = next(entry for entry in types.entries.values() if entry.name == "VqAlignmentProbe")
+        values = {value.name: value.number("const_value") for value in probe.children}
+        return {name: values[f"probe_{number}"] for number, name in enumerate(names)}
+
+
+def public_structures(types):
+    """The structures that public headers define and that hold something, by name."""
+    declared = [entry for entry in types.entries.values() if types.declared_in(entry) in PUBLIC]
+    instances = {id(types.referred(entry)): entry.name for entry in declared
+                 if entry.tag == "typedef" and entry.scope.tag == "compile_unit"}
+    found = {}
+    for entry in declared:
+        if entry.tag in STRUCTURES and "byte_size" in entry.attributes and holds_something(types, entry):
+            name = types.qualified_name(entry)
+            if name and "<" in name:
+                name = instances.get(id(entry), name)
+            if name:
+                found[name] = entry
+    return found
+
+
+def holds_something(types, entry):
+    """False for sets of static functions, and for function objects."""
+    return any(child.tag == "member" and "external" not in child.attributes or
+               child.tag == "inheritance" and holds_something(types, types.referred(child)) or
+               "vtable_elem_location" in child.attributes for child in entry.children)
+
+
+def parameters(types, function):
+    return ", ".join(types.type_text(child) for child in function.children
+                     if child.tag == "formal_parameter" and "artificial" not in child.attributes)
+
+
+def rows_of(types, entry):
+    """The rows of a structure, below its own: what stands in the table, and its figures."""
+    for child in entry.children:
+        assert not {"bit_size", "data_bit_offset"} & {*child.attributes}, f"{child.name}: there is no way to write bit fields yet"
+        if child.tag == "inheritance" and holds_something(types, types.referred(child)):
+            text = f"base {types.type_text(child)}"
+        elif child.tag == "member" and "data_member_location" in child.attributes:
+            text = "table of virtual functions" if child.name.startswith("_vptr") else f"{types.type_text(child)} {child.name}"
+        elif "vtable_elem_location" in child.attributes:
+            yield f"virtual {child.name}({parameters(types, child)})", str(child.number("vtable_elem_location"))
+            continue
+        else:
+            continue
+        yield text, f"{child.number('data_member_location')}+{types.size_of(child)}"
+
+
+def layouts(compiler):
+    """The figures of every row on this target: by structure, then by row; the structure's own row is the first."""
+    types = compiler.types()
+    structures = public_structures(types)
+    alignments = compiler.alignments([*structures])
+    return {name: {name: f"{entry.number('byte_size')}/{alignments[name]}", **dict(rows_of(types, entry))}
+            for name, entry in structures.items()}
+
+
+def read_table():
+    """The figures of every target: by structure, then by row."""
+    table = {}
+    for line in TABLE.read_text(encoding="utf-8").splitlines() if TABLE.exists() else []:
+        if not line or line.startswith("#"):
+            continue
+        *figures, text = line.split(maxsplit=len(TARGETS))
+        if figures == [*TARGETS]:
+            continue
+        if "/" in "".join(figures):
+            structure = text
+        table.setdefault(structure, {})[text] = {target: figure for target, figure in zip(TARGETS, figures) if figure != "-"}
+    return table
+
+
+def write_table(table):
+    row = lambda figures, text: "".join(f"{figure:>9}" for figure in figures) + text
+    lines = [HEAD, row(TARGETS, "  structure")]
+    for structure in sorted(table, key=lambda name: (name.lower(), name)):
+        lines.append("")
+        for text, figures in table[structure].items():
+            lines.append(row((figures.get(target, "-") for target in TARGETS), ("  " if text == structure else "      ") + text))
+    TABLE.write_text("\n".join(lines) + "\n", encoding="utf-8", newline="\n")
+
+
+def update(target, found):
+    before, after = read_table(), {}
+    for structure in {*before, *found}:
+        old, new = before.get(structure, {}), found.get(structure, {})
+        rows = {text: {**old.get(text, {}), target: new.get(text)} for text in [*new, *old]}
+        rows = {text: {name: figure for name, figure in figures.items() if figure} for text, figures in rows.items()}
+        after[structure] = {text: figures for text, figures in rows.items() if figures}
+    write_table({structure: rows for structure, rows in after.items() if rows})
+
+
+def lines(rows):
+    return [f"{figure} {text}" for text, figure in rows.items()]
+
+
+class Layouts(unittest.TestCase):
+    maxDiff = None
+
+    def test_are_those_of_the_table(self):
+        table = {structure: {text: figures[TARGET] for text, figures in rows.items() if TARGET in figures}
+                 for structure, rows in read_table().items()}
+        table = {structure: rows for structure, rows in table.items() if rows}
+        self.assertEqual(sorted(FOUND.keys() - table.keys()), [], "public structures that are not in the table")
+        self.assertEqual(sorted(table.keys() - FOUND.keys()), [], "structures of the table that no public header has")
+        for structure in table:
+            with self.subTest(structure):
+                self.assertEqual(lines(FOUND[structure]), lines(table[structure]))
+
+    def test_are_the_same_on_both_32_bit_targets(self):
+        for structure, rows in read_table().items():
+            for text, figures in rows.items():
+                self.assertEqual(figures.get("linux32"), figures.get("win32"), f"{structure}: {text}")
+
+
+if __name__ == "__main__":
+    arguments = [argument for argument in sys.argv[1:] if argument != "--update"]
+    TARGET = arguments[0]
+    with tempfile.TemporaryDirectory() as temporary:
+        FOUND = layouts(Compiler(arguments[1], arguments[2:], temporary))
+    if "--update" in sys.argv:
+        update(TARGET, FOUND)
+    else:
+        unittest.main(argv=sys.argv[:1], verbosity=2)
