@@ -1,5 +1,5 @@
-// Lengths in memory: the same on every target, but for the values that hold a pointer. Where their fields lie is told in
-// docs/abi/layouts.txt.
+// Lengths in memory: the same on every target, but for the values that hold a pointer. Where their fields lie is told
+// in docs/abi/layouts.txt.
 #include <gtest/gtest.h>
 
 #include <cstddef>
