@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Holds the README to what is true: readme_test.py [--update] [EMULATOR] PROGRAM.
 
-Every ```console block is run and its output compared (--update writes it anew); every ```cpp block must stand in an
+Every ```console block is run and its output compared (--update writes it anew); every ```cpp or ```c block must stand in an
 example that is built and run by the tests; every link and every folder and header that is named must exist.
 """
 import re
@@ -25,9 +25,10 @@ class Readme(unittest.TestCase):
             console.check(self, PROGRAM, "README.md", text, line)
 
     def test_code_is_taken_from_examples(self):
-        examples = [path.read_text(encoding="utf-8") for path in (console.ROOT / "examples").glob("*.cpp")]
-        for line, text in blocks("cpp"):
-            self.assertTrue(any(text in example for example in examples), f"README.md:{line}: in no example")
+        for language in ("cpp", "c"):
+            examples = [path.read_text(encoding="utf-8") for path in (console.ROOT / "examples").glob(f"*.{language}")]
+            for line, text in blocks(language):
+                self.assertTrue(any(text in example for example in examples), f"README.md:{line}: in no example")
 
     def test_what_is_named_is_there(self):
         named = re.findall(r"\]\(([^)#:]+)\)", README) + re.findall(r"^\| `([^`]+)` \|", README.split("## The headers")[1], re.MULTILINE)
