@@ -259,8 +259,9 @@ void PrintJson(const Explanation& all) {
 void AddCollateCommand(CLI::App& program) {
     const auto options = std::make_shared<CollateOptions>();
     CLI::App* command = program.add_subcommand("collate", "Show why two texts sort as they do");
-    AddText(*command, "A", options->texts[0], "A text")->required();
-    AddText(*command, "B", options->texts[1], "The text, or with --pattern the pattern, to compare it with")
+    AddText(*command, "A", Takes::Text, options->texts[0], "A text")->required();
+    AddText(*command, "B", Takes::Text, options->texts[1],
+            "The text, or with --pattern the pattern, to compare it with")
         ->required();
     AddTextOptions(*command, options->codeSet, options->language);
     AddLevelOptions(*command, options->ignoreCase, options->ignoreAccents);
@@ -268,11 +269,10 @@ void AddCollateCommand(CLI::App& program) {
     command->add_flag("--pattern", options->isPattern, "In B '*' is any run of characters and '?' any one");
     command->add_flag("--json", options->json, "As JSON");
     command->footer(
-        "Each row is one position: the characters, their collation order and its name. A character that sorts as two\n"
-        "stands in two rows (1 of 2, 2 of 2), letters that sort as one stand together. The first difference of "
-        "letters\n"
-        "(primary) decides, then the last of accents, then the first of case.\n"
-        "Example: vqtype collate Muller Müller --language german");
+        "Each row is one position: the characters, their collation order and its name. A character that sorts as two "
+        "stands in two rows (1 of 2, 2 of 2), letters that sort as one stand together. The first difference of letters "
+        "(primary) decides, then the last of accents, then the first of case.\n\n"
+        "  $ vqtype collate Muller Müller --language german");
     command->callback([options] {
         const Explanation all = Explain(*options);
         options->json ? PrintJson(all) : PrintText(all);

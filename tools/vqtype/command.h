@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "place.h"
+
 void AddTypesCommand(CLI::App& program);
 void AddEncodeCommand(CLI::App& program);
 void AddDecodeCommand(CLI::App& program);
@@ -25,49 +27,65 @@ void AddCodeSetsCommand(CLI::App& program);
 void AddLanguagesCommand(CLI::App& program);
 void AddDemoCommand(CLI::App& program);
 
+/// The names that `vqtype compare --flags` and `vqtype estimate --op` take.
+std::vector<std::string> ComparisonFlags();
+std::vector<std::string> ComparisonOperators();
+
 /// The parser would take an argument like [a,b] or {} for a list, -inf for options, the next argument for the value of
 /// `--low=`, and cannot go on with values behind `--`. A zero character in front, which no argument can hold, makes
-/// such arguments plain text; behind `--plain=` it is a value that the flag refuses.
+/// such arguments plain text. Throws UsageError for a flag with a value.
 std::vector<std::string> ShieldedArguments(const CLI::App& program, const std::vector<std::string>& arguments);
 std::string Unshielded(const std::string& argument);
 
-/// Adds an option or an argument that is stored as it was given, without that zero character.
+/// The program's command that the arguments call; the program itself when they call none.
+const CLI::App& CalledCommand(const CLI::App& program, const std::vector<std::string>& arguments);
+
+/// True for an option of that name that takes a value.
+bool TakesValue(const CLI::App& command, const std::string& name);
+
+/// Adds an option or an argument that is stored as it was given, without that zero character. Of an option that is
+/// given twice the last counts.
 template <class Text>  // std::string, or an optional one
-CLI::Option* AddText(CLI::App& command, const std::string& name, Text& text, const std::string& description) {
-    const auto take = [&text](const CLI::results_t& given) {
-        text = Unshielded(given.back());
+CLI::Option* AddText(CLI::App& command, const std::string& name, Takes takes, Text& text,
+                     const std::string& description) {
+    const auto take = [&text, takes, name](const CLI::results_t& given) {
+        text = CheckChoice(takes, name, Unshielded(given.back()));
         return true;
     };
-    return command.add_option(name, take, description)->type_name("TEXT");
+    CLI::Option* option = command.add_option(name, take, description)->type_name(PlaceName(takes));
+    return option->get_positional() ? option : option->take_last();
 }
-/// The same for one text or more.
-CLI::Option* AddTexts(CLI::App& command, const std::string& name, std::vector<std::string>& texts,
+/// The same for one argument or more.
+CLI::Option* AddTexts(CLI::App& command, const std::string& name, Takes takes, std::vector<std::string>& texts,
                       const std::string& description);
+
+/// Adds the type that most commands begin with.
+inline void AddType(CLI::App& command, std::string& type, const std::string& description = "The values' type") {
+    AddText(command, "TYPE", Takes::Type, type, description)->required();
+}
 
 /// Adds the values as texts that most commands take.
 inline void AddValues(CLI::App& command, std::vector<std::string>& values) {
-    AddTexts(command, "VALUE", values, "Values as text; {NULL} is the null value")->required();
+    AddTexts(command, "VALUE", Takes::Value, values, "Values as text; {NULL} is the null value")->required();
 }
 
 /// Adds --format; `format` stays empty without it.
 inline void AddFormatOption(CLI::App& command, std::optional<std::string>& format) {
-    AddText(command, "--format", format, "The format instead of the row's own")->type_name("FORMAT");
+    AddText(command, "--format", Takes::Format, format, "The format instead of the type's own");
 }
 
 /// Adds --order little|big, stored as its name.
 inline void AddOrderOption(CLI::App& command, std::string& order) {
-    command.add_option("--order", order, "Byte order of the disk form: little or big (default little)")
-        ->check(CLI::IsMember({"little", "big"}))
-        ->type_name("ORDER");
+    AddText(command, "--order", Takes::Order, order, "Byte order of the disk form: little or big (default little)");
 }
 
 /// Adds --code-set and --language, stored as their texts.
 inline void AddTextOptions(CLI::App& command, std::string& codeSet, std::string& language) {
-    AddText(command, "--code-set", codeSet,
-            "Code set of strings, by number or name: 1 is Windows-1252, 253 Unicode (default " + codeSet + ")")
-        ->type_name("N|NAME");
-    AddText(command, "--language", language, "Language of strings, by number or name (default " + language + ")")
-        ->type_name("N|NAME");
+    AddText(command, "--code-set", Takes::CodeSet, codeSet,
+            "Code set of strings, a number or a name of `vqtype codesets`: 1 is Windows-1252, 253 Unicode (default " +
+                codeSet + ")");
+    AddText(command, "--language", Takes::Language, language,
+            "Language of strings, a number or a name of `vqtype languages` (default " + language + ")");
 }
 
 /// Adds --ignore-case and --ignore-accents.

@@ -18,7 +18,7 @@ struct CompareOptions {
     std::string flags = "exact";
     std::string codeSet = "1";
     std::string language = "0";
-    unsigned lengths[2] = {0, 0};  // 0: whole
+    std::optional<std::string> lengths[2];  // whole keys without them
     bool json = false;
 };
 
@@ -27,17 +27,18 @@ struct CompareOptions {
 struct FlagName {
     std::string_view name;
     unsigned short bits;
+    const char* meaning;
 };
 
 constexpr FlagName FlagNames[] = {
-    {"exact", VqCmp_Exact},
-    {"ignore-case", VqCmp_IgnoreCase},
-    {"ignore-accents", VqCmp_IgnoreAccents},
-    {"report", VqCmp_Report},
-    {"key-only", VqCmp_KeyOnly},
-    {"end-last", VqCmp_EndLast},
-    {"default", VqCmp_Default},
-    {"pattern", 0},
+    {"exact", VqCmp_Exact, "B is a text as it stands"},
+    {"ignore-case", VqCmp_IgnoreCase, "differences of case do not count"},
+    {"ignore-accents", VqCmp_IgnoreAccents, "differences of accents do not count"},
+    {"report", VqCmp_Report, "tell the caller the first difference"},
+    {"key-only", VqCmp_KeyOnly, "compare order by order, without levels and patterns"},
+    {"end-last", VqCmp_EndLast, "of texts that begin alike, accents and case decide before the length"},
+    {"default", VqCmp_Default, "the operation that the process has chosen"},
+    {"pattern", 0, "none of these: B is a pattern"},
 };
 
 unsigned short ParseFlag(std::string_view text) {
@@ -63,6 +64,12 @@ unsigned short ParseFlags(std::string_view text) {
         if (comma == text.npos) return flags;
         text.remove_prefix(comma + 1);
     }
+}
+
+std::string FlagLines() {
+    std::string lines;
+    for (const FlagName& flag : FlagNames) lines += fmt::format("  {:<14}  {}\n", flag.name, flag.meaning);
+    return lines;
 }
 
 // Other types take the second value for what it is.
@@ -110,6 +117,15 @@ struct Comparison {
     std::vector<FormResult> results;
 };
 
+unsigned ParseLength(const std::optional<std::string>& text, const char* option) {
+    if (!text) return 0;
+    unsigned length = 0;
+    const char* end = text->data() + text->size();
+    const auto result = std::from_chars(text->data(), end, length);
+    if (result.ec == std::errc() && result.ptr == end && length >= 1 && length <= 0x7FFFFFFF) return length;
+    throw CommandError("{} {}: expected a number of bytes from 1 to 2147483647", option, Echo(*text));
+}
+
 // The bytes that the comparison may read of a key; in memory there are none to be shown.
 Bytes CutKey(const Key& key, unsigned length, const char* option) {
     Bytes bytes = key.Stored();
@@ -121,16 +137,18 @@ Bytes CutKey(const Key& key, unsigned length, const char* option) {
     return bytes;
 }
 
-bool IsCut(const CompareOptions& options) { return options.lengths[0] != 0 || options.lengths[1] != 0; }
+bool IsCut(const CompareOptions& options) { return options.lengths[0] || options.lengths[1]; }
 
 Comparison CompareValues(const CompareOptions& options) {
     if (options.order == "memory" && IsCut(options)) {
         throw CommandError("--length{} cuts stored keys: there are none with --order memory",
-                           options.lengths[0] != 0 ? 1 : 2);
+                           options.lengths[0] ? 1 : 2);
     }
     const VqTypeId id = ParseKeyType(options.type, "compare", "compared", "order");
     const TextOptions text{ParseCodeSet(options.codeSet), ParseLanguage(options.language)};
     Comparison all{options, id, ParseFlags(options.flags), {}, {}, {}};
+    const unsigned length1 = ParseLength(options.lengths[0], "--length1");
+    const unsigned length2 = ParseLength(options.lengths[1], "--length2");
     const auto a = Operand(id, options.texts[0], text, "A"), b = Operand(id, options.texts[1], text, "B");
     all.texts[0] = DescribeKey(*a, options.texts[0]);
     all.texts[1] = DescribeKey(*b, options.texts[1]);
@@ -138,10 +156,9 @@ Comparison CompareValues(const CompareOptions& options) {
     all.plainTexts[1] = KeyText(*b, options.texts[1]);
     for (const KeyForm& form : KeyFormsOf(options.order)) {
         const Key key1(*a, form.format), key2(*b, form.format);
-        all.results.push_back(
-            {form,
-             {CutKey(key1, options.lengths[0], "--length1"), CutKey(key2, options.lengths[1], "--length2")},
-             CompareKeys(key1, key2, all.flags, options.lengths[0], options.lengths[1])});
+        all.results.push_back({form,
+                               {CutKey(key1, length1, "--length1"), CutKey(key2, length2, "--length2")},
+                               CompareKeys(key1, key2, all.flags, length1, length2)});
     }
     return all;
 }
@@ -199,32 +216,35 @@ void PrintJson(const Comparison& all) {
 
 }  // namespace
 
+std::vector<std::string> ComparisonFlags() {
+    std::vector<std::string> names;
+    for (const FlagName& flag : FlagNames) names.emplace_back(flag.name);
+    return names;
+}
+
 void AddCompareCommand(CLI::App& program) {
     const auto options = std::make_shared<CompareOptions>();
     CLI::App* command = program.add_subcommand("compare", "Compare two values as an index does");
-    AddText(*command, "TYPE", options->type, "The values' type")->required();
-    AddText(*command, "A", options->texts[0], "A value as text; {NULL} is the null value")->required();
-    AddText(*command, "B", options->texts[1], "The value, or the pattern, to compare it with")->required();
+    AddType(*command, options->type);
+    AddText(*command, "A", Takes::Value, options->texts[0], "A value as text; {NULL} is the null value")->required();
+    AddText(*command, "B", Takes::Value, options->texts[1], "The value, or the pattern, to compare it with")
+        ->required();
     AddFormOption(*command, options->order);
-    AddText(*command, "--flags", options->flags, "How to compare (default exact)")->type_name("LIST");
+    AddText(*command, "--flags", Takes::Flags, options->flags,
+            "How to compare, names with commas between (default exact)");
     AddTextOptions(*command, options->codeSet, options->language);
-    command->add_option("--length1", options->lengths[0], "Cuts A's stored key to so many bytes")
-        ->check(CLI::Range(1u, 0x7FFFFFFFu))
-        ->type_name("BYTES");
-    command->add_option("--length2", options->lengths[1], "Cuts B's stored key to so many bytes")
-        ->check(CLI::Range(1u, 0x7FFFFFFFu))
-        ->type_name("BYTES");
+    AddText(*command, "--length1", Takes::Bytes, options->lengths[0], "Cuts A's stored key to so many bytes");
+    AddText(*command, "--length2", Takes::Bytes, options->lengths[1], "Cuts B's stored key to so many bytes");
     command->add_flag("--json", options->json, "As JSON");
     command->footer(
         "The values are compared in memory, and as keys on disk in either byte order: a negative result sorts A "
-        "before\n"
-        "B. Only the sign counts. The status tells of a key that ends before its value does.\n"
-        "--flags takes a number (0x10) or names with commas between: exact, ignore-case, ignore-accents, report,\n"
-        "key-only, end-last, default (the operation that the process has chosen), or pattern for none. Without exact\n"
-        "and key-only B is a pattern: of strings with * for any characters and ? for any one, of dates with -1 for "
-        "any\n"
-        "year, month or day, which a * stands for here: 2005-*-*.\n"
-        "Example: vqtype compare VqString Göteborg 'g?te*' --flags pattern,ignore-case");
+        "before B. Only the sign counts. The status tells of a key that ends before its value does.\n\n"
+        "Flags are a number (0x10) or names with commas between:\n\n" +
+        FlagLines() +
+        "\n"
+        "Without exact and key-only B is a pattern: of strings with * for any characters and ? for any one, of dates "
+        "with -1 for any year, month or day, which a * stands for here: 2005-*-*.\n\n"
+        "  $ vqtype compare VqString Göteborg 'g?te*' --flags pattern,ignore-case");
     command->callback([options] {
         const Comparison all = CompareValues(*options);
         options->json ? PrintJson(all) : PrintText(all);

@@ -51,16 +51,16 @@ void Convert(const ConvertOptions& options) {
 void AddConvertCommand(CLI::App& program) {
     const auto options = std::make_shared<ConvertOptions>();
     CLI::App* command = program.add_subcommand("convert", "Convert values of one type into another");
-    AddText(*command, "FROM", options->from, "The values' type")->required();
-    AddText(*command, "TO", options->to, "The type that they become")->required();
+    AddText(*command, "FROM", Takes::Type, options->from, "The values' type")->required();
+    AddText(*command, "TO", Takes::Type, options->to, "The type that they become")->required();
     AddValues(*command, options->values);
     AddTextOptions(*command, options->codeSet, options->language);
     command->add_flag("--plain", options->plain, "Only the results, one a line");
     command->footer(
-        "Types that have an exchange text convert into each other: a value travels as that text, from which the other\n"
-        "type reads what it can, and no conversion fails. Plain numbers, VqDate and VqTime read the number that a\n"
-        "text begins with; VqInt64 reads all of it or becomes -1. A null value travels as the null string, a VqDate\n"
-        "as its day number, a VqTime as its seconds, of a blob nothing but whether it is null.\n"
-        "Example: vqtype convert VqBoolean short TRUE FALSE '{NULL}'");
+        "Types that have an exchange text convert into each other: a value travels as that text, from which the other "
+        "type reads what it can, and no conversion fails. Plain numbers, VqDate and VqTime read the number that a "
+        "text begins with; VqInt64 reads all of it or becomes -1. A null value travels as the null string, a VqDate "
+        "as its day number, a VqTime as its seconds, of a blob nothing but whether it is null.\n\n"
+        "  $ vqtype convert VqBoolean short TRUE FALSE '{NULL}'");
     command->callback([options] { Convert(*options); });
 }

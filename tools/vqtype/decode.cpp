@@ -33,14 +33,14 @@ void Decode(const DecodeOptions& options) {
 void AddDecodeCommand(CLI::App& program) {
     const auto options = std::make_shared<DecodeOptions>();
     CLI::App* command = program.add_subcommand("decode", "Read values from the bytes of their disk form");
-    AddText(*command, "TYPE", options->type, "The values' type")->required();
-    AddTexts(*command, "HEX", options->hex,
+    AddType(*command, options->type);
+    AddTexts(*command, "HEX", Takes::Hex, options->hex,
              "Pairs of hexadecimal digits, blanks between at will; - reads standard input")
         ->required();
     AddOrderOption(*command, options->order);
     command->add_flag("--plain", options->plain, "Only the values' texts, one a line");
     command->footer(
-        "Bytes that are not whole values of the type are refused with the offset at fault.\n"
-        "Example: vqtype decode long --order big 00 00 00 07");
+        "Bytes that are not whole values of the type are refused with the offset at fault.\n\n"
+        "  $ vqtype decode long --order big 00 00 00 07");
     command->callback([options] { Decode(*options); });
 }

@@ -1,7 +1,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <iterator>
 #include <memory>
 
@@ -43,7 +42,7 @@ using Columns = std::vector<std::unique_ptr<ValueArray>>;
 // Where the table may be: named by the user, installed beside the program, or in the source tree.
 std::vector<std::filesystem::path> ExampleFolders() {
     std::vector<std::filesystem::path> folders;
-    if (const char* folder = std::getenv("VQ_EXAMPLES")) folders.push_back(PathOf(folder));
+    if (const auto folder = EnvironmentVariable("VQ_EXAMPLES")) folders.push_back(PathOf(*folder));
     folders.push_back(ProgramFolder().parent_path() / "share" / "vqtm" / "examples");
     folders.push_back(PathOf(VQTYPE_EXAMPLES));
     return folders;
@@ -231,9 +230,9 @@ void AddDemoCommand(CLI::App& program) {
     const auto file = std::make_shared<std::string>();
     CLI::App* command =
         program.add_subcommand("demo", "Load the world's territories, store them, sort them, print them");
-    AddText(*command, "FILE", *file, "The table, if not the one that belongs to the program");
+    AddText(*command, "FILE", Takes::File, *file, "The table, if not the one that belongs to the program");
     command->footer(
-        "Without FILE the table territories.csv is looked for in the folder VQ_EXAMPLES, then in the program's own\n"
-        "installation, then in the source tree that it was built in.");
+        "Without FILE the table territories.csv is looked for in the folder that the environment variable VQ_EXAMPLES "
+        "names, then in the program's own installation, then in the source tree that it was built in.");
     command->callback([file] { Demo(*file); });
 }

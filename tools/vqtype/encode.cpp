@@ -39,13 +39,14 @@ void Encode(const EncodeOptions& options) {
 void AddEncodeCommand(CLI::App& program) {
     const auto options = std::make_shared<EncodeOptions>();
     CLI::App* command = program.add_subcommand("encode", "Show the disk form of values, byte by byte");
-    AddText(*command, "TYPE", options->type, "The values' type")->required();
+    AddType(*command, options->type);
     AddValues(*command, options->values);
     AddOrderOption(*command, options->order);
     AddTextOptions(*command, options->codeSet, options->language);
     command->add_flag("--plain", options->plain, "Only the bytes, as `vqtype decode` reads them");
     command->footer(
-        "A value that begins with '-' and is no number stands behind `--`.\n"
-        "Example: vqtype encode VqNull_short 7 '{NULL}' --order big");
+        "Each value stands with its bytes and what they mean. What `vqtype show TYPE` shows as range and format is "
+        "accepted.\n\n"
+        "  $ vqtype encode VqNull_short 7 '{NULL}' --order big");
     command->callback([options] { Encode(*options); });
 }

@@ -16,4 +16,10 @@ class CommandError : public std::runtime_error {
         : std::runtime_error(fmt::format(format, std::forward<Args>(args)...)) {}
 };
 
+/// The same for a command line that is not what the command takes; the user is sent to the command's help.
+class UsageError : public CommandError {
+  public:
+    using CommandError::CommandError;
+};
+
 #endif

@@ -206,27 +206,31 @@ void RunEstimate(const EstimateOptions& options) {
 
 }  // namespace
 
+std::vector<std::string> ComparisonOperators() {
+    std::vector<std::string> names;
+    for (const OperatorName& op : OperatorNames) names.emplace_back(op.name);
+    return names;
+}
+
 void AddEstimateCommand(CLI::App& program) {
     const auto options = std::make_shared<EstimateOptions>();
     CLI::App* command = program.add_subcommand("estimate", "Estimate how much of an index a predicate selects");
-    AddText(*command, "TYPE", options->type, "The type of the index's keys")->required();
-    AddText(*command, "KEY", options->key, "The value that keys are compared with; of strings also a pattern")
+    AddType(*command, options->type, "The type of the index's keys");
+    AddText(*command, "KEY", Takes::Value, options->key,
+            "The value that keys are compared with; of strings also a pattern")
         ->required();
-    AddText(*command, "--op", options->op, "How keys compare with it: <, <=, =, >= or >")->required()->type_name("OP");
-    AddText(*command, "--low", options->low, "The smallest key of the index")->type_name("VALUE");
-    AddText(*command, "--high", options->high, "The largest key of the index")->type_name("VALUE");
+    AddText(*command, "--op", Takes::Operator, options->op, "How keys compare with it: <, <=, =, >= or >")->required();
+    AddText(*command, "--low", Takes::Value, options->low, "The smallest key of the index");
+    AddText(*command, "--high", Takes::Value, options->high, "The largest key of the index");
     AddOrderOption(*command, options->order);
     AddTextOptions(*command, options->codeSet, options->language);
     command->add_flag("--json", options->json, "As JSON");
     command->footer(
-        "The estimate is the part of the index's keys that the predicate selects, from 0 to 1; a key outside the "
-        "index\n"
+        "The estimate is the part of the index's keys that the predicate selects, from 0 to 1; a key outside the index "
         "can add a step. Where the key or the index is infinite or no number, it means nothing. The scan is the range "
-        "of\n"
-        "keys to be looked through. Without --low and --high nothing is known of the index.\n"
+        "of keys to be looked through. Without --low and --high nothing is known of the index.\n\n"
         "A string that holds * or ? is a pattern: the scan goes over the keys that begin with what stands in front. In "
-        "a\n"
-        "date a * is any year, month or day.\n"
-        "Example: vqtype estimate VqDate --low 2000-01-01 --high 2009-12-31 --op '<' 2005-03-07");
+        "a date a * is any year, month or day.\n\n"
+        "  $ vqtype estimate VqDate --low 2000-01-01 --high 2009-12-31 --op '<' 2005-03-07");
     command->callback([options] { RunEstimate(*options); });
 }

@@ -11,8 +11,11 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <cwchar>
 #include <memory>
+#include <new>
 #include <system_error>
 
 #include "error.h"
@@ -46,26 +49,42 @@ std::string ReadAll(std::FILE* file, const std::string& name) {
 
 namespace {
 
-std::string FromWide(const wchar_t* text) {
-    std::u16string units;
-    for (; *text; ++text) units += static_cast<char16_t>(*text);
-    return Utf16ToUtf8(units);
+std::u16string Units(const wchar_t* text) { return {text, text + std::wcslen(text)}; }
+
+std::string FromWide(const wchar_t* text, int number) {
+    const std::u16string units = Units(text);
+    const std::string bytes = Utf16ToUtf8(units);
+    if (Utf8ToUtf16(bytes) == units) return bytes;
+    throw CommandError("argument {}: {}: half of a surrogate pair stands alone, which is no text", number, Echo(bytes));
 }
+
+struct FreeWide {
+    void operator()(wchar_t** arguments) const { LocalFree(arguments); }
+};
+
+UINT consoleCodePage = 0;  // before this program
 
 }  // namespace
 
 std::vector<std::string> Arguments(int, char**) {
     int count = 0;
-    wchar_t** wide = CommandLineToArgvW(GetCommandLineW(), &count);
+    const std::unique_ptr<wchar_t*, FreeWide> wide(CommandLineToArgvW(GetCommandLineW(), &count));
+    if (!wide) throw std::bad_alloc();
     std::vector<std::string> arguments;
-    for (int i = 1; i < count; ++i) arguments.push_back(FromWide(wide[i]));
-    LocalFree(wide);
+    for (int i = 1; i < count; ++i) arguments.push_back(FromWide(wide.get()[i], i));
     return arguments;
 }
 
 void PrepareStreams() {
     for (std::FILE* stream : {stdin, stdout, stderr}) _setmode(_fileno(stream), _O_BINARY);
-    SetConsoleOutputCP(CP_UTF8);
+    consoleCodePage = GetConsoleOutputCP();
+    if (consoleCodePage == 0 || !SetConsoleOutputCP(CP_UTF8)) return;
+    std::atexit([] { SetConsoleOutputCP(consoleCodePage); });
+}
+
+std::optional<std::string> EnvironmentVariable(const char* name) {
+    const wchar_t* value = _wgetenv(std::wstring(name, name + std::strlen(name)).c_str());
+    return value ? std::optional(Utf16ToUtf8(Units(value))) : std::nullopt;
 }
 
 std::filesystem::path PathOf(const std::string& name) {
@@ -95,6 +114,11 @@ File Open(const std::string& name) { return File(_wfopen(PathOf(name).c_str(), L
 std::vector<std::string> Arguments(int argc, char** argv) { return {argv + (argc > 0), argv + argc}; }
 
 void PrepareStreams() {}
+
+std::optional<std::string> EnvironmentVariable(const char* name) {
+    const char* value = std::getenv(name);
+    return value ? std::optional<std::string>(value) : std::nullopt;
+}
 
 std::filesystem::path PathOf(const std::string& name) { return name; }
 

@@ -4,15 +4,19 @@
 #define VQTYPE_FILES_H
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-/// The program's arguments in UTF-8, without the program's name.
+/// The program's arguments in UTF-8, without the program's name. Throws CommandError for one that is no text.
 std::vector<std::string> Arguments(int argc, char** argv);
 
-/// Makes the standard streams carry bytes as they are, and a Windows console show UTF-8.
+/// Makes the standard streams carry bytes as they are, and a Windows console show UTF-8 until the program ends.
 void PrepareStreams();
+
+/// The environment variable in UTF-8; none when it is not set.
+std::optional<std::string> EnvironmentVariable(const char* name);
 
 /// The file of that UTF-8 name.
 std::filesystem::path PathOf(const std::string& name);

@@ -77,15 +77,14 @@ void PrintJson(const std::vector<Codes>& all) {
 void AddHashCommand(CLI::App& program) {
     const auto options = std::make_shared<HashOptions>();
     CLI::App* command = program.add_subcommand("hash", "Show the codes by which hashed indexes find values");
-    AddText(*command, "TYPE", options->type, "The values' type")->required();
+    AddType(*command, options->type);
     AddValues(*command, options->values);
     AddTextOptions(*command, options->codeSet, options->language);
     command->add_flag("--json", options->json, "As JSON, with decimal codes");
     command->footer(
         "Each value has its code in memory and in both byte orders on disk, and so has the array of all of them as "
-        "one\n"
-        "key. Equal keys have equal codes in every form; the order of an array's values does not count.\n"
-        "Example: vqtype hash VqNull_short 5 -5 '{NULL}'");
+        "one key. Equal keys have equal codes in every form; the order of an array's values does not count.\n\n"
+        "  $ vqtype hash VqNull_short 5 -5 '{NULL}'");
     command->callback([options] {
         const VqTypeId id = ParseKeyType(options->type, "hash", "hashed", "hash");
         const std::vector<Codes> all = HashValues(id, *options);

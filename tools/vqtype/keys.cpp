@@ -93,7 +93,5 @@ std::string DescribeKey(const ValueArray& value, const std::string& given) {
 }
 
 void AddFormOption(CLI::App& command, std::string& order) {
-    command.add_option("--order", order, "Only this form of the keys: memory, little or big")
-        ->check(CLI::IsMember({"memory", "little", "big"}))
-        ->type_name("ORDER");
+    AddText(command, "--order", Takes::Form, order, "Only this form of the keys: memory, little or big");
 }

@@ -112,14 +112,16 @@ void AddListing(CLI::App& program, const char* name, const char* description, co
 
 void AddCodeSetsCommand(CLI::App& program) {
     AddListing(program, "codesets", "List the code sets",
-               "bytes       of one character\n"
-               "characters  of the 65536 16-bit ones of Unicode, how many the set has",
+               "The columns of the table:\n\n"
+               "  bytes       the size of one character\n"
+               "  characters  of the 65536 16-bit ones of Unicode, how many the set has",
                ListCodeSets, ListCodeSetsAsJson);
 }
 
 void AddLanguagesCommand(CLI::App& program) {
     AddListing(program, "languages", "List the languages and how they sort",
-               "class    languages of one class sort alike\n"
-               "letters  beyond a to z that have a place of their own in the alphabet",
+               "The columns of the table:\n\n"
+               "  class    languages of one class sort alike\n"
+               "  letters  beyond a to z that have a place of their own in the alphabet",
                ListLanguages, ListLanguagesAsJson);
 }

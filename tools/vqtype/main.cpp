@@ -7,8 +7,12 @@
 #include <sstream>
 
 #include "command.h"
+#include "complete.h"
 #include "error.h"
 #include "files.h"
+#include "help.h"
+#include "identity.h"
+#include "mistake.h"
 #include "text.h"
 #include "vqbase.h"
 #include "vqlanguagecontext.h"
@@ -29,56 +33,70 @@ void ReportAssertion(const char* expression, const char* file, int line) {
 }
 
 // The program and its command, as the user calls them.
-std::string CalledName(const CLI::App& program) {
-    const auto commands = program.get_subcommands();
-    return "vqtype" + (commands.empty() ? "" : " " + commands[0]->get_name());
+std::string CalledName(const CLI::App& program, const std::vector<std::string>& arguments) {
+    const CLI::App& command = CalledCommand(program, arguments);
+    return "vqtype" + (&command == &program ? "" : " " + command.get_name());
 }
 
-int Fail(const CLI::App& program, const std::string& text) {
+int Fail(const std::string& called, const std::string& text) {
     std::fflush(stdout);
-    Say(fmt::format("{}: {}\n", CalledName(program), text));
+    Say(fmt::format("{}: {}\n", called, text));
     return Failure;
 }
 
-int FailToParse(const CLI::App& program, const CLI::ParseError& error) {
-    std::string text = error.what();
-    text.erase(std::remove(text.begin(), text.end(), '\0'), text.end());  // that shielded an argument
-    Fail(program, Printable(Shortened(text, 200)));
-    Say(fmt::format("Try `{} --help`.\n", CalledName(program)));
+int FailToParse(const std::string& called, const std::string& text) {
+    Fail(called, Printable(Shortened(text, 300)));
+    Say(fmt::format("Try `{} --help`.\n", called));
     return Failure;
 }
+
+using AddCommand = void (*)(CLI::App& program);
+
+struct CommandGroup {
+    const char* title;
+    std::vector<AddCommand> commands;
+};
+
+const CommandGroup Groups[] = {
+    {"What there is", {AddTypesCommand, AddShowCommand, AddCodeSetsCommand, AddLanguagesCommand}},
+    {"Values, as bytes and as text",
+     {AddEncodeCommand, AddDecodeCommand, AddPrintCommand, AddScanCommand, AddConvertCommand}},
+    {"Orders and keys", {AddCompareCommand, AddCollateCommand, AddSortCommand, AddHashCommand, AddEstimateCommand}},
+    {"All together", {AddDemoCommand}},
+};
 
 void AddCommands(CLI::App& program) {
-    program.require_subcommand(1);
-    program.allow_windows_style_options(false);  // a value may begin with a slash, on every target
-    program.set_version_flag("--version", fmt::format("vqtype {}.{}.{}.{}.{}", VqVersionMajor, VqVersionMinor,
-                                                      VqVersionRelease, VqVersionBuild, VqVersionPatch));
-    program.footer("Errors name what is at fault and end with status 2. `vqtype COMMAND --help` explains a command.");
-    AddTypesCommand(program);
-    AddEncodeCommand(program);
-    AddDecodeCommand(program);
-    AddShowCommand(program);
-    AddPrintCommand(program);
-    AddScanCommand(program);
-    AddConvertCommand(program);
-    AddCompareCommand(program);
-    AddHashCommand(program);
-    AddEstimateCommand(program);
-    AddSortCommand(program);
-    AddCollateCommand(program);
-    AddCodeSetsCommand(program);
-    AddLanguagesCommand(program);
-    AddDemoCommand(program);
+    for (const CommandGroup& group : Groups) {
+        for (const AddCommand add : group.commands) {
+            add(program);
+            program.get_subcommands({}).back()->group(group.title);
+        }
+    }
 }
 
-void CheckCommand(const CLI::App& program, const std::vector<std::string>& arguments) {
-    if (arguments.empty() || arguments[0].rfind('-', 0) == 0) return;
-    std::string names;
-    for (const CLI::App* command : program.get_subcommands({})) {
-        if (command->get_name() == arguments[0]) return;
-        names += (names.empty() ? "" : ", ") + command->get_name();
+void Describe(CLI::App& program) {
+    program.formatter(std::make_shared<HelpFormatter>());
+    program.require_subcommand(1);
+    program.allow_windows_style_options(false);  // a value may begin with a slash, on every target
+    program.set_help_flag("-h,--help", "Print this help and exit");
+    AddCommands(program);
+    program.set_help_all_flag("--help-all", "Print the help of all commands and exit");
+    program.set_version_flag("--version", Identity(), "Print the version and exit");
+    program.footer(
+        "`vqtype COMMAND --help` explains a command. Texts are UTF-8. A value that begins with '-' and is no number "
+        "stands behind `--`, which ends the options. Errors name what is at fault and end with status 2.");
+}
+
+// Who types wants no errors in between: where there is no answer, nothing can follow.
+int Answer(const CLI::App& program, std::vector<std::string> words) {
+    words.erase(words.begin());
+    try {
+        Write(Complete(program, words));
+        FlushOutput();
+    } catch (const std::exception&) {
+        return 0;
     }
-    throw CommandError("{}: there is no such command; expected one of {}", Echo(arguments[0]), names);
+    return 0;
 }
 
 // Help and version end the parsing early; their text is output like any other.
@@ -93,21 +111,30 @@ void Parse(CLI::App& program, std::vector<std::string> arguments) {
     }
 }
 
-int Run(CLI::App& program, std::vector<std::string> arguments) {
+void RunCommand(CLI::App& program, std::vector<std::string> arguments) {
+    CheckCommand(program, arguments);
+    arguments = ShieldedArguments(program, arguments);
+    std::reverse(arguments.begin(), arguments.end());  // as the parser takes them
+    Parse(program, std::move(arguments));
+    FlushOutput();
+}
+
+int Run(CLI::App& program, int argc, char** argv) {
+    std::vector<std::string> arguments;
     try {
-        AddCommands(program);
-        CheckCommand(program, arguments);
-        arguments = ShieldedArguments(program, arguments);
-        std::reverse(arguments.begin(), arguments.end());  // as the parser takes them
-        Parse(program, std::move(arguments));
-        FlushOutput();
+        Describe(program);
+        arguments = Arguments(argc, argv);
+        if (!arguments.empty() && arguments[0] == "--complete") return Answer(program, arguments);
+        RunCommand(program, arguments);
         return assertionFailed ? Failure : 0;
     } catch (const CLI::ParseError& error) {
-        return FailToParse(program, error);
+        return FailToParse(CalledName(program, arguments), DescribeMistake(program, error, arguments));
+    } catch (const UsageError& error) {
+        return FailToParse(CalledName(program, arguments), error.what());
     } catch (const std::bad_alloc&) {
-        return Fail(program, "out of memory");
+        return Fail(CalledName(program, arguments), "out of memory");
     } catch (const std::exception& error) {
-        return Fail(program, error.what());
+        return Fail(CalledName(program, arguments), error.what());
     }
 }
 
@@ -116,7 +143,7 @@ int Run(CLI::App& program, std::vector<std::string> arguments) {
 int main(int argc, char** argv) {
     PrepareStreams();
     VqSetAssertHandler(ReportAssertion);
-    CLI::App program("vqtype: looks at the types of the object database, and at values of them in memory and on disk",
+    CLI::App program("Looks at the types of the object database, and at values of them in memory and on disk",
                      "vqtype");
-    return Run(program, Arguments(argc, argv));
+    return Run(program, argc, argv);
 }

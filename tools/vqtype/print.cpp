@@ -32,14 +32,15 @@ void Print(const PrintOptions& options) {
 void AddPrintCommand(CLI::App& program) {
     const auto options = std::make_shared<PrintOptions>();
     CLI::App* command = program.add_subcommand("print", "Print values under a format");
-    AddText(*command, "TYPE", options->type, "The values' type")->required();
+    AddType(*command, options->type);
     AddValues(*command, options->values);
     AddFormatOption(*command, options->format);
     command->add_flag("--array", options->array, "All values as one array, with commas between");
     AddTextOptions(*command, options->codeSet, options->language);
     command->footer(
-        "What a directive of a format stands for depends on the type; `vqtype show TYPE` names the row's own format.\n"
-        "A directive for a part that the value does not have prints the clock: %H of a VqDate is the hour it is now.\n"
-        "Example: vqtype print VqDate 2005-03-07 --format '%A, %e %B %Y'");
+        "What a directive of a format stands for depends on the type; `vqtype show TYPE` names its own format. A "
+        "directive for a part that the value does not have "
+        "prints the clock: %H of a VqDate is the hour it is now.\n\n"
+        "  $ vqtype print VqDate 2005-03-07 --format '%A, %e %B %Y'");
     command->callback([options] { Print(*options); });
 }

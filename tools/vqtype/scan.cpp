@@ -90,15 +90,16 @@ void Scan(const ScanOptions& options) {
 void AddScanCommand(CLI::App& program) {
     const auto options = std::make_shared<ScanOptions>();
     CLI::App* command = program.add_subcommand("scan", "Read a value from text under a format");
-    AddText(*command, "TYPE", options->type, "The value's type")->required();
-    AddText(*command, "TEXT", options->text, "The text")->required();
+    AddType(*command, options->type, "The value's type");
+    AddText(*command, "TEXT", Takes::Text, options->text, "The text")->required();
     AddFormatOption(*command, options->format);
     AddOrderOption(*command, options->order);
     AddTextOptions(*command, options->codeSet, options->language);
     command->add_flag("--plain", options->plain, "Only the value");
     command->footer(
-        "The library scans without errors: what it cannot read leaves the value, or gives one that stands for it. The\n"
-        "value is shown with the text that it prints as under the same format, and with its bytes on disk.\n"
-        "Example: vqtype scan VqTime '07:30:00 PM'");
+        "The library scans without errors: what it cannot read leaves the value as it was made, or gives one that "
+        "stands for it. The value is shown with the text that it prints as under the same format, and with its bytes "
+        "on disk.\n\n"
+        "  $ vqtype scan VqTime '07:30:00 PM'");
     command->callback([options] { Scan(*options); });
 }

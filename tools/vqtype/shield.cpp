@@ -1,4 +1,5 @@
 #include "command.h"
+#include "error.h"
 #include "text.h"
 
 namespace {
@@ -14,7 +15,25 @@ bool IsNegative(const std::string& argument) {
     return argument.rfind("-.", 0) == 0 || EqualIgnoringCase(argument, "-inf") || EqualIgnoringCase(argument, "-nan");
 }
 
-// The command that the arguments call, or else the program.
+// `--name=value`. The value may be empty, as in `--low=`; an option that there is not is left to the parser.
+void AddAssignment(const CLI::App& command, const std::string& argument, std::vector<std::string>& shielded) {
+    const std::size_t equals = argument.find('=');
+    const std::string name = argument.substr(0, equals), value = argument.substr(equals + 1);
+    if (TakesValue(command, name)) {
+        shielded.insert(shielded.end(), {name, value.empty() ? value : Shield + value});
+    } else if (name != "--" && command.get_option_no_throw(name)) {
+        throw UsageError("{} takes no value", name);
+    } else {
+        shielded.push_back(argument);
+    }
+}
+
+bool IsAssignment(const std::string& argument) {
+    return argument.rfind("--", 0) == 0 && argument.find('=') != argument.npos;
+}
+
+}  // namespace
+
 const CLI::App& CalledCommand(const CLI::App& program, const std::vector<std::string>& arguments) {
     for (const CLI::App* command : program.get_subcommands({})) {
         if (!arguments.empty() && command->get_name() == arguments[0]) return *command;
@@ -27,22 +46,6 @@ bool TakesValue(const CLI::App& command, const std::string& name) {
     return option != nullptr && option->get_items_expected_max() > 0;
 }
 
-// An empty value is given to an option, as in `--low=`; a flag refuses one that is not nothing. `--=` has no name.
-void AddEmpty(const CLI::App& command, const std::string& argument, std::vector<std::string>& shielded) {
-    const std::string name = argument.substr(0, argument.size() - 1);
-    if (TakesValue(command, name)) {
-        shielded.insert(shielded.end(), {name, ""});
-    } else {
-        shielded.push_back(argument + (name == "--" ? "" : Shield));
-    }
-}
-
-bool IsEmptyOption(const std::string& argument) {
-    return argument.rfind("--", 0) == 0 && argument.find('=') == argument.size() - 1;
-}
-
-}  // namespace
-
 std::vector<std::string> ShieldedArguments(const CLI::App& program, const std::vector<std::string>& arguments) {
     const CLI::App& command = CalledCommand(program, arguments);
     std::vector<std::string> shielded;
@@ -52,8 +55,8 @@ std::vector<std::string> ShieldedArguments(const CLI::App& program, const std::v
             onlyValues = true;
         } else if (onlyValues || IsList(argument) || IsNegative(argument)) {
             shielded.push_back(Shield + argument);
-        } else if (IsEmptyOption(argument)) {
-            AddEmpty(command, argument, shielded);
+        } else if (IsAssignment(argument)) {
+            AddAssignment(command, argument, shielded);
         } else {
             shielded.push_back(argument);
         }
@@ -65,13 +68,13 @@ std::string Unshielded(const std::string& argument) {
     return !argument.empty() && argument[0] == '\0' ? argument.substr(1) : argument;
 }
 
-CLI::Option* AddTexts(CLI::App& command, const std::string& name, std::vector<std::string>& texts,
+CLI::Option* AddTexts(CLI::App& command, const std::string& name, Takes takes, std::vector<std::string>& texts,
                       const std::string& description) {
     const auto take = [&texts](const CLI::results_t& given) {
         texts.clear();
         for (const std::string& text : given) texts.push_back(Unshielded(text));
         return true;
     };
-    CLI::Option* option = command.add_option(name, take, description)->type_name("TEXT");
+    CLI::Option* option = command.add_option(name, take, description)->type_name(PlaceName(takes));
     return option->expected(1, CLI::detail::expected_max_vector_size)->allow_extra_args();
 }

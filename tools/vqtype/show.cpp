@@ -170,10 +170,10 @@ void Show(const std::string& type) {
 void AddShowCommand(CLI::App& program) {
     const auto type = std::make_shared<std::string>();
     CLI::App* command = program.add_subcommand("show", "Explain one type: its parts, its texts, what it does");
-    AddText(*command, "TYPE", *type, "The type")->required();
+    AddType(*command, *type, "The type");
     command->footer(
-        "The boxes stand under the offsets of their first bytes; behind a part of any length offsets count anew.\n"
-        "little and big are the bytes of the disk form in either byte order.\n"
-        "Example: vqtype show VqDateTime");
+        "The boxes stand under the offsets of their first bytes; behind a part of any length offsets count anew. In "
+        "the example, little and big are the bytes of the disk form in either byte order.\n\n"
+        "  $ vqtype show VqDateTime");
     command->callback([type] { Show(*type); });
 }

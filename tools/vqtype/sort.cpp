@@ -175,8 +175,8 @@ void Sort(const SortOptions& options) {
 void AddSortCommand(CLI::App& program) {
     const auto options = std::make_shared<SortOptions>();
     CLI::App* command = program.add_subcommand("sort", "Sort the lines of a file in a type's order");
-    AddText(*command, "TYPE", options->type, "The type that every line is a value of")->required();
-    AddText(*command, "FILE", options->file, "A UTF-8 text file; - reads standard input")->required();
+    AddType(*command, options->type, "The type that every line is a value of");
+    AddText(*command, "FILE", Takes::File, options->file, "A UTF-8 text file; - reads standard input")->required();
     command->add_flag("--reverse", options->rule.reverse,
                       "Last first; equal lines keep their sequence, nulls come last");
     command->add_flag("--unique", options->rule.unique, "Of equal lines only the first");
@@ -185,11 +185,9 @@ void AddSortCommand(CLI::App& program) {
     AddLevelOptions(*command, options->ignoreCase, options->ignoreAccents);
     command->footer(
         "The sort is stable. A line is printed as it was read; a CR before its LF is part of the line's end, not of "
-        "its\n"
-        "value. A last line without an end is given one. A line {NULL} is the null value. A value that is not a "
-        "number\n"
-        "(nan) stands behind all that are.\n"
-        "Example: vqtype sort VqString names.txt --language german");
+        "its value. A last line without an end is given one. A line {NULL} is the null value. A value that is not a "
+        "number (nan) stands behind all that are.\n\n"
+        "  $ vqtype sort VqString names.txt --language german");
     command->callback([options, command] {
         options->hasLanguage = command->count("--language") != 0;
         Sort(*options);

@@ -65,17 +65,18 @@ void AddTypesCommand(CLI::App& program) {
     CLI::App* command = program.add_subcommand("types", "List the types and what each of them does");
     command->add_flag("--json", *json, "As JSON, with every operation by name");
     command->footer(
-        "bytes    of one value in memory\n"
-        "fixed    every value takes the same bytes on disk\n"
-        "null     the type has a null value of its own\n"
-        "format   how values print and scan\n"
-        "make     arrays of values: create, construct, destroy, assign, copy\n"
-        "default  what an empty text converts to\n"
-        "disk     store, load, size, translate\n"
-        "order    compare keys\n"
-        "bounds   estimate how much of an index a key selects\n"
-        "hash     hash keys\n"
-        "convert  to and from the exchange texts of other types\n"
-        "text     print and scan");
+        "The columns of the table:\n\n"
+        "  bytes    the size of one value in memory\n"
+        "  fixed    every value takes the same bytes on disk\n"
+        "  null     the type has a null value of its own\n"
+        "  format   how values print and scan\n"
+        "  make     arrays of values: create, construct, destroy, assign, copy\n"
+        "  default  what an empty text converts to\n"
+        "  disk     store, load, size, translate\n"
+        "  order    compare keys\n"
+        "  bounds   estimate how much of an index a key selects\n"
+        "  hash     hash keys\n"
+        "  convert  to and from the exchange texts of other types\n"
+        "  text     print and scan");
     command->callback([json] { *json ? PrintJson() : PrintTable(); });
 }

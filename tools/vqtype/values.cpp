@@ -5,6 +5,7 @@
 
 #include "disktext.h"
 #include "error.h"
+#include "nearest.h"
 #include "operations.h"
 #include "textrules.h"
 #include "vqbase.h"
@@ -13,32 +14,15 @@ namespace {
 
 // --- Names
 
-// Levenshtein distance.
-std::size_t EditDistance(std::string_view a, std::string_view b) {
-    std::vector<std::size_t> row(b.size() + 1);
-    for (std::size_t j = 0; j < row.size(); ++j) row[j] = j;
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        std::size_t diagonal = row[0]++;
-        for (std::size_t j = 0; j < b.size(); ++j) {
-            const std::size_t replaced = diagonal + (a[i] != b[j]);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({replaced, diagonal + 1, row[j] + 1});
-        }
-    }
-    return row.back();
-}
-
-std::string NearestType(const std::string& name) {
-    std::string nearest;
-    std::size_t best = 3;  // further apart, no slip of the hand
+// What the type of that name may have been, also without the Vq in front.
+std::string NearestType(const std::string& given) {
+    NearestName nearest(given);
     for (int i = 0; i < VqTypeCount; ++i) {
-        const std::string candidate = TypeName(static_cast<VqTypeId>(i));
-        for (const std::string& form : {candidate, candidate.substr(candidate.rfind("Vq", 0) == 0 ? 2 : 0)}) {
-            const std::size_t distance = EqualIgnoringCase(form, name) ? 0 : EditDistance(form, name);
-            if (distance < best) best = distance, nearest = candidate;
-        }
+        const std::string name = TypeName(static_cast<VqTypeId>(i));
+        nearest.Try(name);
+        if (name.rfind("Vq", 0) == 0) nearest.Try(name.substr(2), name);
     }
-    return nearest;
+    return nearest.Question();
 }
 
 // --- Overflow
@@ -76,9 +60,8 @@ VqTypeMgr& Manager() { return *DefaultTypeMgr(nullptr); }
 VqTypeId ParseType(const std::string& name, const char* place) {
     char id = 0;
     if (Manager().Name2VqTypeId(name.c_str(), id) == 0) return static_cast<VqTypeId>(id);
-    const std::string nearest = NearestType(name);
     throw CommandError("{} {}: there is no type of this name{} (`vqtype types` lists all)", place, Echo(name),
-                       nearest.empty() ? "" : fmt::format("; did you mean {}?", nearest));
+                       NearestType(name));
 }
 
 std::string TypeName(VqTypeId id) { return Manager().NameGet(id, nullptr); }

@@ -1,0 +1,169 @@
+#include "help.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <sstream>
+
+#include "text.h"
+#include "utf8.h"
+
+namespace {
+
+constexpr std::size_t Width = 100;
+
+// The text's words in lines; all but the first begin with `indent` blanks. `column` is where the first word stands.
+std::string Wrapped(const std::string& text, std::size_t column, std::size_t indent) {
+    std::string out, word;
+    for (std::istringstream words(text); words >> word;) {
+        const std::size_t width = DisplayWidth(word);
+        if (!out.empty() && column + 1 + width > Width) {
+            out += '\n' + std::string(indent, ' ');
+            column = indent;
+        } else if (!out.empty()) {
+            out += ' ';
+            ++column;
+        }
+        out += word;
+        column += width;
+    }
+    return out;
+}
+
+// --- Names and what they mean
+
+struct Entry {
+    std::string name, meaning;
+};
+using Entries = std::vector<Entry>;
+
+std::size_t WidthOfNames(const Entries& entries) {
+    std::size_t width = 0;
+    for (const Entry& entry : entries) width = std::max(width, entry.name.size());
+    return width;
+}
+
+std::string Listed(const Entries& entries, std::size_t width) {
+    std::string out;
+    for (const auto& [name, meaning] : entries) {
+        out += fmt::format("  {:<{}}  {}\n", name, width, Wrapped(meaning, width + 4, width + 4));
+    }
+    return out;
+}
+
+// Lists under their titles, with the meanings below each other throughout.
+struct Section {
+    std::string title;
+    Entries entries;
+};
+
+std::string Listed(const std::vector<Section>& sections, bool withTitles) {
+    std::size_t width = 0;
+    for (const Section& section : sections) width = std::max(width, WidthOfNames(section.entries));
+    std::string out;
+    for (const Section& section : sections) {
+        if (section.entries.empty()) continue;
+        out += '\n' + (withTitles ? section.title + ":\n" : "") + Listed(section.entries, width);
+    }
+    return out;
+}
+
+// --- Options and arguments
+
+bool IsList(const CLI::Option& option) { return option.get_expected_max() >= CLI::detail::expected_max_vector_size; }
+
+std::string OptionNames(const CLI::Option& option) {
+    std::string names;
+    for (const std::string& name : option.get_snames()) names += (names.empty() ? "-" : ", -") + name;
+    for (const std::string& name : option.get_lnames()) names += (names.empty() ? "--" : ", --") + name;
+    return option.get_items_expected_max() > 0 ? names + ' ' + option.get_type_name() : names;
+}
+
+Section OptionsOf(const CLI::App& app, bool withHelp) {
+    Section section{"Options", {}};
+    for (const CLI::Option* option : app.get_options([](const CLI::Option* o) { return o->nonpositional(); })) {
+        if (!withHelp && option == app.get_help_ptr()) continue;
+        section.entries.push_back({OptionNames(*option), option->get_description()});
+    }
+    return section;
+}
+
+std::vector<const CLI::Option*> ArgumentsOf(const CLI::App& app) {
+    return app.get_options([](const CLI::Option* option) { return option->get_positional(); });
+}
+
+Section ArgumentSection(const CLI::App& app) {
+    Section section{"Arguments", {}};
+    for (const CLI::Option* argument : ArgumentsOf(app)) {
+        section.entries.push_back({argument->get_name(true, false), argument->get_description()});
+    }
+    return section;
+}
+
+std::string Usage(const CLI::App& app, const std::string& name) {
+    std::string usage = name + " [OPTION]...";
+    for (const CLI::Option* argument : ArgumentsOf(app)) {
+        const std::string place = argument->get_name(true, false) + (IsList(*argument) ? "..." : "");
+        usage += argument->get_required() ? ' ' + place : " [" + place + ']';
+    }
+    return usage;
+}
+
+// --- Footers
+
+std::string FooterLine(const std::string& line, std::size_t indent) {
+    const std::string margin(indent, ' ');
+    if (line.rfind("  ", 0) == 0) return margin + line + '\n';
+    return line.empty() ? "\n" : margin + Wrapped(line, indent, indent) + '\n';
+}
+
+std::string Footer(const CLI::App& app, std::size_t indent) {
+    std::string out, line;
+    for (std::istringstream lines(app.get_footer()); std::getline(lines, line);) out += FooterLine(line, indent);
+    return out.empty() ? out : '\n' + out;
+}
+
+// --- The whole
+
+std::vector<Section> Groups(const CLI::App& program) {
+    std::vector<Section> sections;
+    for (const CLI::App* command : program.get_subcommands({})) {
+        auto section = std::find_if(sections.begin(), sections.end(),
+                                    [&](const Section& known) { return known.title == command->get_group(); });
+        if (section == sections.end()) section = sections.insert(section, {command->get_group(), {}});
+        section->entries.push_back({command->get_name(), command->get_description()});
+    }
+    return sections;
+}
+
+std::string ProgramHelp(const CLI::App& program, const std::string& name) {
+    std::vector<Section> sections = Groups(program);
+    sections.push_back(OptionsOf(program, true));
+    return fmt::format("Usage: {} COMMAND [OPTION]... [ARGUMENT]...\n\n{}.\n", name,
+                       Wrapped(program.get_description(), 0, 0)) +
+           Listed(sections, true) + Footer(program, 0);
+}
+
+std::string CommandHelp(const CLI::App& command, const std::string& name) {
+    return fmt::format("Usage: {}\n\n{}.\n", Usage(command, name), Wrapped(command.get_description(), 0, 0)) +
+           Listed({ArgumentSection(command), OptionsOf(command, true)}, true) + Footer(command, 0);
+}
+
+// A title, and below it indented paragraphs and lists, make a section of a manual page.
+std::string CommandChapter(const CLI::App& command, const std::string& name) {
+    return fmt::format("\n{}:\n  {}.\n", Usage(command, name), Wrapped(command.get_description(), 2, 2)) +
+           Listed({ArgumentSection(command), OptionsOf(command, false)}, false) + Footer(command, 2);
+}
+
+}  // namespace
+
+std::string HelpFormatter::make_help(const CLI::App* app, std::string name, CLI::AppFormatMode mode) const {
+    if (app->get_parent() != nullptr) return CommandHelp(*app, name);
+    std::string help = ProgramHelp(*app, name);
+    if (mode != CLI::AppFormatMode::All) return help;
+    help += "\n*Commands*\n";
+    for (const CLI::App* command : app->get_subcommands({})) {
+        help += CommandChapter(*command, name + ' ' + command->get_name());
+    }
+    return help;
+}

@@ -1,0 +1,19 @@
+/// \file
+/// What is wrong with a command line.
+#ifndef VQTYPE_MISTAKE_H
+#define VQTYPE_MISTAKE_H
+
+#include <CLI/CLI.hpp>
+
+#include <string>
+#include <vector>
+
+/// Throws CommandError or UsageError when the arguments begin with what is neither a command nor an option of the
+/// program.
+void CheckCommand(const CLI::App& program, const std::vector<std::string>& arguments);
+
+/// What the parser's error says, with the argument at fault, and the option that may have been meant.
+std::string DescribeMistake(const CLI::App& program, const CLI::ParseError& error,
+                            const std::vector<std::string>& arguments);
+
+#endif

@@ -1,0 +1,43 @@
+/// \file
+/// What can stand at each place of the command line: every argument and every option's value is one of these.
+#ifndef VQTYPE_PLACE_H
+#define VQTYPE_PLACE_H
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// What a place takes. Help names the place after it, and completion offers what it takes.
+enum class Takes {
+    Type,
+    Value,
+    Text,
+    Hex,
+    File,
+    Format,
+    Order,
+    Form,
+    CodeSet,
+    Language,
+    Flags,
+    Operator,
+    Bytes,
+};
+
+/// The place's name in help and errors, in capitals: "TYPE".
+const char* PlaceName(Takes takes);
+
+/// What has been typed when a place is asked for its choices.
+struct Typed {
+    std::string type;  ///< the first type on the command line, empty without one
+    std::string word;  ///< the word at the place itself, up to the cursor
+};
+
+/// All that the place of that name can take, or nothing when only the user knows. False when no place has the name.
+bool ListChoices(std::string_view place, const Typed& typed, std::vector<std::string>& choices);
+
+/// The text again. Throws CommandError, its text starting with `name`, when the place takes only its choices and the
+/// text is none of them.
+const std::string& CheckChoice(Takes takes, const std::string& name, const std::string& text);
+
+#endif
