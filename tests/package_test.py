@@ -1,29 +1,40 @@
 #!/usr/bin/env python3
 """package_test.py CMAKE SOURCES BUILD: other projects can use the libraries in each way that is offered.
 
-The build is installed below a folder with a blank in its name, then moved. Programs that call all three libraries are built against it
-by find_package and by pkg-config, shared and static, and against the sources by add_subdirectory.
+The build is installed below a folder with a blank in its name, then moved. The examples, and programs that call all three libraries,
+are built against it by find_package and by pkg-config, shared and static, and against the sources by add_subdirectory.
 """
 import os
 import pathlib
 import shutil
-import subprocess
 import sys
-import tempfile
 import unittest
 
+from consumers import TemporaryFolder, build, build_and_run_examples, example_tests, files, run, version_of, with_libraries
+
 CMAKE, SOURCES, BUILD = sys.argv[1], pathlib.Path(sys.argv[2]), pathlib.Path(sys.argv[3])
+VERSION = version_of(SOURCES)
 
 PROGRAM = """
-#include <vqbase.h>
-#include <vqlanguagecontext.h>
-#include <vqstring.h>
+#include <vqtm.h>
 int main() {
     unsigned char disk[4];
     long value = 42;
     LongStore(disk, &value, 2, 1);
-    const VqString text("text");
-    return disk[3] == 42 && VqLanguageContext::QueryCodeSet(1) != nullptr && text.Len() == 4 ? 0 : 1;
+    const VqString text("\\xe9t\\xe9");
+    const VqDate null = VqDate(-32768, -128, -128);
+    return disk[3] == 42 && VqLanguageContext::QueryCodeSet(1) != nullptr && text.Len() == 3 && null.month < 0 ? 0 : 1;
+}
+"""
+
+C_PROGRAM = """
+#include <library.h>
+#include <stdio.h>
+int main(void) {
+    const char* description;
+    _GetVqTypeMgrInfo(0, 0, &description, 0, 0);
+    puts(description);
+    return 0;
 }
 """
 
@@ -38,54 +49,74 @@ endforeach()
 """
 
 
-def run(*command, **options):
-    result = subprocess.run([str(part) for part in command], stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, **options)
-    if result.returncode:
-        raise AssertionError(f"{' '.join(map(str, command))}\n{result.stdout}")
-    return result.stdout
-
-
-class Consumers(unittest.TestCase):
+class Consumers(TemporaryFolder):
     @classmethod
     def setUpClass(cls):
-        cls.folder = pathlib.Path(tempfile.mkdtemp(prefix="vqtm package "))
-        run(CMAKE, "--install", BUILD, "--prefix", cls.folder / "first")
-        cls.prefix = (cls.folder / "first").rename(cls.folder / "moved")
+        super().setUpClass()
+        first = cls.folder / "first"
+        run(CMAKE, "--install", BUILD, "--prefix", first, "--component", "Runtime")
+        cls.runtime = files(first)
+        cls.demo = run(first / "bin/vqtype", "demo")
+        run(CMAKE, "--install", BUILD, "--prefix", first)
+        cls.prefix = first.rename(cls.folder / "moved")
+        cls.pkgconfig = next(cls.prefix.rglob("vqtm.pc")).parent
+        cls.libraries = cls.pkgconfig.parent
+        cls.examples = cls.prefix / "share/vqtm/examples"
 
-    @classmethod
-    def tearDownClass(cls):
-        shutil.rmtree(cls.folder)
-
-    def build(self, name, find, static, *options):
+    def project(self, name, find, static, *options):
         source = self.folder / name
         source.mkdir()
         (source / "main.cpp").write_text(PROGRAM)
         (source / "CMakeLists.txt").write_text(PROJECT.replace("@FIND@", find).replace("@STATIC@", static))
-        run(CMAKE, "-G", "Ninja", "-S", source, "-B", source / "build", *options)
-        run(CMAKE, "--build", source / "build", "-j2")
-        return source / "build"
+        return build(CMAKE, source, source / "build", *options)
 
-    def test_find_package(self):
-        built = self.build("by package", "find_package(vqtm 9.5 REQUIRED)", "typelib_static", f"-DCMAKE_PREFIX_PATH={self.prefix}")
+    def test_find_package_with_unsigned_characters(self):
+        built = self.project("by package", "find_package(vqtm 9.5 REQUIRED)", "typelib_static",
+                             f"-DCMAKE_PREFIX_PATH={self.prefix}", "-DCMAKE_CXX_FLAGS=-funsigned-char -Wall -Wextra -Werror")
         run(built / "with_typelib")
         run(built / "with_typelib_static")
 
+    def test_examples_by_find_package(self):
+        ran = build_and_run_examples(CMAKE, self.examples, self.folder / "examples", f"-DCMAKE_PREFIX_PATH={self.prefix}")
+        self.assertEqual(ran, example_tests(SOURCES / "examples"))
+
     def test_add_subdirectory(self):
         add = f'add_subdirectory("{SOURCES}" vqtm)'
-        built = self.build("by folder", add, "", "-DCMAKE_CXX_FLAGS=-O0")
+        built = self.project("by folder", add, "", "-DCMAKE_CXX_FLAGS=-O0")
         run(built / "with_typelib")
         self.assertFalse(list(built.rglob("vqtm_tests*")), "tests are built inside another project")
 
+    def compile(self, compiler, source, name, ask="", link=""):
+        """By pkg-config, as a shell would; the result is a program in the folder."""
+        environment = {**os.environ, "PKG_CONFIG_PATH": str(self.pkgconfig)}
+        command = f'eval {compiler} {link} \'"{source}"\' -o {name} $(pkg-config {ask} --cflags --libs vqtm)'
+        run("sh", "-c", command, cwd=self.folder, env=environment)
+        return self.folder / name
+
     @unittest.skipUnless(shutil.which("pkg-config"), "pkg-config is missing")
-    def test_pkg_config(self):
-        source = self.folder / "main.cpp"
-        source.write_text(PROGRAM)
-        libraries = next(self.prefix.rglob("vqtm.pc")).parent
-        environment = {**os.environ, "PKG_CONFIG_PATH": str(libraries)}
-        for name, ask, link in (("shared", "", ""), ("static", "--static", "-static")):
-            command = f'eval g++ -std=c++20 {link} main.cpp -o {name} $(pkg-config {ask} --cflags --libs vqtm)'
-            run("sh", "-c", command, cwd=self.folder, env=environment)
-            run(self.folder / name, env={**environment, "LD_LIBRARY_PATH": str(libraries.parent)})
+    def test_examples_by_pkg_config(self):
+        for source in self.examples.glob("*.cpp"):
+            run(self.compile("g++ -std=c++20", source, f"shared_{source.stem}"), self.examples, env=with_libraries(self.libraries))
+            run(self.compile("g++ -std=c++20", source, f"static_{source.stem}", "--static", "-static"), self.examples)
+        for source in self.examples.glob("*.c"):
+            run(self.compile("gcc -std=c99", source, source.stem), env=with_libraries(self.libraries))
+
+    @unittest.skipUnless(shutil.which("pkg-config"), "pkg-config is missing")
+    def test_c_programs_link_the_entry_points(self):
+        source = self.folder / "entry.c"
+        source.write_text(C_PROGRAM)
+        shared = self.compile("gcc -std=c99 -Wall -Wextra -Wpedantic -Werror", source, "shared_entry")
+        self.assertIn(VERSION, run(shared, env=with_libraries(self.libraries)))
+        self.assertIn(VERSION, run(self.compile("gcc -std=c99", source, "static_entry", "--static", "-static")))
+
+    def test_hosts_load_the_library_by_its_path_alone(self):
+        run("gcc", "-std=c99", self.examples / "host.c", "-I", self.prefix / "include/vqtm", "-o", self.folder / "host", "-ldl")
+        self.assertIn(VERSION, run(self.folder / "host", self.libraries / "libvq95FtmB.so.9"))
+
+    def test_the_runtime_alone_runs_the_workbench(self):
+        self.assertIn("Indonesia", self.demo)
+        foreign = {name for name in self.runtime if name.endswith((".h", ".a", ".so", ".cmake", ".pc"))}
+        self.assertFalse(foreign)
 
     def test_only_the_product_is_installed(self):
         names = {path.name for path in self.prefix.rglob("*") if path.is_file()}
