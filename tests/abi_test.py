@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """abi_test.py [--update] TARGET CMAKE BUILD [-DNAME=VALUE...]: functions and types of the shared libraries are those of docs/abi.
 
-More than names and layouts: what functions return, what enumerators stand for. The libraries are built in BUILD with debugging
-information and compared, by abidiff, with what abidw wrote of them for TARGET (native or linux32). With --update that is written
+More than names and layouts: what functions return, and what becomes of the types that they name. The libraries are built in BUILD
+with debugging information and compared, by abidiff, with what abidw wrote of them for TARGET (native or linux32). With --update that is written
 anew.
 """
 import lzma

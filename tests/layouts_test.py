@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""layouts_test.py [--update] TARGET OBJDUMP COMPILER FLAG...: structures of public headers lie in memory as docs/abi/layouts.txt says.
+"""layouts_test.py [--update] TARGET OBJDUMP COMPILER FLAG...: types of public headers are laid out as docs/abi/layouts.txt says.
 
 What the compiler makes of the headers is read from the debugging information of a file that includes them all, private fields as
-well as public ones, so that no structure can be left out. With --update the column of TARGET is written anew.
+well as public ones, so that no type can be left out. With --update the column of TARGET is written anew.
 """
 import pathlib
 import subprocess
@@ -17,15 +17,16 @@ TABLE = TREE / "docs/abi/layouts.txt"
 TARGETS = ("native", "linux32", "win32")
 HEADERS = sorted(header for folder in ("inc", "platform/base/inc", "platform/i18n/inc") for header in (TREE / folder).glob("*.h"))
 PUBLIC = {str(header) for header in HEADERS}
-STRUCTURES = ("class_type", "structure_type", "union_type")
+TYPES = ("class_type", "structure_type", "union_type", "enumeration_type")
 # What makes a compiler describe types that the file does not use.
 COMPLETE = {"clang": ["-fstandalone-debug"], "g++": ["-femit-class-debug-always"]}
 HEAD = """\
-# How the structures of the public headers lie in memory. Written by ./dev abi --update; README.md tells more.
+# How the types of the public headers are laid out. Written by ./dev abi --update; README.md tells more.
 #
-# A structure:         size/alignment in bytes
+# A type:              size/alignment in bytes
 # a field, a base:     offset+size in bytes
 # a virtual function:  its place in the table of virtual functions
+# an enumerator:       its number
 # -                    not on this target
 """
 
@@ -55,14 +56,14 @@ class Compiler:
         return {name: values[f"probe_{number}"] for number, name in enumerate(names)}
 
 
-def public_structures(types):
-    """The structures that public headers define and that hold something, by name."""
+def public_types(types):
+    """The types that public headers define and that hold something, by name."""
     declared = [entry for entry in types.entries.values() if types.declared_in(entry) in PUBLIC]
     instances = {id(types.referred(entry)): entry.name for entry in declared
                  if entry.tag == "typedef" and entry.scope.tag == "compile_unit"}
     found = {}
     for entry in declared:
-        if entry.tag in STRUCTURES and "byte_size" in entry.attributes and holds_something(types, entry):
+        if entry.tag in TYPES and "byte_size" in entry.attributes and holds_something(types, entry):
             name = types.qualified_name(entry)
             if name and "<" in name:
                 name = instances.get(id(entry), name)
@@ -73,7 +74,7 @@ def public_structures(types):
 
 def holds_something(types, entry):
     """False for sets of static functions, and for function objects."""
-    return any(child.tag == "member" and "external" not in child.attributes or
+    return any(child.tag == "enumerator" or child.tag == "member" and "external" not in child.attributes or
                child.tag == "inheritance" and holds_something(types, types.referred(child)) or
                "vtable_elem_location" in child.attributes for child in entry.children)
 
@@ -83,33 +84,33 @@ def parameters(types, function):
                      if child.tag == "formal_parameter" and "artificial" not in child.attributes)
 
 
-def rows_of(types, entry):
-    """The rows of a structure, below its own: what stands in the table, and its figures."""
-    for child in entry.children:
-        assert not {"bit_size", "data_bit_offset"} & {*child.attributes}, f"{child.name}: there is no way to write bit fields yet"
-        if child.tag == "inheritance" and holds_something(types, types.referred(child)):
-            text = f"base {types.type_text(child)}"
-        elif child.tag == "member" and "data_member_location" in child.attributes:
-            text = "table of virtual functions" if child.name.startswith("_vptr") else f"{types.type_text(child)} {child.name}"
-        elif "vtable_elem_location" in child.attributes:
-            yield f"virtual {child.name}({parameters(types, child)})", str(child.number("vtable_elem_location"))
-            continue
-        else:
-            continue
-        yield text, f"{child.number('data_member_location')}+{types.size_of(child)}"
+def row_of(types, child):
+    """What stands in the table for a part of a type, and its figures; null where it has no place in memory."""
+    assert not {"bit_size", "data_bit_offset"} & {*child.attributes}, f"{child.name}: there is no way to write bit fields yet"
+    place = f"{child.number('data_member_location')}+{types.size_of(child)}" if "data_member_location" in child.attributes else None
+    if child.tag == "enumerator":
+        return child.name, str(child.number("const_value"))
+    if "vtable_elem_location" in child.attributes:
+        return f"virtual {child.name}({parameters(types, child)})", str(child.number("vtable_elem_location"))
+    if child.tag == "inheritance" and holds_something(types, types.referred(child)):
+        return f"base {types.type_text(child)}", place
+    if child.tag == "member" and place:
+        return "table of virtual functions" if child.name.startswith("_vptr") else f"{types.type_text(child)} {child.name}", place
+    return None
 
 
 def layouts(compiler):
-    """The figures of every row on this target: by structure, then by row; the structure's own row is the first."""
+    """The figures of every row on this target: by type, then by row; the type's own row is the first."""
     types = compiler.types()
-    structures = public_structures(types)
-    alignments = compiler.alignments([*structures])
-    return {name: {name: f"{entry.number('byte_size')}/{alignments[name]}", **dict(rows_of(types, entry))}
-            for name, entry in structures.items()}
+    found = public_types(types)
+    alignments = compiler.alignments([*found])
+    return {name: {name: f"{entry.number('byte_size')}/{alignments[name]}",
+                   **dict(row for child in entry.children if (row := row_of(types, child)))}
+            for name, entry in found.items()}
 
 
 def read_table():
-    """The figures of every target: by structure, then by row."""
+    """The figures of every target: by type, then by row."""
     table = {}
     for line in TABLE.read_text(encoding="utf-8").splitlines() if TABLE.exists() else []:
         if not line or line.startswith("#"):
@@ -118,29 +119,29 @@ def read_table():
         if figures == [*TARGETS]:
             continue
         if "/" in "".join(figures):
-            structure = text
-        table.setdefault(structure, {})[text] = {target: figure for target, figure in zip(TARGETS, figures) if figure != "-"}
+            name = text
+        table.setdefault(name, {})[text] = {target: figure for target, figure in zip(TARGETS, figures) if figure != "-"}
     return table
 
 
 def write_table(table):
     row = lambda figures, text: "".join(f"{figure:>9}" for figure in figures) + text
-    lines = [HEAD, row(TARGETS, "  structure")]
-    for structure in sorted(table, key=lambda name: (name.lower(), name)):
+    lines = [HEAD, row(TARGETS, "  type")]
+    for name in sorted(table, key=lambda name: (name.lower(), name)):
         lines.append("")
-        for text, figures in table[structure].items():
-            lines.append(row((figures.get(target, "-") for target in TARGETS), ("  " if text == structure else "      ") + text))
+        for text, figures in table[name].items():
+            lines.append(row((figures.get(target, "-") for target in TARGETS), ("  " if text == name else "      ") + text))
     TABLE.write_text("\n".join(lines) + "\n", encoding="utf-8", newline="\n")
 
 
 def update(target, found):
     before, after = read_table(), {}
-    for structure in {*before, *found}:
-        old, new = before.get(structure, {}), found.get(structure, {})
+    for name in {*before, *found}:
+        old, new = before.get(name, {}), found.get(name, {})
         rows = {text: {**old.get(text, {}), target: new.get(text)} for text in [*new, *old]}
-        rows = {text: {name: figure for name, figure in figures.items() if figure} for text, figures in rows.items()}
-        after[structure] = {text: figures for text, figures in rows.items() if figures}
-    write_table({structure: rows for structure, rows in after.items() if rows})
+        rows = {text: {column: figure for column, figure in figures.items() if figure} for text, figures in rows.items()}
+        after[name] = {text: figures for text, figures in rows.items() if figures}
+    write_table({name: rows for name, rows in after.items() if rows})
 
 
 def lines(rows):
@@ -151,19 +152,19 @@ class Layouts(unittest.TestCase):
     maxDiff = None
 
     def test_are_those_of_the_table(self):
-        table = {structure: {text: figures[TARGET] for text, figures in rows.items() if TARGET in figures}
-                 for structure, rows in read_table().items()}
-        table = {structure: rows for structure, rows in table.items() if rows}
-        self.assertEqual(sorted(FOUND.keys() - table.keys()), [], "public structures that are not in the table")
-        self.assertEqual(sorted(table.keys() - FOUND.keys()), [], "structures of the table that no public header has")
-        for structure in table:
-            with self.subTest(structure):
-                self.assertEqual(lines(FOUND[structure]), lines(table[structure]))
+        table = {name: {text: figures[TARGET] for text, figures in rows.items() if TARGET in figures}
+                 for name, rows in read_table().items()}
+        table = {name: rows for name, rows in table.items() if rows}
+        self.assertEqual(sorted(FOUND.keys() - table.keys()), [], "public types that are not in the table")
+        self.assertEqual(sorted(table.keys() - FOUND.keys()), [], "types of the table that no public header has")
+        for name in table:
+            with self.subTest(name):
+                self.assertEqual(lines(FOUND[name]), lines(table[name]))
 
     def test_are_the_same_on_both_32_bit_targets(self):
-        for structure, rows in read_table().items():
+        for name, rows in read_table().items():
             for text, figures in rows.items():
-                self.assertEqual(figures.get("linux32"), figures.get("win32"), f"{structure}: {text}")
+                self.assertEqual(figures.get("linux32"), figures.get("win32"), f"{name}: {text}")
 
 
 if __name__ == "__main__":
