@@ -6,7 +6,9 @@ Everything that the workbench prints is compared with the sessions in golden/cli
 """
 import json
 import os
+import pathlib
 import random
+import signal
 import subprocess
 import tempfile
 import unittest
@@ -300,6 +302,63 @@ class Streams(unittest.TestCase):
                 done = subprocess.run([*PROGRAM, argument], stdout=full, stderr=subprocess.PIPE, env=console.ENVIRONMENT)
                 self.assertTrue(is_refusal(done.returncode, done.stderr.decode()), done.stderr)
             self.assertEqual(2, subprocess.run([*PROGRAM, "bogus"], stderr=full, env=console.ENVIRONMENT).returncode)
+
+    def test_a_closed_pipe_is_told_once_or_ends_the_program(self):
+        if len(PROGRAM) > 1:
+            self.skipTest("the emulator has its own pipes")
+        for ignored, status, lines in (signal.SIG_IGN, 2, 1), (signal.SIG_DFL, -signal.SIGPIPE, 0):
+            reader, writer = os.pipe()
+            os.close(reader)
+            done = subprocess.run([*PROGRAM, "types", "--json"], stdout=writer, stderr=subprocess.PIPE, restore_signals=False,
+                                  preexec_fn=lambda action=ignored: signal.signal(signal.SIGPIPE, action))
+            os.close(writer)
+            self.assertEqual((status, lines), (done.returncode, done.stderr.count(b"\n")), done.stderr)
+        done = subprocess.run(["bash", "-c", '"$@" types >&-', "-", *PROGRAM], capture_output=True)
+        self.assertEqual((2, 1), (done.returncode, done.stderr.count(b"\n")), done.stderr)
+
+
+class WindowsCommandLine(unittest.TestCase):
+    """Command lines as Windows has them: one text in UTF-16, which the program itself parts into arguments."""
+
+    def launch(self, rest, stdin=b""):
+        launcher = pathlib.Path(PROGRAM[-1]).with_name("vqtm_launch.exe")
+        if len(PROGRAM) == 1 or not launcher.exists():
+            self.skipTest("only where vqtype.exe is run by an emulator")
+        with tempfile.NamedTemporaryFile(suffix=".txt") as file:
+            program = "Z:" + PROGRAM[-1].replace("/", "\\")
+            file.write(f'"{program}" {rest}'.encode("utf-16-le", "surrogatepass"))
+            file.flush()
+            done = subprocess.run([*PROGRAM[:-1], launcher, file.name], input=stdin, capture_output=True, cwd=console.ROOT,
+                                  env=console.ENVIRONMENT, timeout=120)
+        self.assertNotEqual(100, done.returncode, "the console's code page was not put back")
+        return done.returncode, done.stdout.decode("utf-8"), done.stderr.decode("utf-8")
+
+    def test_arguments_keep_their_characters(self):
+        cases = [("Łódź", "Łódź"), ("😀", "😀"), ('"two  words"', "two  words"), ('""', ""), ("a\\b\\\\", "a\\b\\\\"),
+                 ('"c\\\\"', "c\\"), ('d\\"e', 'd"e'), ('f" g"h', "f gh"), ("'i'", "'i'"), ("*.txt", "*.txt"), ("%PATH%", "%PATH%"),
+                 ("漢字", "漢字"), ("\u2028", "\u2028")]
+        status, output, errors = self.launch("convert VqString VqString --plain --code-set 253 -- " +
+                                             " ".join(written for written, _ in cases))
+        self.assertEqual((0, ""), (status, errors))
+        self.assertEqual([text for _, text in cases], output[:-1].split("\n"))
+
+    def test_half_a_character_is_refused(self):
+        for half in "\ud800", "\udc00", "\udc00\ud800":
+            status, output, errors = self.launch(f"encode VqString --code-set 253 a{half}b")
+            self.assertEqual((2, ""), (status, output))
+            self.assertRegex(errors, r"^vqtype: argument 5: .*half of a surrogate pair stands alone.*\n$")
+
+    def test_names_of_files_and_pipes_are_unicode(self):
+        with tempfile.TemporaryDirectory() as folder:
+            name = f"{folder}/Łódź 😀.txt"
+            with open(name, "w", encoding="utf-8") as file:
+                file.write("Łódź\n😀\nKraków\n")
+            self.assertEqual((0, "Kraków\nŁódź\n😀\n", ""), self.launch(f'sort VqString "{name}"'))
+        status, output, errors = self.launch(f'sort VqString "{name}"')
+        self.assertEqual((2, ""), (status, output))
+        self.assertIn("Łódź 😀.txt: cannot be opened", errors)
+        status, _, errors = self.launch("sort long -", stdin="Łódź\n".encode())
+        self.assertEqual((2, True), (status, errors.startswith('vqtype sort: standard input:1: "Łódź" is no long')))
 
 
 def update():

@@ -1,0 +1,186 @@
+#!/usr/bin/env python3
+"""Tests of what the workbench brings for the shell: shell_test.py PROGRAM [MANUAL_PAGE]."""
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+import console
+
+PROGRAM = pathlib.Path(sys.argv[1]).resolve()
+PAGE = pathlib.Path(sys.argv[2]).resolve() if len(sys.argv) > 2 else None
+COMPLETION = console.ROOT / "tools/vqtype/completion/vqtype"
+ENVIRONMENT = {**console.ENVIRONMENT, "PATH": f"{PROGRAM.parent}:{os.environ['PATH']}"}
+
+
+def run(*arguments, **environment):
+    """What the program prints; a failure is one of the test."""
+    return subprocess.run([PROGRAM, *arguments], check=True, capture_output=True, encoding="utf-8",
+                          env={**ENVIRONMENT, **environment}).stdout
+
+
+def commands():
+    """Names of the commands, and their option lines and argument lines by the help."""
+    names = run("--complete", "").splitlines()[1:]
+    for name in names:
+        text = run(name, "--help")
+        usage = re.search(r"^Usage: vqtype \S+ \[OPTION\]\.\.\.(.*)", text)[1]
+        yield name, re.findall(r"[A-Z]+", usage), re.findall(r"^  (?:-\w, )?(--[\w-]+)(?: ([A-Z]+))?", text, re.M)
+
+
+class Protocol(unittest.TestCase):
+    def test_every_place_of_every_command_is_known(self):
+        for name, arguments, options in commands():
+            given = []
+            for argument in arguments:
+                place = run("--complete", name, *given, "").splitlines()[0]
+                self.assertRegex(place, "^[A-Z]+$", (name, argument))
+                given.append("long" if place == "TYPE" else "1")
+            offered = run("--complete", name, *given, "--").splitlines()[1:]
+            self.assertEqual(sorted(option for option, _ in options), sorted(offered), name)
+            for option, place in options:
+                if place:
+                    self.assertEqual(place, run("--complete", name, *given, option, "").splitlines()[0])
+                    self.assertEqual(place, run("--complete", name, *given, option + "=").splitlines()[0])
+
+    def test_what_is_offered_is_taken(self):
+        offers = [["encode", "VqString", "a", "--code-set"], ["encode", "VqString", "a", "--language"], ["show"],
+                  ["compare", "long", "1", "2", "--flags"], ["compare", "long", "1", "2", "--order"],
+                  ["estimate", "long", "1", "--op"], ["scan", "VqDate", "x", "--order"], ["encode", "VqBoolean"],
+                  ["encode", "VqNull_int"], ["print", "VqDate", "2005-03-07", "--format"]]
+        for words in offers:
+            choices = run("--complete", *words, "").splitlines()[1:]
+            self.assertTrue(choices, words)
+            for choice in choices:
+                with self.subTest(words=words, choice=choice):
+                    run(*words, choice)
+
+    def test_nothing_makes_it_fail(self):
+        for words in ([], ["\xff"], ["encode", "--", "--", "--"], ["encode", "=", "--="], ["types", "--json=", ""],
+                      ["estimate", "--low", "--low", "--low=", "-"], ["-", "-"], ["compare", "illegal", "", "", "", ""]):
+            self.assertTrue(run("--complete", *words).endswith("\n"))
+        closed = subprocess.run(["bash", "-c", "vqtype --complete '' >&-"], env=ENVIRONMENT, capture_output=True)
+        self.assertEqual((0, b""), (closed.returncode, closed.stderr))
+
+
+@unittest.skipUnless(shutil.which("bash"), "no bash here")
+class Bash(unittest.TestCase):
+    CASES = [
+        ("vqtype so", ["sort"]),
+        ("vqtype --vers", ["--version"]),
+        ("vqtype encode vqdatet", ["VqDateTime"]),
+        ("FOO=1; vqtype encode VqNull_short ", ["\\{NULL\\}"]),
+        ("vqtype encode VqNull_short {", ["\\{NULL\\}"]),
+        ("vqtype encode VqNull_short '{N", ["{NULL}"]),
+        ('vqtype encode VqNull_short "{N', ["{NULL}"]),
+        ("vqtype encode VqString a --language chinese\\ s", ["chinese\\ simplified"]),
+        ("vqtype encode VqString a --language 'chinese s", ["chinese simplified"]),
+        ("vqtype encode VqString a --language=chinese\\ s", ["chinese\\ simplified"]),
+        ("vqtype encode VqString a --language='chinese s", ["chinese simplified"]),
+        ("vqtype encode VqString a --code-set=kO", ["KOI8-R"]),
+        ("vqtype compare long 1 2 --order=m", ["memory"]),
+        ("vqtype compare long 1 2 --flags exact,r", ["exact,report"]),
+        ("vqtype estimate long --op '<", ["<", "<="]),
+        ("vqtype print VqDate 2005-03-07 --format ", ["%a\\ %e.%b\\ %Y"]),
+        ("vqtype sort long 'two words/s", ["two words/sp ace.txt", "two words/sub"]),
+        ("vqtype sort long two\\ words/sp", ["two words/sp ace.txt"]),
+        ("vqtype sort long Ł", ["Łódź.txt"]),
+        ("vqtype sort long it\\'", ["it's $5"]),
+        ("vqtype demo ~/Łó", ["~/Łódź.txt"]),
+        ("vqtype encode $(touch evil) `touch evil` \"$(touch evil)", []),
+        ("vqtype bogus ", []),
+    ]
+
+    def complete(self, line, folder, shell=("bash", "--norc", "--noprofile")):
+        script = ('source "$1"; line=$2; COMP_LINE=${line##*; } COMP_POINT=${#COMP_LINE} COMPREPLY=(old)\n'
+                  '_vqtype vqtype; printf "%s\\n" "${COMPREPLY[@]}"')
+        done = subprocess.run([*shell, "-c", script, "-", COMPLETION, line], cwd=folder, check=True, env={**ENVIRONMENT, "HOME": str(folder)},
+                              capture_output=True, encoding="utf-8")
+        self.assertEqual("", done.stderr, line)
+        return sorted(filter(None, done.stdout.splitlines()))
+
+    def folder(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        path = pathlib.Path(folder.name)
+        (path / "two words" / "sub").mkdir(parents=True)
+        for name in "two words/sp ace.txt", "Łódź.txt", "it's $5":
+            (path / name).touch()
+        return path
+
+    def test_words_come_as_they_are_typed(self):
+        folder = self.folder()
+        for line, expected in self.CASES:
+            with self.subTest(line):
+                self.assertEqual(sorted(expected), self.complete(line, folder))
+        self.assertFalse((folder / "evil").exists(), "what is being typed was run")
+
+    def test_readline_puts_them_in_place(self):
+        """A terminal of its own: what is typed, tabs included, and the command that comes of it."""
+        folder = self.folder()
+        cases = [("vqtype enc\tvqdatet\t--ord\tl\t", "encode VqDateTime --order little"),
+                 ("vqtype encode VqString a --language=chinese\\ s\t", "encode VqString a --language=chinese simplified"),
+                 ("vqtype encode VqString a --language 'chinese s\t", "encode VqString a --language chinese simplified"),
+                 ("vqtype sort long it\\'\t", "sort long it's $5"), ("vqtype sort long it\t", "sort long it's $5"),
+                 ("vqtype sort long two\\ words/sp\t", "sort long two words/sp ace.txt"),
+                 ("vqtype encode VqNull_int {\t", "encode VqNull_int {NULL}")]
+        # What runs is a function; what completes is the program.
+        setup = (f'source {COMPLETION}; _inner() {{ _vqtype {PROGRAM}; }}; complete -F _inner vqtype\n'
+                 'vqtype() { local IFS=" "; printf "%s\\n" "<$*>" >>typed; }\n')
+        typed = "".join(line + "\n" for line, _ in cases)
+        (folder / "setup").write_text(setup)
+        shutil.which("script") or self.skipTest("no script(1) here")
+        subprocess.run(["script", "-qec", "bash --norc --noprofile --init-file setup -i", "/dev/null"], cwd=folder,
+                       input=f"bind 'set bell-style none'; source ./setup\n{typed}exit\n", encoding="utf-8", timeout=60,
+                       env={**ENVIRONMENT, "TERM": "dumb", "HISTFILE": "/dev/null", "INPUTRC": "/dev/null"},
+                       capture_output=True)
+        lines = (folder / "typed").read_text(encoding="utf-8").splitlines()
+        self.assertEqual([f"<{expected}>" for _, expected in cases], lines)
+
+
+@unittest.skipUnless(PAGE and PAGE.exists(), "no manual page was made: help2man is missing")
+class ManualPage(unittest.TestCase):
+    def rendered(self):
+        if not shutil.which("groff"):
+            self.skipTest("no groff here")
+        done = subprocess.run(["groff", "-man", "-ww", "-k", "-Tutf8", "-rLL=100n", "-P-c", PAGE], capture_output=True,
+                              env=ENVIRONMENT, encoding="utf-8", check=True)
+        self.assertEqual("", done.stderr)
+        return re.sub(".\b", "", done.stdout)
+
+    def test_it_holds_all_commands_with_options_and_examples(self):
+        text = re.sub(r"[\s\u2010-]+", " ", self.rendered())
+        examples = 0
+        for name, arguments, options in commands():
+            self.assertIn(f" vqtype {name} [OPTION]...", text)
+            for option, _ in options:
+                self.assertIn(" " + re.sub("-+", " ", option).strip(), text)
+            for example in re.findall(r"^  (\$ .*)$", run(name, "--help"), re.M):
+                self.assertIn(re.sub(r"[\s-]+", " ", example), text)
+                examples += 1
+        self.assertGreater(examples, 9)
+        for section in "NAME", "SYNOPSIS", "OPTIONS", "COMMANDS", "EXIT STATUS", "ENVIRONMENT", "FILES":
+            self.assertIn(f" {section} ", text)
+
+    def test_examples_work(self):
+        page = PAGE.read_text(encoding="utf-8")
+        for example in re.findall(r"CW\$ vqtype (.*)\\fR", page):
+            if "names.txt" not in example:
+                subprocess.run(["bash", "-c", "vqtype " + example.replace("\\-", "-").replace("\\&", "")], env=ENVIRONMENT,
+                               check=True, stdout=subprocess.DEVNULL)
+
+    def test_its_date_is_the_source_s(self):
+        rule = (console.ROOT / "tools/vqtype/CMakeLists.txt").read_text(encoding="utf-8")
+        arguments = re.findall(r"--(?:locale|help-option)=\S+|--no-info", rule)
+        pages = {subprocess.run(["help2man", *arguments, "--version-string=1", PROGRAM], check=True, capture_output=True,
+                                env={**ENVIRONMENT, "SOURCE_DATE_EPOCH": str(date)}).stdout for date in (10**9, 10**9 + 9)}
+        self.assertEqual(1, len(pages))
+        self.assertIn(b"September 2001", pages.pop())
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1], verbosity=2)
