@@ -39,12 +39,11 @@ using Columns = std::vector<std::unique_ptr<ValueArray>>;
 
 // --- Loading
 
-// Where the table may be: named by the user, installed beside the program, or in the source tree.
+// Where the table may be: named by the user, or installed beside the program. Building puts it there, too.
 std::vector<std::filesystem::path> ExampleFolders() {
     std::vector<std::filesystem::path> folders;
     if (const auto folder = EnvironmentVariable("VQ_EXAMPLES")) folders.push_back(PathOf(*folder));
     folders.push_back(ProgramFolder().parent_path() / "share" / "vqtm" / "examples");
-    folders.push_back(PathOf(VQTYPE_EXAMPLES));
     return folders;
 }
 
@@ -233,6 +232,6 @@ void AddDemoCommand(CLI::App& program) {
     AddText(*command, "FILE", Takes::File, *file, "The table, if not the one that belongs to the program");
     command->footer(
         "Without FILE the table territories.csv is looked for in the folder that the environment variable VQ_EXAMPLES "
-        "names, then in the program's own installation, then in the source tree that it was built in.");
+        "names, then in the program's own installation.");
     command->callback([file] { Demo(*file); });
 }
