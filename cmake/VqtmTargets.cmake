@@ -46,6 +46,8 @@ function(vqtm_add_library name alias prefix)
   foreach(target IN LISTS compiled)
     vqtm_compile_options(${target})
     target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fvect-cost-model=dynamic>)
+    # glibc never unloads a library with unique symbols. Where the compiler optimizes, no constant of a class is left as one.
+    target_compile_options(${target} PRIVATE $<$<AND:$<CXX_COMPILER_ID:GNU>,$<CONFIG:Debug>>:-fno-gnu-unique>)
     target_include_directories(${target} PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/${arg_INCLUDE_DIR}")
   endforeach()
   foreach(target IN ITEMS ${name} ${name}_static)

@@ -65,6 +65,7 @@ class LibraryLife : public testing::Test {
         EXPECT_EQ(NewBlocks(), 0) << "loading alone makes nothing";
     }
     void TearDown() override {
+        if (module_ == nullptr) return;
         ASSERT_TRUE(Close(module_));
         EXPECT_FALSE(IsLibraryLoaded());
         EXPECT_EQ(NewBlocks(), 0);
