@@ -19,27 +19,36 @@ std::wstring ReadLine(const char* name) {
     return line;
 }
 
-int Run(std::wstring line) {
+int Run(std::wstring line, DWORD flags) {
     STARTUPINFOW start{};
     start.cb = sizeof start;
+    start.dwFlags = STARTF_USESTDHANDLES;
+    start.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
+    start.hStdOutput = GetStdHandle(STD_OUTPUT_HANDLE);
+    start.hStdError = GetStdHandle(STD_ERROR_HANDLE);
     PROCESS_INFORMATION process{};
-    if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &process))
+    if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, flags, nullptr, nullptr, &start, &process)) {
         return Failed;
+    }
     DWORD status = Failed;
     WaitForSingleObject(process.hProcess, INFINITE);
     GetExitCodeProcess(process.hProcess, &status);
     return static_cast<int>(status);
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-    if (argc != 2) return Failed;
-    const bool hasConsole = GetConsoleOutputCP() != 0 || AllocConsole();
-    if (!hasConsole || !SetConsoleOutputCP(CodePage)) {
+int RunInConsole(const char* name) {
+    if (!SetConsoleOutputCP(CodePage)) {
         std::fputs("vqtm_launch: there is no console\n", stderr);
         return Failed;
     }
-    const int status = Run(ReadLine(argv[1]));
+    const int status = Run(ReadLine(name), 0);
     return GetConsoleOutputCP() == CodePage ? status : 100;
+}
+
+}  // namespace
+
+// A program without a window has a console of its own, also where there is no screen to show one.
+int main(int argc, char** argv) {
+    if (argc == 2) return Run(std::wstring(GetCommandLineW()) + L" console", CREATE_NO_WINDOW);
+    return argc == 3 ? RunInConsole(argv[1]) : Failed;
 }
