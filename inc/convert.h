@@ -19,8 +19,8 @@ class VqTypeConvertData {
     static constexpr unsigned char Released = 100;
 
     /// A new record of `count` values of type `type` at `data`. With a manager the record owns the values, without one
-    /// (null) they stay the caller's. The caller deletes the record. Null when memory runs out; `data` then is the
-    /// caller's still.
+    /// (null) they stay the caller's. The caller deletes the record. Null when neither the heap nor the memory
+    /// handler has room; `data` then is the caller's still.
     VQTM_API static VqTypeConvertData* Make(unsigned char type, unsigned long count, void* data, VqTypeMgr* manager);
 
     /// Frees the values through the manager, if both are there, and sets `data` to null. Then, always, sets `count` to
