@@ -1,6 +1,7 @@
 #include "complete.h"
 
 #include <algorithm>
+#include <iterator>
 #include <set>
 
 #include "command.h"

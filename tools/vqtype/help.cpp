@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <sstream>
 
-#include "text.h"
 #include "utf8.h"
 
 namespace {
