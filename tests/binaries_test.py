@@ -3,10 +3,12 @@
 
 A DLL that needed the compiler's runtime would start on no other machine.
 """
+import pathlib
 import re
 import sys
 import unittest
 
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "tools/abi"))
 from sharedlibrary import SharedLibrary
 
 LIBRARIES = [SharedLibrary(sys.argv[1], path) for path in sys.argv[2:]]

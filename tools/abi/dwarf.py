@@ -61,13 +61,18 @@ class Types:
         place = entry.attributes.get(attribute)
         return self.entries[place.strip("<>").removeprefix("0x")] if place else None
 
+    def declaration_of(self, entry):
+        """The declaration inside a class that an entry outside of it completes, else the entry itself."""
+        completes = next((attribute for attribute in entry.attributes if attribute.endswith("ification")), None)
+        return self.referred(entry, completes) if completes else entry
+
     def declared_in(self, entry):
         """The path of the file that declares the entry."""
         return self.files.get(entry.number("decl_file"))
 
     def qualified_name(self, entry):
         """The entry's name with those of its scopes; null where it, or one of them, has none or is a function."""
-        declaration = self.referred(entry, "specification") or entry
+        declaration = self.declaration_of(entry)
         if declaration.name is None or declaration.scope is None:
             return None
         if declaration.scope.tag == "compile_unit":
