@@ -100,7 +100,8 @@ def expressions_of(view):
 def faults_in_natvis(natvis, instances):
     """Types and members that are not there; GDB looks at the types in an operand of sizeof, and evaluates nothing."""
     for name, view in views_in(natvis).items():
-        gdb.set_convenience_variable('this', gdb.Value(0).cast(gdb.lookup_type(instances.get(name, name)).pointer()))
+        this = gdb.lookup_type(instances.get(name, name)).pointer()
+        gdb.set_convenience_variable('this', gdb.Value(0).cast(this))
         for expression in expressions_of(view):
             resolved = re.sub(r'(?<![\w.>$])[A-Za-z_]\w*', lambda word: ('' if word[0] in WORDS else '$this->') + word[0],
                               re.sub(r',\w+$', '', expression))
@@ -128,8 +129,8 @@ def faults_in_tables(sources):
     characters = [(one.code, dict(enumerate(one.units))) for one in codesets.byte_sets()]
     characters += [(one.code, one.units) for one in widesets.wide_sets()]
     for code_set, units in characters:
-        for code, unit in units.items():
-            char = vqtm_printers.character(code, code_set)
+        for code in range(0x10000 if code_set >= vqtm_printers.FIRST_WIDE_CODE_SET else 0x100):
+            char, unit = vqtm_printers.character(code, code_set), units.get(code, 0xFFFD)
             # A code that stands for a control, or for a character of nobody's, may be shown as a code.
             if (unit not in (0xFFFD, code) and not 0xE000 <= unit < 0xF900 or char) and char != chr(unit):
                 yield f'code set {code_set}, {code:#x}: {char!r}, not {unit:#x}'
