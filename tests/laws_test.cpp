@@ -65,29 +65,6 @@ TEST_P(Laws, AnArrayPrintsAsItsElements) {
     EXPECT_EQ(Bytes(manager.PrintToVqString(id, text, samples->Get(), nullptr, count)), expected);
 }
 
-TEST_P(Laws, ExchangeTextsGiveTheValuesBack) {
-    if (id == VqTypeId_VqBlob) {
-        // The bytes do not travel, only whether there are any to have.
-        for (unsigned long i = 0; i < count; ++i) {
-            if (!samples->IsNull(i)) *static_cast<VqBlob*>(samples->At(i)) = VqBlob();
-        }
-    }
-    VqTypeConvertData* const texts = manager.ConvertTo(id, samples->Get(), count);
-    ASSERT_NE(texts, nullptr);
-    EXPECT_EQ(texts->manager, &manager);
-    EXPECT_EQ(texts->type, VqTypeId_VqString);
-    EXPECT_EQ(texts->count, count);
-    const RowValues back(manager, id, count, manager.ConvertFrom(id, texts, count));
-    ExpectEqualArrays(*samples, back);
-
-    // Values for which there are no texts are null, or what an empty text gives.
-    const RowValues more(manager, id, count + 2, manager.ConvertFrom(id, texts, count + 2));
-    delete texts;
-    ExpectEqualArrays(*samples, more);
-    const RowValues empty(manager, id, 1, manager.DefaultValue(id, 1, 1));
-    ExpectEqual(more, count + 1, empty, 0);
-}
-
 TEST_P(Laws, CopiesAreEqualAndApart) {
     const RowValues assigned(manager, id, count);
     manager.AssignmentPtrGet(id)(assigned.Get(), samples->Get(), count, 0);

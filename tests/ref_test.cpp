@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "idsupport.h"
-#include "rowvalues.h"
 #include "testsupport.h"
 #include "vqtypes.h"
 
@@ -119,41 +118,6 @@ TEST(References, PrintAndScan) {
     EXPECT_EQ(Printed(local, nullptr) + Printed(local, "%D:%L v%V"), "(1-42#7,12)0:42 v5");
     local.ScanFromVqString("(2-43#8,13)");
     EXPECT_EQ(NumbersOf(local), "2 43 8 13 0");
-}
-
-template <class Id>
-Id FromExchange(char type, const char* text) {
-    VqTypeMgr manager(5);
-    return *static_cast<Id*>(RowValues(manager, type, {}, nullptr, {text}).Get());
-}
-
-// What identifiers become on the way to another type.
-TEST(References, TravelToWhatHasTheirNumbers) {
-    const struct {
-        const char* text;
-        const char* object;
-        const char* classId;
-        const char* ref;
-    } cases[] = {
-        {"(3:1-42#7,12v5)", "1 42 7", "12 5", "1 42 7 3 12 5"},
-        {"(1-42#7)", "1 42 7", "0 0", "1 42 7 0 0 0"},
-        {"(12v5)", "0 0 0", "12 5", "0 0 0 0 12 5"},
-        {"(3:1-42#7, 12)", "1 42 7", "12 0", "1 42 7 3 12 0"},  // of the row's format
-        {"( 1-42#7,12 )", "1 42 7", "12 0", "1 42 7 0 12 0"},   // of a local reference
-        {"( 3: 1- 42# 7, 12v 5)", "1 42 7", "12 5", "1 42 7 3 12 5"},
-        {"8590131204", "2 196612 0", "0 0", "2 196612 0 0 0 0"},  // a seal
-        {" 5", "0 5 0", "0 0", "0 5 0 0 0 0"},
-        {"5)", "0 0 0", "0 0", "0 0 0 0 0 0"},
-        {"-5", "0 0 0", "0 0", "0 0 0 0 0 0"},
-        {"", "0 0 0", "0 0", "0 0 0 0 0 0"},
-        {"{NULL}, 12v5", "0 0 0", "65535 65535", "0 0 0 0 0 0"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.text);
-        EXPECT_EQ(NumbersOf(FromExchange<VqObjId>(VqTypeId_VqObjId, c.text)), c.object);
-        EXPECT_EQ(NumbersOf(FromExchange<VqClassId>(VqTypeId_VqClassId, c.text)), c.classId);
-        EXPECT_EQ(NumbersOf(FromExchange<VqRef>(VqTypeId_VqRef, c.text)), c.ref);
-    }
 }
 
 }  // namespace

@@ -410,47 +410,21 @@ TEST(StdDate, TextsWithoutAFormatLoseNothing) {
 
 TEST(StdDate, ReadsTextsWithoutAFormat) {
     const Replaced zone(SetDefaultZone, 2);
-    const std::tuple<const char*, const char*> behindDates[] = {
-        {"T12:05:09.25+01:00", "12:05:09.25+01:00"}, {"T12-01:30", "12:00:00.00-01:30"},
-        {"T12:05:09.2599-05", "12:05:09.25-05:00"},  {"T1:2:3Z", "01:02:03.00+00:00"},
-        {"T12:05:09-00:30", "12:05:09.00-00:30"},    {"T12:05", "12:05:00.00+02:00"},
-        {"T12:05:09.5", "12:05:09.50+02:00"},        {"T12", "12:00:00.00+02:00"},
-        {" 12:05:09", "12:05:09.00+02:00"},          {"", "00:00:00.00+02:00"},
-    };
-    for (const auto& [text, time] : behindDates) {
-        const std::string whole = std::string("2005-3-7") + text;
-        EXPECT_EQ(Text(Read<d_Timestamp>(whole)), std::string("2005-03-07T") + time) << text;
-        EXPECT_EQ(Text(Read<d_Time>(whole)), time) << text;
+    for (const char* const text : {"2005-3-7T12:05", "2005-3-7T12:05+02:00"}) {
+        EXPECT_EQ(Texts(Read<d_Timestamp>(text), Read<d_Time>(text)),
+                  "2005-03-07T12:05:00.00+02:00 12:05:00.00+02:00 ");
     }
     EXPECT_EQ(Text(Read<d_Timestamp>("2451545")), "2000-01-01T00:00:00.00+02:00");
-    EXPECT_EQ(Text(Read<d_Timestamp>("+44-03-15")), "0044-03-15T00:00:00.00+02:00");
-    for (const char* none :
-         {"", "x", "2005-03", "2005-03-200", "40000-01-01", "99999999999", "2005-03-07T12:", "2005-03-07T200",
-          "2005-03-07T12:05:09.", "2005-03-07T12:05:09+", "2005-03-07T12:05:09+1:"}) {
-        EXPECT_EQ(Text(Read<d_Timestamp>(none)), "0000-01-01T00:00:00.00+00:00") << none;
-    }
-    const std::tuple<const char*, const char*> times[] = {
-        {"43509", "12:05:09.00+02:00"}, {"9.5799999", "00:00:09.57+02:00"}, {"-3661.25", "-01:-01:-01.-25+02:00"},
-        {"4e+04", "11:06:40.00+02:00"}, {"12:05", "12:05:00.00+02:00"},
-    };
-    for (const auto& [text, time] : times) EXPECT_EQ(Text(Read<d_Time>(text)), time) << text;
-    for (const char* none : {"2005-03-07Tx", "12 x", "12.5x", "1e+10", "nan"}) {
-        EXPECT_EQ(Text(Read<d_Time>(none)), "00:00:00.00+00:00") << none;
-    }
+    EXPECT_EQ(Texts(Read<d_Time>("12:05"), Read<d_Time>("43509")), "12:05:00.00+02:00 12:05:09.00+02:00 ");
+    EXPECT_EQ(Text(Read<d_Time>("-3661.25")), "-01:-01:-01.-25+02:00");
+    EXPECT_EQ(Text(Read<d_Time>("12:05:09Z")), "12:05:09.00+00:00");
+    EXPECT_EQ(Texts(Read<d_Time>("nan"), Read<d_Timestamp>("x")), "00:00:00.00+00:00 0000-01-01T00:00:00.00+00:00 ");
     for (int hundredths = 0; hundredths < 8640000; hundredths += 97) {
         char text[16];
         std::snprintf(text, sizeof text, "%d.%02d", hundredths / 100, hundredths % 100);
         const auto time = Read<d_Time>(text);
         ASSERT_EQ(((time.hour * 60 + time.minute) * 60 + time.second) * 100 + time.hundredths, hundredths) << text;
     }
-    EXPECT_EQ(Text(Read<d_Date>("2005-03-07T12:05:09")), "2005-03-07");
-    const std::tuple<const char*, float> lengths[] = {
-        {"12:05:09.25+01:00", 43509.25f}, {"1e999", Infinity}, {"x", 0},
-        {"-03:30:00.00-05:00", -12600},   {"100:05", 360300},  {"", 0},
-        {"2005-03-07T12:05:09", 0},       {"-1e-999", 0},      {"5 - 3", 5},
-        {" +1.5 seconds", 1.5f},
-    };
-    for (const auto& [text, seconds] : lengths) EXPECT_EQ(Read<d_Interval>(text).seconds, seconds) << text;
     EXPECT_EQ(Text(Seconds(0.1f)) + Text(Days(-2)) + Text(Read<d_Interval>("nan")), "0.1-172800nan");
 }
 
