@@ -84,7 +84,8 @@ TEST(Blob, NumbersAreReadWithinTheBytes) {
     std::istringstream words(
         "123456 -31x - 99999999999 -2147483649 70000 1.5e3 0x1F inf -Infinityx 1e999 -1e999 1e-999 -1e-999 0x1p9999 "
         "0x1p-9999 -0x -0xg 0x.8p1 0x. 0x1.8p- 0x-1 --5 +-5 -+5 +5 1e+ 1e 1.e2.5 .5 . -.e1 -x -0 1_0 1) x p1 "
-        "1e99999999999999999999 1e-99999999999999999999 0x0p9999 0e9999");
+        "1e99999999999999999999 1e-99999999999999999999 0x0p9999 0e9999 +.5 1,5 0xinf 2.2250738585072011e-308 4.9e-324 "
+        "179769313486231570e291 1000000e-400 0.0000001e-400");
     std::vector<std::string> texts = {"",        "   7", " -31x", "- 5",      "\t\n 2.5;", "0.Z1e401",
                                       "1Ze-400", "1Z",   "-0x1Z", "0x1Z;p-1", "0x1Zp-1600"};
     for (std::string& text : texts) {
@@ -111,7 +112,7 @@ TEST(Blob, NumbersAreReadWithinTheBytes) {
             EXPECT_EQ(static_cast<short>(blob), static_cast<short>(whole32));
         }
     }
-    EXPECT_TRUE(std::isnan(static_cast<double>(VqBlob("nan(1)"))));
+    EXPECT_TRUE(std::isnan(static_cast<double>(VqBlob("nan(1)"))) && std::isnan(static_cast<double>(VqString("nan"))));
     EXPECT_EQ(static_cast<long>(Make(std::nullopt)), 0);
     EXPECT_EQ(static_cast<double>(Make(std::nullopt)), 0);
 }

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <cstdlib>
 #include <cstring>
 #include <limits>
 
@@ -242,56 +240,6 @@ TEST_F(VqStringTest, NumberTextMustStartWithADigitOrMinus) {
         EXPECT_EQ(VqString(c.text).Strtol(out), c.status) << c.text;
         EXPECT_EQ(out, c.strtol) << c.text;
     }
-}
-
-TEST_F(VqStringTest, ReadsFloatingNumbersLikeAtof) {
-    const struct {
-        const char* text;
-        double value;
-    } cases[] = {
-        {"1.5", 1.5},
-        {" -2.25e3z", -2250},
-        {"+.5", 0.5},
-        {"5.", 5},
-        {"1e", 1},
-        {"1e+", 1},
-        {"0x1.8p1", 3},
-        {"0x", 0},
-        {".", 0},
-        {"", 0},
-        {"x", 0},
-        {"+-1", 0},
-        {"1e400", HUGE_VAL},
-        {"-1e400", -HUGE_VAL},
-        {"1e-400", 0},
-        {"0.0000001e-400", 0},
-        {"1000000e-400", 0},
-        {"0.0e999", 0},
-        {"123e99999999999999999999", HUGE_VAL},
-        {"1e-99999999999999999999", 0},
-        {"0x-1", 0},
-        {"0xinf", 0},
-        {"0x.8", 0.5},
-        {"inf", HUGE_VAL},
-        {"-Infinity", -HUGE_VAL},
-        {"1,5", 1},
-        {"2.2250738585072011e-308", 2.2250738585072011e-308},
-        {"4.9e-324", 5e-324},
-        {"0x1p-2000", 0},
-        {"0x1p2000", HUGE_VAL},
-        {"179769313486231570e291", 1.7976931348623157e308},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(static_cast<double>(VqString(c.text)), c.value) << c.text;
-        EXPECT_EQ(static_cast<double>(Wide(std::u16string(c.text, c.text + std::strlen(c.text)))), c.value) << c.text;
-#ifndef _WIN32
-        EXPECT_EQ(std::atof(c.text), c.value) << c.text;
-#endif
-    }
-    EXPECT_TRUE(std::isnan(static_cast<double>(VqString("nan"))));
-    EXPECT_TRUE(std::signbit(static_cast<double>(VqString("-0"))));
-    EXPECT_FALSE(std::signbit(static_cast<double>(VqString("-e2"))));
-    EXPECT_FALSE(std::signbit(static_cast<double>(VqString("-.a"))));
 }
 
 // --- Code sets
