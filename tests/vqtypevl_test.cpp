@@ -5,10 +5,8 @@
 #include <cmath>
 #include <limits>
 
-#include "boolean.h"
-#include "datetime.h"
+#include "date.h"
 #include "rowrandom.h"
-#include "stddate.h"
 #include "vqnull.h"
 
 using namespace vqtest;
@@ -292,107 +290,6 @@ TEST(Bounds, RiseWithTheKey) {
                 greater = nextGreater;
             }
             EXPECT_LE(less, 1);
-        }
-    }
-}
-
-// The n-th of values that lie evenly on their line.
-constexpr std::uint32_t Day = 86400, Century = 36525;
-
-float FloatAt(std::uint32_t n) { return static_cast<float>(n) - 500; }
-double DoubleAt(std::uint32_t n) { return n / 100.0 - 500; }
-VqDate DateAt(std::uint32_t n) { return VqDate(static_cast<long>(2415021 + n)); }
-VqTime TimeAt(std::uint32_t n) { return VqTime(static_cast<long>(n)); }
-VqDateTime DateTimeAt(std::uint32_t n) { return VqDateTime(DateAt(n / Day), TimeAt(n % Day)); }
-d_Date StdDateAt(std::uint32_t n) { return d_Date(DateAt(n)); }
-d_Time StdTimeAt(std::uint32_t n) { return d_Time(TimeAt(n)); }
-d_Timestamp TimestampAt(std::uint32_t n) { return d_Timestamp(StdDateAt(n / Day), StdTimeAt(n % Day)); }
-VqBoolean BooleanAt(std::uint32_t n) { return VqBoolean(static_cast<long>(n)); }
-VqBlob BlobAt(std::uint32_t n) { return VqBlob(reinterpret_cast<const char*>(&n), static_cast<long>(2 + n % 3)); }
-
-template <class Value, auto ValueAt, std::uint32_t Values>
-void Set(void* value, std::uint32_t number) {
-    *static_cast<Value*>(value) = ValueAt(number % Values);
-}
-
-const std::map<char, void (*)(void* value, std::uint32_t number)> setters = {
-    {VqTypeId_float, Set<float, FloatAt, 10000>},
-    {VqTypeId_double, Set<double, DoubleAt, 100000>},
-    {VqTypeId_d_Interval, Set<float, FloatAt, 10000>},
-    {VqTypeId_VqDate, Set<VqDate, DateAt, Century>},
-    {VqTypeId_VqTime, Set<VqTime, TimeAt, Day>},
-    {VqTypeId_VqDateTime, Set<VqDateTime, DateTimeAt, 4000 * Day>},
-    {VqTypeId_d_Date, Set<d_Date, StdDateAt, Century>},
-    {VqTypeId_d_Time, Set<d_Time, StdTimeAt, Day>},
-    {VqTypeId_d_Timestamp, Set<d_Timestamp, TimestampAt, 4000 * Day>},
-    {VqTypeId_VqBoolean, Set<VqBoolean, BooleanAt, 2>},
-    {VqTypeId_VqBlob, Set<VqBlob, BlobAt, 0xFFFFFFFF>},
-    {VqTypeId_VqNull_float, Set<VqNull_float, FloatAt, 10000>},
-    {VqTypeId_VqNull_double, Set<VqNull_double, DoubleAt, 100000>},
-};
-
-// The keys of an index in their order. Of integers, all bytes are as likely as all others.
-std::vector<ByteVector> EvenKeys(char id, unsigned long count, unsigned char format) {
-    std::mt19937 random(static_cast<unsigned>(id));
-    const auto setter = setters.find(id);
-    const RowValues value(manager, id, 1);
-    std::vector<ByteVector> keys(count, value.Store(format, 0, 1));
-    for (ByteVector& key : keys) {
-        if (setter != setters.end()) {
-            setter->second(value.At(0), static_cast<std::uint32_t>(random()));
-            key = value.Store(format, 0, 1);
-        } else {
-            for (unsigned char& byte : key) byte = static_cast<unsigned char>(random());
-            if (value.IsNull(0)) key[0] = 0;
-        }
-    }
-    std::sort(keys.begin(), keys.end(), [&](const ByteVector& a, const ByteVector& b) {
-        return manager.Cmp(id, a.data(), b.data(), VqCmp_Exact, 1, format) < 0;
-    });
-    return keys;
-}
-
-// Some nulls, and none but they below 0: what an index that begins with null is taken to be.
-std::vector<ByteVector> WithNulls(char id, std::vector<ByteVector> keys, unsigned char format) {
-    ByteVector key(keys.front().size());
-    std::erase_if(keys, [&](const ByteVector& other) {
-        return manager.Cmp(id, other.data(), key.data(), VqCmp_Exact, 1, format) < 0;
-    });
-    key[0] = 1;
-    keys.insert(keys.begin(), keys.size() / 100, key);
-    return keys;
-}
-
-void AreNearTheTruth(char id, const std::vector<ByteVector>& keys, unsigned char format) {
-    Index index(keys.front(), keys.back());
-    for (std::size_t at = 0; at < keys.size(); at += 9973) {
-        const auto share = [&](int least) {  // of the keys that compare less with the key than this
-            const auto end = std::partition_point(keys.begin(), keys.end(), [&](const ByteVector& other) {
-                return manager.Cmp(id, other.data(), keys[at].data(), VqCmp_Exact, 1, format) < least;
-            });
-            return static_cast<double>(end - keys.begin()) / static_cast<double>(keys.size());
-        };
-        const double less = share(0), lessOrEqual = share(1);
-        const std::pair<unsigned short, double> questions[] = {{Less, less},
-                                                               {Less | Equal, lessOrEqual},
-                                                               {Equal, lessOrEqual - less},
-                                                               {Greater, 1 - lessOrEqual},
-                                                               {Greater | Equal, 1 - less}};
-        for (const auto& [operators, truth] : questions) {
-            EXPECT_NEAR(Estimate(id, index, operators, keys[at], format), truth, 0.02)
-                << manager.NameGet(id, nullptr) << " " << at << " " << operators;
-        }
-    }
-}
-
-TEST(Bounds, AreNearTheTruthForEvenValues) {
-    constexpr unsigned char Format = VqFormat_BigEndian;
-    for (char id = 0; id < VqTypeId_illegal; ++id) {
-        if (!IsOnALine(id)) continue;
-        const auto keys = EvenKeys(id, 100000, Format);
-        AreNearTheTruth(id, keys, Format);
-        if (id >= VqTypeId_VqNull_char && id <= VqTypeId_VqNull_VqInt64) {
-            AreNearTheTruth(id, WithNulls(id, keys, Format), Format);
         }
     }
 }
