@@ -43,6 +43,16 @@ Record RecordOf(unsigned char flags, const std::string& text, unsigned char form
     return record;
 }
 
+// Texts with zero bytes between them, low byte first.
+Record LegacyRecordOf(const std::string& texts) {
+    const std::size_t size = texts.size() + 1;
+    Record area(size + 2);
+    area[0] = static_cast<unsigned char>(size);
+    area[1] = static_cast<unsigned char>(size >> 8);
+    std::copy(texts.begin(), texts.end(), area.begin() + 2);
+    return area;
+}
+
 // The functions of one row, asked about keys in blocks of exactly their size.
 struct Row {
     const char* name;
@@ -379,15 +389,8 @@ TEST(StringEstimates, OfAnIndexOfSeveralClasses) {
 
 // Areas of the legacy layout are clipped like records.
 TEST(StringEstimates, TakeClippedEndsOfTheLegacyLayout) {
-    const auto legacy = [](const std::string& text) {
-        Record area(2 + text.size() + 1);
-        area[0] = static_cast<unsigned char>(text.size() + 1);
-        area[1] = static_cast<unsigned char>((text.size() + 1) >> 8);
-        std::copy(text.begin(), text.end(), area.begin() + 2);
-        return area;
-    };
-    Record low = legacy("ba" + std::string(300, 'x')), high = legacy("yz" + std::string(300, 'x'));
-    const Record key = legacy("mm");
+    Record low = LegacyRecordOf("ba" + std::string(300, 'x')), high = LegacyRecordOf("yz" + std::string(300, 'x'));
+    const Record key = LegacyRecordOf("mm");
     for (const Row& row : stringRows) {
         const double whole = row.Estimate(low, high, Less, key, 1);
         EXPECT_NEAR(whole, 0.5, 0.2);
@@ -649,12 +652,7 @@ TEST(StringRanges, OfPatternsEndAtTheEscapeCharacter) {
 // A long key is clipped to one that is equal to the whole, and lies where it lies.
 TEST(StringRanges, ClipLongKeys) {
     AssertRecorder assertions;
-    const auto legacy = [](std::size_t n) {
-        Record area = {static_cast<unsigned char>(n + 1), static_cast<unsigned char>((n + 1) >> 8)};
-        area.insert(area.end(), n, 'm');
-        area.push_back(0);
-        return area;
-    };
+    const auto legacy = [](std::size_t n) { return LegacyRecordOf(std::string(n, 'm')); };
     const auto wide = [](std::size_t n) { return RecordOf(Wide(std::u16string(n, u'm')), 1); };
     const auto bytes = [](std::size_t n) { return RecordOf(In(1, std::string(n, 'm')), 1); };
     const auto byteString = [](std::size_t n) { return RecordOf(0, std::string(n, 'm'), 1); };
@@ -730,10 +728,7 @@ TEST(StringRanges, OfArraysHoldWhatALaterPatternMatches) {
         return Joined({RecordOf(0, first, 1), RecordOf(0, second, 1), RecordOf(0, third, 1)});
     };
     const auto legacy = [](const char* first, const char* second, const char* third) {
-        const std::string texts = std::string(first) + '\0' + second + '\0' + third + '\0';
-        Record area = {static_cast<unsigned char>(texts.size()), static_cast<unsigned char>(texts.size() >> 8)};
-        for (const char c : texts) area.push_back(static_cast<unsigned char>(c));
-        return area;
+        return LegacyRecordOf(std::string(first) + '\0' + second + '\0' + third);
     };
     const std::string long1(240, 'k'), long2(260, 'k');
     const struct {

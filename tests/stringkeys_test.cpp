@@ -23,43 +23,6 @@ std::vector<unsigned char> Record(const VqString& string, unsigned char format) 
     return record;
 }
 
-std::vector<VqString> SomeStrings() {
-    std::vector<VqString> strings = {"", "a", "A", "ab", "abc", "b", "Zebra", "zebra", "42"};
-    strings.push_back(vqtest::In(1, "\xE9t\xE9", 3));
-    strings.push_back(vqtest::In(1, std::string(300, 'x')));
-    strings.push_back(vqtest::In(1, std::string(300, 'x') + "y"));
-    strings.push_back(vqtest::Wide(u""));
-    strings.push_back(vqtest::Wide(u"abc"));
-    strings.push_back(vqtest::Wide(u"ab\u0416"));
-    strings.push_back(vqtest::Wide(std::u16string(300, u'\u4E2D')));
-    strings.emplace_back();
-    strings.back().SetNullValue();
-    return strings;
-}
-
-TEST(StringComparison, OfRecordsAgreesWithThatOfValues) {
-    const std::vector<VqString> strings = SomeStrings();
-    for (const VqString& a : strings) {
-        for (const VqString& b : strings) {
-            int error = 77;
-            const int inMemory = Sign(StringCompare(8, 0, &a, 0, &b, VqCmp_Exact, 1, error));
-            EXPECT_EQ(error, VqStatus_Ok);
-            EXPECT_EQ(inMemory, Sign(a.Compare(b, -1, VqCmp_Exact)));
-            EXPECT_EQ(Sign(StringCompare(8, 0, &a, 0, &b, VqCmp_Default, 1, error)), inMemory);
-            for (const unsigned char format : {VqFormat_LittleEndian, VqFormat_BigEndian}) {
-                const auto recordA = Record(a, format), recordB = Record(b, format);
-                const Block first(recordA.data(), recordA.size()), second(recordB.data(), recordB.size());
-                for (const auto compare : {StringCompare, LegacyStringCompare}) {
-                    const int result =
-                        compare(format, recordA.size(), first.Get(), 0, second.Get(), VqCmp_Exact, 1, error);
-                    EXPECT_EQ(Sign(result), inMemory) << a.StrGet() << " " << b.StrGet();
-                    EXPECT_EQ(error, VqStatus_Ok);
-                }
-            }
-        }
-    }
-}
-
 // Whole records of one set and language are compared without a walk.
 TEST(StringComparison, OfSimilarRecordsAgreesWithThatOfValues) {
     std::mt19937 random(51);
@@ -447,14 +410,6 @@ TEST(StringComparison, FindsNoTextInARecordWithoutAHeader) {
     int error = 77;
     EXPECT_EQ(StringCompare(1, sizeof record, record, sizeof record, record, VqCmp_Exact, 1, error), 0);
     EXPECT_EQ(error, VqStatus_BufferEnd);
-}
-
-TEST(StringComparison, TakesTheSecondTextAsAPatternUnlessExact) {
-    const VqString text("abcdef"), pattern("a*f");
-    const auto a = Record(text, VqFormat_LittleEndian), b = Record(pattern, VqFormat_LittleEndian);
-    int error;
-    EXPECT_EQ(StringCompare(1, a.size(), a.data(), b.size(), b.data(), 0, 1, error), 0);
-    EXPECT_NE(StringCompare(1, a.size(), a.data(), b.size(), b.data(), VqCmp_Exact, 1, error), 0);
 }
 
 TEST(StringComparison, TakesTheDefaultOperationFromTheClass) {
