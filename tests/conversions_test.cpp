@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <fstream>
+#include <iomanip>
 #include <map>
 #include <memory>
 #include <sstream>
@@ -58,24 +59,18 @@ std::string ShowText(const VqString& text) {
         if (code >= ' ' && code <= '~' && code != '\\') {
             out << static_cast<char>(code);
         } else {
-            out << (wide ? "\\u" : "\\x");
-            out.width(wide ? 4 : 2);
-            out.fill('0');
-            out << code;
+            out << (wide ? "\\u" : "\\x") << std::setfill('0') << std::setw(wide ? 4 : 2) << code;
         }
     }
     out << '"';
     return out.str();
 }
 
-std::string HexOf(const ByteVector& bytes) {
+std::string StoredHex(const RowValues& values, unsigned long i) {
+    const ByteVector bytes = values.Store(VqFormat_BigEndian, i, 1);
     std::string hex = Hex(bytes.data(), bytes.size());
     std::erase(hex, ' ');
     return hex;
-}
-
-std::string StoredHex(const RowValues& values, unsigned long i) {
-    return HexOf(values.Store(VqFormat_BigEndian, i, 1));
 }
 
 ByteVector BytesOf(const std::string& hex) {
@@ -106,39 +101,21 @@ class Table {
         std::ifstream file(VQTM_SOURCE_DIR "/tests/golden/conversions.txt");
         for (std::string line; std::getline(file, line);) {
             if (!line.empty() && line.back() == '\r') line.pop_back();
+            std::string kind, column, bytes;
             std::istringstream in(line);
-            std::string kind;
-            in >> kind;
-            if (line[0] == '#') continue;
-            if (kind == "column") {
-                ReadColumn(in);
-            } else if (kind == "value") {
-                ReadValue(in);
+            if (line[0] == ' ') {
+                for (std::string entry; in >> entry;) {
+                    const std::size_t sign = entry.find('=');
+                    made[texts.back()][entry.substr(0, sign)] = entry.substr(sign + 1);
+                }
+            } else if (in >> kind >> column; kind == "column") {
+                columnOf[column] = column;
+                for (std::string row; in >> row;) columnOf[row] = column;
+            } else if (kind == "value" && in >> bytes) {
+                values[column].push_back({bytes, line.substr(static_cast<std::size_t>(in.tellg()) + 1)});
             } else if (kind == "text") {
                 texts.push_back(line.substr(5));
-            } else if (!kind.empty()) {
-                in.seekg(0);
-                ReadMade(in);
             }
-        }
-    }
-
-    void ReadColumn(std::istringstream& in) {
-        std::string column, row;
-        in >> column;
-        columnOf[column] = column;
-        while (in >> row) columnOf[row] = column;
-    }
-    void ReadValue(std::istringstream& in) {
-        std::string column, bytes, text;
-        in >> column >> bytes;
-        std::getline(in.ignore(), text);
-        values[column].push_back({bytes, text});
-    }
-    void ReadMade(std::istringstream& in) {
-        for (std::string entry; in >> entry;) {
-            const std::size_t sign = entry.find('=');
-            made[texts.back()][entry.substr(0, sign)] = entry.substr(sign + 1);
         }
     }
 };
@@ -320,38 +297,29 @@ TEST(Conversions, SetToNullGivesNullOrTheDefaultValue) {
 
 // --- Records
 
-TEST(ConvertData, AReleasedRecordHoldsNothing) {
+// Released a second time, it is as after the first.
+TEST(ConvertData, AReleasedRecordHoldsNothingButStringsWithoutAManager) {
     VqTypeMgr manager(5);
-    alignas(VqTypeConvertData) unsigned char memory[sizeof(VqTypeConvertData)];
-    std::int32_t value = 1;
-    VqTypeConvertData* made = manager.ConvertTo(VqTypeId_long, &value, 1);
-    ASSERT_NE(made, nullptr);
-    std::memcpy(memory, made, sizeof memory);
-    made->manager = nullptr;
-    delete made;  // without a manager it leaves its strings
-
-    auto* const record = reinterpret_cast<VqTypeConvertData*>(memory);
-    EXPECT_EQ(Bytes(*record->GetString(0)), "1");
-    for (int releases = 0; releases < 2; ++releases) {
-        record->~VqTypeConvertData();
-        EXPECT_EQ(record->type, VqTypeConvertData::Released);
-        EXPECT_EQ(record->count, 0u);
-        EXPECT_EQ(record->data, nullptr);
-        EXPECT_EQ(record->GetString(0), nullptr);
-    }
-}
-
-TEST(ConvertData, WithoutAManagerLeavesItsStrings) {
     VqString strings[2] = {VqString("a"), VqString("b")};
+    std::int32_t value = 1;
     alignas(VqTypeConvertData) unsigned char memory[sizeof(VqTypeConvertData)];
-    VqTypeConvertData* const made = VqTypeConvertData::Make(VqTypeId_VqString, 2, strings, nullptr);
-    std::memcpy(memory, made, sizeof memory);
-    delete made;
-    auto* const record = reinterpret_cast<VqTypeConvertData*>(memory);
-    record->~VqTypeConvertData();
-    EXPECT_EQ(record->type, VqTypeConvertData::Released);
-    EXPECT_EQ(record->count, 0u);
-    EXPECT_EQ(record->data, strings);
+    for (VqTypeConvertData* const made : {manager.ConvertTo(VqTypeId_long, &value, 1),
+                                          VqTypeConvertData::Make(VqTypeId_VqString, 2, strings, nullptr)}) {
+        ASSERT_NE(made, nullptr);
+        std::memcpy(memory, made, sizeof memory);
+        void* const left = made->manager == nullptr ? strings : nullptr;
+        made->manager = nullptr;
+        delete made;
+        auto* const record = reinterpret_cast<VqTypeConvertData*>(memory);
+        EXPECT_EQ(Bytes(*record->GetString(0)), left == nullptr ? "1" : "a");
+        for (int releases = 0; releases < 2; ++releases) {
+            record->~VqTypeConvertData();
+            EXPECT_EQ(record->type, VqTypeConvertData::Released);
+            EXPECT_EQ(record->count, 0u);
+            EXPECT_EQ(record->data, left);
+            EXPECT_EQ(record->GetString(0), nullptr);
+        }
+    }
     EXPECT_EQ(Bytes(strings[1]), "b");
 }
 
@@ -360,7 +328,7 @@ TEST(ConvertData, GivesTheStringsThatItHas) {
     const Record record(VqTypeConvertData::Make(VqTypeId_VqString, 2, strings, nullptr));
     EXPECT_EQ(record->GetString(0), strings);
     EXPECT_EQ(record->GetString(1), strings + 1);
-    for (const int index : {-2147483647 - 1, -1, 2, 2147483647}) EXPECT_EQ(record->GetString(index), nullptr) << index;
+    for (const int index : {INT32_MIN, -1, 2, INT32_MAX}) EXPECT_EQ(record->GetString(index), nullptr) << index;
     record->type = VqTypeId_VqIString;
     EXPECT_EQ(record->GetString(0), nullptr) << "values of another type are no strings";
     record->type = VqTypeId_VqString;
