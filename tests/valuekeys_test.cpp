@@ -207,18 +207,6 @@ TEST(ValueKeys, AgreeWithTheirClassInEveryForm) {
     });
 }
 
-TEST(StdDateKeys, HashAsOtherDates) {
-    for (short year = 1; year <= 9999; ++year) {
-        for (unsigned short month = 1; month <= 12; ++month) {
-            if (year == 1582 && month == 10) continue;
-            const d_Date date(year, month, static_cast<unsigned short>(1 + (year + 7 * month) % 28));
-            ASSERT_EQ(Key(VqTypeId_d_Date, &date).Hash(VqFormat_Memory),
-                      Key(VqTypeId_VqDate, &date).Hash(VqFormat_Memory))
-                << year << " " << month;
-        }
-    }
-}
-
 // Stored keys are told apart to the hundredth; where the operators tell two apart, both orders agree.
 template <class Value>
 void StoredOrderIsFiner(char id, Value (*make)(std::mt19937_64&), d_Time& (*timeOf)(Value&)) {

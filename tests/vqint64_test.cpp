@@ -184,25 +184,6 @@ TEST(VqInt64, Prints) {
     }
 }
 
-TEST(VqInt64, ScansAndFailsWithMinusOne) {
-    const struct {
-        const char *text, *format;
-        std::int64_t value;  // from 99
-    } cases[] = {
-        {"017", "%S", 15},  {"", "%S", 99},   {"5", "", 99},         {"<5>", "<%d>", 5},
-        {"<5", "<%d>", -1}, {"12", "%x", -1}, {"0", "%d", -1},       {"08", "%S", -1},
-        {"12a", "%S", -1},  {" 5", "%S", -1}, {"-31", nullptr, -31},
-    };
-    for (const auto& c : cases) {
-        VqInt64 value = 99;
-        value.ScanFromVqString(VqString(c.text), c.format);
-        EXPECT_EQ(value, c.value) << c.text << " under " << (c.format ? c.format : "null");
-    }
-    VqInt64 value;
-    value.ScanFromVqString(Wide(u"-12"), "%S");
-    EXPECT_EQ(value, -12) << "of 2-byte characters";
-}
-
 TEST(VqInt64, TextIsThatOfDigitByDigit) {
     std::mt19937_64 random(33);
     for (int i = 0; i < Rounds / 10; ++i) {
