@@ -46,7 +46,8 @@ def described(cmake, folder, definitions):
 def update(target, cmake, folder, *definitions):
     for library, file in described(cmake, folder, definitions):
         baseline_of(library, target).parent.mkdir(exist_ok=True)
-        baseline_of(library, target).write_bytes(lzma.compress(file.read_bytes(), preset=9 | lzma.PRESET_EXTREME))
+        description = file.read_bytes().replace(f"{TREE}/".encode(), b"")
+        baseline_of(library, target).write_bytes(lzma.compress(description, preset=9 | lzma.PRESET_EXTREME))
 
 
 def faults(target, cmake, folder, *definitions):
