@@ -1,12 +1,15 @@
 #!/usr/bin/env python3
 """Completes conversions.txt: writes what every row makes of each text that stands there, and of the texts of its values.
 
+With --check it writes nothing and ends with status 1 where the table is not complete and exact.
+
 The rules are written here a second time, in the terms of the types rather than in those of the library.
 """
 import math
 import pathlib
 import re
 import struct
+import sys
 import textwrap
 from decimal import Decimal
 from fractions import Fraction
@@ -346,5 +349,9 @@ def completed(lines):
 
 
 if __name__ == '__main__':
-    table = '\n'.join(completed(TABLE.read_text(encoding='utf-8').splitlines()))
-    TABLE.write_text(table + '\n', encoding='utf-8', newline='\n')
+    current = TABLE.read_text(encoding='utf-8')
+    table = '\n'.join(completed(current.splitlines())) + '\n'
+    if '--check' not in sys.argv[1:]:
+        TABLE.write_text(table, encoding='utf-8', newline='\n')
+    elif table != current:
+        sys.exit(f'{TABLE.name} is not what {pathlib.Path(__file__).name} makes of it: run the script and read the difference')
