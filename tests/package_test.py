@@ -6,6 +6,7 @@ are built against it by find_package and by pkg-config, shared and static, and a
 """
 import os
 import pathlib
+import re
 import shutil
 import sys
 import unittest
@@ -59,7 +60,8 @@ class Consumers(TemporaryFolder):
         cls.demo = run(first / "bin/vqtype", "demo")
         run(CMAKE, "--install", BUILD, "--prefix", first)
         cls.prefix = first.rename(cls.folder / "moved")
-        cls.pkgconfig = next(cls.prefix.rglob("vqtm.pc")).parent
+        named = re.findall(r"[=`]PREFIX/([\w/-]+/pkgconfig)`", (SOURCES / "README.md").read_text())
+        cls.pkgconfig = next(folder for folder in map(cls.prefix.joinpath, named) if folder.exists())
         cls.libraries = cls.pkgconfig.parent
         cls.examples = cls.prefix / "share/vqtm/examples"
 
