@@ -16,7 +16,8 @@ set(shared $<TARGET_FILE:vq95FBSB> $<TARGET_FILE:vq95FINB> $<TARGET_FILE:vq95Ftm
 separate_arguments(compiler_flags NATIVE_COMMAND "${CMAKE_CXX_FLAGS}")
 set(abi "${Python3_EXECUTABLE}" "${PROJECT_SOURCE_DIR}/tools/abi/abi.py")
 set(exports exports ${abi_target} "${objdump}" ${shared})
-set(layouts layouts ${abi_target} "${objdump}" "${CMAKE_CXX_COMPILER}" ${compiler_flags} -std=c++20 -fsigned-char)
+set(layouts layouts ${abi_target} "${objdump}" ${CMAKE_CXX_COMPILER_ID} "${CMAKE_CXX_COMPILER}" ${compiler_flags}
+  -std=c++20 -fsigned-char)
 
 add_test(NAME binaries COMMAND "${Python3_EXECUTABLE}" "${CMAKE_CURRENT_SOURCE_DIR}/binaries_test.py" "${objdump}" ${shared})
 add_test(NAME exports COMMAND ${abi} compare ${exports})

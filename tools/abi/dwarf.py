@@ -7,7 +7,7 @@ import subprocess
 ENTRY = re.compile(r"\s*<([0-9a-f]+)><([0-9a-f]+)>: Abbrev Number: (\d+)(?: \(DW_TAG_(\w+)\))?")
 FORM = r"(?:\((?:indirect (?:line )?string, offset|indexed string): (?:0x)?[0-9a-f]+\): )?"
 ATTRIBUTE = re.compile(rf"\s*<[0-9a-f]+>\s+DW_AT_(\w+)\s*: ?{FORM}(.*?)\s*$")
-FILE = re.compile(rf"\s+(\d+)\s+(?:(\d+)\s+)?{FORM}(\S+)$")
+FILE = re.compile(rf"\s+(\d+)\s+(?:(\d+)\s+)?{FORM}(\S.*?)\s*$")
 SCOPES = {"namespace", "class_type", "structure_type", "union_type"}
 # The compilers' names for the same types.
 PLAIN = {"long int": "long", "long unsigned int": "unsigned long", "short int": "short", "short unsigned int": "unsigned short"}

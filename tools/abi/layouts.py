@@ -16,7 +16,7 @@ HEADERS = sorted(header for folder in ("inc", "platform/base/inc", "platform/i18
 PUBLIC = {str(header) for header in HEADERS}
 TYPES = ("class_type", "structure_type", "union_type", "enumeration_type")
 # What makes a compiler describe types that the file does not use.
-COMPLETE = {"clang": ["-fstandalone-debug"], "g++": ["-femit-class-debug-always"]}
+COMPLETE = {"Clang": ["-fstandalone-debug"], "GNU": ["-femit-class-debug-always"]}
 HEAD = """\
 # How the types of the public headers are laid out. Written by ./dev abi --update; README.md tells more.
 #
@@ -31,17 +31,16 @@ HEAD = """\
 class Compiler:
     """Compiles the headers, and reads what became of them."""
 
-    def __init__(self, objdump, command, folder):
-        self.objdump, self.command, self.folder = objdump, command, pathlib.Path(folder)
+    def __init__(self, objdump, kind, command, folder):
+        self.objdump, self.command, self.folder = objdump, [*command, *COMPLETE[kind]], pathlib.Path(folder)
 
     def types(self, *more):
         source, result = self.folder / "headers.cpp", self.folder / "headers.o"
         lines = [f'#include "{header}"' for header in HEADERS] + [*more]
         source.write_text("\n".join(lines) + "\n", encoding="utf-8")
-        complete = COMPLETE["clang" if "clang" in self.command[0] else "g++"]
         includes = [f"-I{folder}" for folder in {header.parent for header in HEADERS}]
         subprocess.run([*self.command, *includes, "-g", "-gdwarf-5", "-fno-eliminate-unused-debug-types", "-fno-access-control",
-                        *complete, "-c", source, "-o", result], check=True, cwd=self.folder)
+                        "-c", source, "-o", result], check=True, cwd=self.folder)
         return Types(self.objdump, result)
 
     def alignments(self, names):
@@ -96,10 +95,10 @@ def row_of(types, child):
     return None
 
 
-def layouts(objdump, command):
+def layouts(objdump, kind, *command):
     """The figures of every row on this target: by type, then by row; the type's own row is the first."""
     with tempfile.TemporaryDirectory() as folder:
-        compiler = Compiler(objdump, command, folder)
+        compiler = Compiler(objdump, kind, command, folder)
         types = compiler.types()
         found = public_types(types)
         alignments = compiler.alignments([*found])
@@ -133,8 +132,8 @@ def write_table(table):
     TABLE.write_text("\n".join(lines) + "\n", encoding="utf-8", newline="\n")
 
 
-def update(target, objdump, *command):
-    before, found, after = read_table(), layouts(objdump, command), {}
+def update(target, *compiler):
+    before, found, after = read_table(), layouts(*compiler), {}
     for name in {*before, *found}:
         old, new = before.get(name, {}), found.get(name, {})
         rows = {text: {**old.get(text, {}), target: new.get(text)} for text in [*new, *old]}
@@ -143,9 +142,9 @@ def update(target, objdump, *command):
     write_table({name: rows for name, rows in after.items() if rows})
 
 
-def faults(target, objdump, *command):
+def faults(target, *compiler):
     """Rows that only the headers or only the table have, and those that differ; the targets of 32 bits do not among each other."""
-    found, table = layouts(objdump, command), read_table()
+    found, table = layouts(*compiler), read_table()
     for name in sorted({*found, *table}):
         there = found.get(name, {})
         listed = {text: figures[target] for text, figures in table.get(name, {}).items() if target in figures}
