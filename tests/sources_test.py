@@ -1,8 +1,6 @@
 #!/usr/bin/env python3
 """sources_test.py CMAKE SOURCES BUILD: the archive of the sources that CPack makes has what is under version control, and builds."""
 import pathlib
-import shutil
-import subprocess
 import sys
 import tarfile
 import unittest
@@ -16,10 +14,9 @@ NAME = f"vqtm-{VERSION}-source"
 
 def tracked():
     """The files under version control that are there, or None outside of it."""
-    top = subprocess.run(["git", "-C", SOURCES, "rev-parse", "--show-cdup"], capture_output=True, text=True)
-    if top.returncode or top.stdout.strip():
+    if not (SOURCES / ".git").exists():
         return None
-    names = run("git", "-C", SOURCES, "ls-files", "-z").split("\0")
+    names = run("git", "-c", "safe.directory=*", "-C", SOURCES, "ls-files", "-z").split("\0")
     return {name for name in names if name and (SOURCES / name).exists()}
 
 
@@ -33,7 +30,7 @@ class SourceArchive(TemporaryFolder):
         self.assertEqual([path.name for path in (folder / "unpacked").iterdir()], [NAME])
         return folder / "unpacked" / NAME
 
-    @unittest.skipUnless(shutil.which("git") and tracked(), "this is no tree under version control")
+    @unittest.skipUnless(tracked(), "this is no tree under version control")
     def test_archive_is_what_is_tracked_and_makes_itself_again(self):
         sources = self.pack(BUILD / "CPackSourceConfig.cmake", "first")
         self.assertEqual(files(sources), tracked())

@@ -46,6 +46,9 @@ foreach(component IN ITEMS Runtime Development)
     strip(--strip-debug --enable-deterministic-archives ${archives})
   endif()
 
-  # Whatever the builder's umask: everybody may read, and run what is a program.
-  execute_process(COMMAND chmod -R u=rwX,go=rX "${stage}" COMMAND_ERROR_IS_FATAL ANY)
+  # The place of these packages is known, and flags for the system's own folders can be left out.
+  file(GLOB_RECURSE modules "${stage}/usr/*.pc")
+  if(modules)
+    execute_process(COMMAND sed -i "s|^prefix=.*|prefix=/usr|" ${modules} COMMAND_ERROR_IS_FATAL ANY)
+  endif()
 endforeach()

@@ -1,4 +1,5 @@
 # Read by CPack before it makes a package.
+set(CPACK_PRE_BUILD_SCRIPTS "${CPACK_VQTM_SOURCES}/cmake/package/permissions.cmake")
 if(CPACK_INSTALLED_DIRECTORIES)
   # The sources: only what is under version control, not the whole folder.
   set(CPACK_INSTALLED_DIRECTORIES "")
@@ -9,5 +10,5 @@ elseif(CPACK_GENERATOR STREQUAL "DEB")
   set(CPACK_INSTALL_PREFIX "/usr")
   # Each package's description has a summary of its own.
   set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
-  set(CPACK_PRE_BUILD_SCRIPTS "${CPACK_VQTM_SOURCES}/cmake/package/debian.cmake")
+  list(PREPEND CPACK_PRE_BUILD_SCRIPTS "${CPACK_VQTM_SOURCES}/cmake/package/debian.cmake")
 endif()
