@@ -6,6 +6,7 @@
 
 #include "memoryhandler.h"
 #include "stringiterator.h"
+#include "textunit.h"
 #include "valueslots.h"
 #include "vqtypes.h"
 
@@ -68,16 +69,23 @@ Codes UsedCodes(const VqTypeConvertData& record, const VqString& text) {
     return used;
 }
 
+// Appends, and tells whether there was room for all.
+bool Append(VqString& text, const VqString& more) {
+    const std::size_t characters = std::size_t{text.Len()} + more.Len() + 1;
+    text += more;
+    return characters * vq::CharSizeOf(text.GetCodeSet()) <= VqString::MaxSize;
+}
+
 // Appends every string with the separator behind it. A string is copied as a whole when it grows, so that many short
-// ones are gathered in a short one first.
+// ones are gathered in a short one first. Nothing follows what is cut: each would be reported as one more overflow.
 void JoinTexts(VqString& text, const VqTypeConvertData& record, const VqString& separator) {
     constexpr unsigned short Gathered = 512;
     VqString part(text.GetCodeSet(), text.GetLanguage());
-    for (unsigned long i = 0; i < record.count; ++i) {
-        part += static_cast<const VqString*>(record.data)[i];
-        part += separator;
-        if (part.GetSize() < Gathered && i + 1 != record.count) continue;
-        text += part;
+    bool fits = true;
+    for (unsigned long i = 0; fits && i < record.count; ++i) {
+        fits = Append(part, static_cast<const VqString*>(record.data)[i]) && Append(part, separator);
+        if (fits && part.GetSize() < Gathered && i + 1 != record.count) continue;
+        fits = Append(text, part) && fits;
         part = VqString(text.GetCodeSet(), text.GetLanguage());
     }
 }
