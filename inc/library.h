@@ -56,8 +56,9 @@ VQTM_API uint32_t* ___VqTypeMgrOptions(void);
 /// the same argument (___VqI18NContext, which sets the languages' defaults to their start values).
 ///
 /// Attaching makes a new manager of the current table the default one (DefaultTypeMgr); the one before is not deleted,
-/// it stays with whoever asked for it. Detaching deletes the default manager, also one that the host installed, and
-/// leaves none until the next attach. Without a default manager it deletes nothing.
+/// it stays with whoever asked for it. Where neither the heap nor the memory handler has room, there is none (null),
+/// but whoever asks for it later has it made. Detaching deletes the default manager, also one that the host installed,
+/// and leaves none until the next attach. Without a default manager it deletes nothing.
 ///
 /// A host calls it with 1 before it uses the library, and with 0 at the end. One that never calls it is served too: a
 /// loaded library offers a default manager to whoever asks first, and deletes its default manager when it is

@@ -210,8 +210,9 @@ class VQTM_API VqTypeMgr {
     unsigned short SupportsNullValue(char id) const;
     /// Not 0 when the value is null.
     int IsNullValue(char id, void* value) const;
-    /// Makes the value null; where its type has no null, gives it the value that an empty text converts to. Returns 0,
-    /// or the status of a row that refuses.
+    /// Makes the value null; where its type has no null, gives it the value that an empty text converts to, for which
+    /// one is made. Returns 0, or the status of a row that refuses; 0, too, when neither the heap nor the memory
+    /// handler has room for the one that is made: the value then keeps what it was.
     int SetNullValue(char id, void* value);
     /// Always VqStatus_NotSupported: stored values are not asked.
     int DiskIsNullValue(char id, const void* diskValue) const;
@@ -259,9 +260,10 @@ inline unsigned long VqTypeMgr::Hash(char id, unsigned long length, const void* 
 /// null. The manager that is replaced belongs to the caller.
 ///
 /// Attaching the library (___VqTypemgrContext, library.h) makes the default one. In a library that nobody has attached
-/// or detached, the first call makes one of the current table; when several threads call first, all get the same.
-/// Detaching the library deletes whatever is the default then and leaves null; so does the library's end, when it is
-/// unloaded or the process ends. Install only what `new` made.
+/// or detached, the first call makes one of the current table; when several threads call first, all get the same. Null
+/// when neither the heap nor the memory handler (VqCallMemoryHandler) has room for it; the next call tries again.
+/// Detaching the library deletes whatever is the default then and leaves none: null. So does the library's end, when it
+/// is unloaded or the process ends. Install only what `new` made.
 VQTM_API VqTypeMgr* DefaultTypeMgr(VqTypeMgr* manager = nullptr);
 
 #endif

@@ -1,8 +1,9 @@
 #include "defaultmanager.h"
 
+#include <atomic>
 #include <new>
-#include <utility>
 
+#include "memoryhandler.h"
 #include "vqtypes.h"
 
 #if defined(_WIN32) && defined(VQTM_BUILD)
@@ -11,28 +12,48 @@
 
 namespace {
 
+// Stands for the manager that the library offers and nobody has asked for yet: loading makes nothing, and what a host
+// attaches before it asks replaces nothing.
+constinit char offered = 0;
+constinit std::atomic<void*> current{&offered};
+
 VqTypeMgr* MakeManager() {
     constexpr unsigned long currentTable = 5;
-    return new (std::nothrow) VqTypeMgr(currentTable);
+    do {
+        auto* const manager = new (std::nothrow) VqTypeMgr(currentTable);
+        if (manager != nullptr) return manager;
+    } while (VqCallMemoryHandler(sizeof(VqTypeMgr)) != 0);
+    return nullptr;
 }
 
-// The first call decides whether the library offers a manager: it does to a host that asks for one, and not to a host
-// that begins by attaching or detaching. So loading makes nothing, and what a host attaches replaces nothing.
-VqTypeMgr*& DefaultManager(bool isOffered) {
-    static VqTypeMgr* manager = isOffered ? MakeManager() : nullptr;
-    return manager;
+// Makes what is offered, or takes what another thread has made or installed meanwhile. The handler may ask for the
+// manager itself, so no lock is held. Without memory the offer stands, for whoever asks later.
+VqTypeMgr* TakeOffered() {
+    VqTypeMgr* const made = MakeManager();
+    void* found = &offered;
+    if (made == nullptr || current.compare_exchange_strong(found, made)) return made;
+    delete made;
+    return static_cast<VqTypeMgr*>(found);
 }
 
 }  // namespace
 
 VqTypeMgr* DefaultTypeMgr(VqTypeMgr* manager) {
-    VqTypeMgr*& current = DefaultManager(true);
-    return manager != nullptr ? std::exchange(current, manager) : current;
+    void* const found = current;
+    VqTypeMgr* const before = found != &offered ? static_cast<VqTypeMgr*>(found) : TakeOffered();
+    if (manager != nullptr) current = manager;
+    return before;
 }
 
-void vq::AttachDefaultManager() { DefaultManager(false) = MakeManager(); }
+void vq::AttachDefaultManager() {
+    current = &offered;
+    TakeOffered();
+}
 
-void vq::DetachDefaultManager() { delete std::exchange(DefaultManager(false), nullptr); }
+void vq::DetachDefaultManager() {
+    void* const before = current.exchange(nullptr);
+    if (before != &offered) delete static_cast<VqTypeMgr*>(before);
+}
 
 // --- The library's end
 
@@ -48,7 +69,8 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID isProcessEnd) {
 
 #else
 
-// Runs after the destructors of all static objects, which may still use the manager.
-[[gnu::destructor]] static void EndLibrary() { vq::DetachDefaultManager(); }
+// Destructors of static objects may still use the manager. They run among the destructor functions without a priority;
+// 101, the highest that is free for use, comes last.
+[[gnu::destructor(101)]] static void EndLibrary() { vq::DetachDefaultManager(); }
 
 #endif
