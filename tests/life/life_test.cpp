@@ -11,6 +11,7 @@
 #include "plugin.h"
 
 #if defined(_WIN32)
+#include <malloc.h>
 #include <windows.h>
 #else
 #include <dlfcn.h>
@@ -31,6 +32,15 @@ bool Close(Module module) { return FreeLibrary(module) != 0; }
 FARPROC Find(Module module, const char* name) { return GetProcAddress(module, name); }
 bool IsLibraryLoaded() { return GetModuleHandleA("vq95FtmB.dll") != nullptr; }
 
+// Whether the C heap, which all modules share, holds the block.
+bool IsInUse(const void* block) {
+    _HEAPINFO entry = {};
+    while (_heapwalk(&entry) == _HEAPOK) {
+        if (entry._pentry == block) return entry._useflag == _USEDENTRY;
+    }
+    return false;
+}
+
 #else
 
 using Module = void*;
@@ -42,6 +52,9 @@ bool IsLibraryLoaded() {
     if (library != nullptr) dlclose(library);
     return library != nullptr;
 }
+
+// What is in use is counted here, with the libraries' blocks.
+bool IsInUse(const void*) { return false; }
 
 #endif
 
@@ -69,15 +82,17 @@ class LibraryLife : public testing::Test {
         ASSERT_TRUE(Close(module_));
         EXPECT_FALSE(IsLibraryLoaded());
         EXPECT_EQ(NewBlocks(), 0);
+        EXPECT_FALSE(IsInUse(lastManager_));
     }
 
-    VqTypeMgr* Default(VqTypeMgr* replacement = nullptr) const { return plugin->defaultManager(replacement); }
+    VqTypeMgr* Default() { return lastManager_ = plugin->defaultManager(nullptr); }
     long NewBlocks() const { return liveBlocks - blocksBefore_; }
 
     const Plugin* plugin = nullptr;
 
   private:
     Module module_ = nullptr;
+    VqTypeMgr* lastManager_ = nullptr;
     long blocksBefore_ = 0;
 };
 
@@ -120,7 +135,7 @@ TEST_F(LibraryLife, DetachedWithoutAManager) {
 TEST_F(LibraryLife, GivenManagersOfTheHosts) {
     for (const unsigned long version : {3ul, 5ul}) {
         VqTypeMgr* const own = plugin->newManager(version);
-        plugin->deleteManager(Default(own));
+        plugin->deleteManager(plugin->defaultManager(own));
         EXPECT_EQ(Default(), own);
         EXPECT_TRUE(plugin->use(own));
     }
@@ -133,13 +148,22 @@ TEST_F(LibraryLife, FirstAskedByManyThreads) {
     for (VqTypeMgr*& mine : found) {
         threads.emplace_back([&] {
             while (!go) std::this_thread::yield();
-            mine = Default();
+            mine = plugin->defaultManager(nullptr);
         });
     }
     go = true;
     for (std::thread& thread : threads) thread.join();
-    EXPECT_NE(found[0], nullptr);
-    EXPECT_EQ(found, std::vector<VqTypeMgr*>(found.size(), found[0]));
+    EXPECT_NE(Default(), nullptr);
+    EXPECT_EQ(found, std::vector<VqTypeMgr*>(found.size(), Default()));
+}
+
+// Objects that a module keeps may use its library in their destructors.
+TEST(LibraryInAModule, OutlivesTheObjectsBesideIt) {
+    const long before = liveBlocks;
+    const Module module = Open(VQTM_LIFE_STATIC_PLUGIN);
+    ASSERT_NE(module, nullptr);
+    EXPECT_TRUE(Close(module));
+    EXPECT_EQ(liveBlocks, before);
 }
 
 // A process may end with the library in it and in use.

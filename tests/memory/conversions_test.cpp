@@ -127,6 +127,13 @@ TEST_P(ConversionMemory, ThatLacksIsToldAndGivesNothing) {
     }
 }
 
+TEST(ConversionRecord, ThatLacksIsToldInItsBytes) {
+    const RefusedMemory refused;
+    EXPECT_TRUE(Allocations::Failing(
+        0, [] { EXPECT_EQ(VqTypeConvertData::Make(VqTypeId_VqString, 0, nullptr, nullptr), nullptr); }));
+    EXPECT_EQ(refused.Sizes(), std::vector<unsigned long>{sizeof(VqTypeConvertData)});
+}
+
 // A value that cannot be set to null keeps what it was.
 TEST_P(ConversionMemory, ThatLacksKeepsAValueFromBeingSet) {
     const RowValues unset(manager, id, 1), set(manager, id, 1);
