@@ -1,5 +1,13 @@
 # What CPack makes of an installed tree: Debian packages on 64-bit Debian, a zip for Windows, else a tar archive; and of the sources
-# an archive. They are put into dist/, what they are made from stays in the build folder.
+# an archive. They are put into dist/, what they are made from stays in the build folder. The target `installed` builds what they have.
+add_custom_target(installed)
+get_property(libraries GLOBAL PROPERTY VQTM_LIBRARIES)
+foreach(target IN ITEMS ${libraries} vqtype vqtype_man)
+  if(TARGET ${target})
+    add_dependencies(installed ${target})
+  endif()
+endforeach()
+
 set(CPACK_PACKAGE_NAME vqtm)
 set(CPACK_PACKAGE_VENDOR "the vqtm authors")
 set(CPACK_PACKAGE_CONTACT "The vqtm authors <vqtm@lists.invalid>")
