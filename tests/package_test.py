@@ -11,22 +11,10 @@ import shutil
 import sys
 import unittest
 
-from consumers import TemporaryFolder, build, build_and_run_examples, example_tests, files, run, version_of, with_libraries
+from consumers import TemporaryFolder, build_and_run_examples, build_and_run_programs, example_tests, files, run, version_of, with_libraries
 
 CMAKE, SOURCES, BUILD = sys.argv[1], pathlib.Path(sys.argv[2]), pathlib.Path(sys.argv[3])
 VERSION = version_of(SOURCES)
-
-PROGRAM = """
-#include <vqtm.h>
-int main() {
-    unsigned char disk[4];
-    long value = 42;
-    LongStore(disk, &value, 2, 1);
-    const VqString text("\\xe9t\\xe9");
-    const VqDate null = VqDate(-32768, -128, -128);
-    return disk[3] == 42 && VqLanguageContext::QueryCodeSet(1) != nullptr && text.Len() == 3 && null.month < 0 ? 0 : 1;
-}
-"""
 
 C_PROGRAM = """
 #include <library.h>
@@ -37,16 +25,6 @@ int main(void) {
     puts(description);
     return 0;
 }
-"""
-
-PROJECT = """
-cmake_minimum_required(VERSION 3.25)
-project(consumer CXX)
-@FIND@
-foreach(kind IN ITEMS typelib @STATIC@)
-  add_executable(with_${kind} main.cpp)
-  target_link_libraries(with_${kind} PRIVATE vq::${kind})
-endforeach()
 """
 
 
@@ -65,28 +43,22 @@ class Consumers(TemporaryFolder):
         cls.libraries = cls.pkgconfig.parent
         cls.examples = cls.prefix / "share/vqtm/examples"
 
-    def project(self, name, find, static, *options):
-        source = self.folder / name
-        source.mkdir()
-        (source / "main.cpp").write_text(PROGRAM)
-        (source / "CMakeLists.txt").write_text(PROJECT.replace("@FIND@", find).replace("@STATIC@", static))
-        return build(CMAKE, source, source / "build", *options)
-
-    def test_find_package_with_unsigned_characters(self):
-        built = self.project("by package", "find_package(vqtm 9.5 REQUIRED)", "typelib_static",
-                             f"-DCMAKE_PREFIX_PATH={self.prefix}", "-DCMAKE_CXX_FLAGS=-funsigned-char -Wall -Wextra -Werror")
-        run(built / "with_typelib")
-        run(built / "with_typelib_static")
+    def test_find_package_refuses_other_versions_and_works_with_unsigned_characters(self):
+        refuse = "foreach(v 9.6 8)\n find_package(vqtm ${v} QUIET)\n if(vqtm_FOUND)\n message(FATAL_ERROR ${v})\n endif()\nendforeach()\n"
+        build_and_run_programs(CMAKE, self.folder / "by package", refuse + "find_package(vqtm 9.5 REQUIRED)", "typelib typelib_static",
+                               f"-DCMAKE_PREFIX_PATH={self.prefix}", "-DCMAKE_CXX_FLAGS=-funsigned-char -Wall -Wextra -Werror")
 
     def test_examples_by_find_package(self):
         ran = build_and_run_examples(CMAKE, self.examples, self.folder / "examples", f"-DCMAKE_PREFIX_PATH={self.prefix}")
         self.assertEqual(ran, example_tests(SOURCES / "examples"))
 
     def test_add_subdirectory(self):
-        add = f'add_subdirectory("{SOURCES}" vqtm)'
-        built = self.project("by folder", add, "", "-DCMAKE_CXX_FLAGS=-O0")
-        run(built / "with_typelib")
-        self.assertFalse(list(built.rglob("vqtm_tests*")), "tests are built inside another project")
+        """A program is compiled against all libraries. Only the base library, which is soon built, is linked."""
+        add = f'add_subdirectory("{SOURCES}" vqtm EXCLUDE_FROM_ALL)\nadd_library(compiled OBJECT main.cpp)\n'
+        add += 'target_link_libraries(compiled PRIVATE vq::typelib)'
+        build_and_run_programs(CMAKE, self.folder / "by folder", add, "base base_static", "-DCMAKE_CXX_FLAGS=-O0")
+        names = {path.name for path in (self.folder / "by folder").rglob("*")}
+        self.assertFalse([name for name in names if name.startswith(("vqtm_tests", "vqtype"))], "only libraries are built inside another project")
 
     def compile(self, compiler, source, name, ask="", link=""):
         """By pkg-config, as a shell would; the result is a program in the folder."""
