@@ -320,7 +320,7 @@ class Streams(unittest.TestCase):
 class WindowsCommandLine(unittest.TestCase):
     """Command lines as Windows has them: one text in UTF-16, which the program itself parts into arguments."""
 
-    def launch(self, rest, stdin=b""):
+    def launch(self, rest, *where, stdin=b""):
         launcher = pathlib.Path(PROGRAM[-1]).with_name("vqtm_launch.exe")
         if len(PROGRAM) == 1 or not launcher.exists():
             self.skipTest("only where vqtype.exe is run by an emulator")
@@ -328,9 +328,9 @@ class WindowsCommandLine(unittest.TestCase):
             program = "Z:" + PROGRAM[-1].replace("/", "\\")
             file.write(f'"{program}" {rest}'.encode("utf-16-le", "surrogatepass"))
             file.flush()
-            done = subprocess.run([*PROGRAM[:-1], launcher, file.name], input=stdin, capture_output=True, cwd=console.ROOT,
+            done = subprocess.run([*PROGRAM[:-1], launcher, file.name, *where], input=stdin, capture_output=True, cwd=console.ROOT,
                                   env=console.ENVIRONMENT, timeout=120)
-        self.assertNotEqual(100, done.returncode, "the console's code page was not put back")
+        self.assertNotEqual(100, done.returncode, "the console's code page was changed")
         return done.returncode, done.stdout.decode("utf-8"), done.stderr.decode("utf-8")
 
     def test_arguments_keep_their_characters(self):
@@ -341,6 +341,10 @@ class WindowsCommandLine(unittest.TestCase):
                                              " ".join(written for written, _ in cases))
         self.assertEqual((0, ""), (status, errors))
         self.assertEqual([text for _, text in cases], output[:-1].split("\n"))
+
+    def test_a_console_shows_every_character(self):
+        status, output, errors = self.launch("print VqString Łódź --code-set 253", "screen")
+        self.assertEqual((0, "Łódź", ""), (status, output.rstrip(), errors))
 
     def test_half_a_character_is_refused(self):
         for half in "\ud800", "\udc00", "\udc00\ud800":

@@ -28,7 +28,7 @@ def commands():
     names = run("--complete", "").splitlines()[1:]
     for name in names:
         text = run(name, "--help")
-        usage = re.search(r"^Usage: vqtype \S+ \[OPTION\]\.\.\.(.*)", text)[1]
+        usage = re.search(r"^Usage: vqtype \S+ .*\[OPTION\]\.\.\.(.*)", text)[1]
         yield name, re.findall(r"[A-Z]+", usage), re.findall(r"^  (?:-\w, )?(--[\w-]+)(?: ([A-Z]+))?", text, re.M)
 
 
@@ -71,9 +71,17 @@ class Protocol(unittest.TestCase):
 class Bash(unittest.TestCase):
     CASES = [
         ("vqtype so", ["sort"]),
+        ("vqtype so| long", ["sort"]),
+        ("~/bin\\ two/vqtype so", ["sort"]),
+        ("FOO=1; vqtype sort long >Łó", ["Łódź.txt"]),
+        ("vqtype sort VqString < Łó", ["Łódź.txt"]),
+        ("vqtype sort VqString 2>>Łó", ["Łódź.txt"]),
+        ("vqtype sort VqString &>Łó", ["Łódź.txt"]),
+        ("vqtype print VqDate<x 2>&1 >'two words' 2005-03-07 --form", ["--format"]),
+        ("vqtype sort long c:", ["d"]),
+        ("vqtype sort long nothing", []),
         ("vqtype --vers", ["--version"]),
         ("vqtype encode vqdatet", ["VqDateTime"]),
-        ("FOO=1; vqtype encode VqNull_short ", ["\\{NULL\\}"]),
         ("vqtype encode VqNull_short {", ["\\{NULL\\}"]),
         ("vqtype encode VqNull_short '{N", ["{NULL}"]),
         ('vqtype encode VqNull_short "{N', ["{NULL}"]),
@@ -84,6 +92,7 @@ class Bash(unittest.TestCase):
         ("vqtype encode VqString a --code-set=kO", ["KOI8-R"]),
         ("vqtype compare long 1 2 --order=m", ["memory"]),
         ("vqtype compare long 1 2 --flags exact,r", ["exact,report"]),
+        ('vqtype compare long 1 2 --flags "\\`\\$a\\b,rep', ["\\`\\$a\\\\b,report"]),
         ("vqtype estimate long --op '<", ["<", "<="]),
         ("vqtype print VqDate 2005-03-07 --format ", ["%a\\ %e.%b\\ %Y"]),
         ("vqtype sort long 'two words/s", ["two words/sp ace.txt", "two words/sub"]),
@@ -95,11 +104,16 @@ class Bash(unittest.TestCase):
         ("vqtype bogus ", []),
     ]
 
-    def complete(self, line, folder, shell=("bash", "--norc", "--noprofile")):
-        script = ('source "$1"; line=$2; COMP_LINE=${line##*; } COMP_POINT=${#COMP_LINE} COMPREPLY=(old)\n'
-                  '_vqtype vqtype; printf "%s\\n" "${COMPREPLY[@]}"')
-        done = subprocess.run([*shell, "-c", script, "-", COMPLETION, line], cwd=folder, check=True, env={**ENVIRONMENT, "HOME": str(folder)},
-                              capture_output=True, encoding="utf-8")
+    # The shell's options are none that it is easy with, and stay as they are. A bar in the line is the cursor.
+    SCRIPT = r"""set -ef; shopt -s failglob; source "$1"
+        read -r _ _ complete program < <(complete -p vqtype); [[ $program == vqtype ]]
+        line=${line##*; } before=${line%%|*} COMPREPLY=(old)
+        COMP_LINE=${line/|} COMP_POINT=${#before}
+        $complete "${line%% *}"; [[ $- == *f* ]]; printf "%s\n" "${COMPREPLY[@]}" """
+
+    def complete(self, line, folder):
+        done = subprocess.run(["bash", "--norc", "-c", self.SCRIPT, "-", COMPLETION], cwd=folder, check=True,
+                              env={**ENVIRONMENT, "HOME": str(folder), "line": line}, capture_output=True, encoding="utf-8")
         self.assertEqual("", done.stderr, line)
         return sorted(filter(None, done.stdout.splitlines()))
 
@@ -108,8 +122,9 @@ class Bash(unittest.TestCase):
         self.addCleanup(folder.cleanup)
         path = pathlib.Path(folder.name)
         (path / "two words" / "sub").mkdir(parents=True)
-        for name in "two words/sp ace.txt", "Łódź.txt", "it's $5":
+        for name in "two words/sp ace.txt", "Łódź.txt", "it's $5", "c:d":
             (path / name).touch()
+        (path / "bin two").symlink_to(PROGRAM.parent)
         return path
 
     def test_words_come_as_they_are_typed(self):
@@ -127,10 +142,12 @@ class Bash(unittest.TestCase):
                  ("vqtype encode VqString a --language 'chinese s\t", "encode VqString a --language chinese simplified"),
                  ("vqtype sort long it\\'\t", "sort long it's $5"), ("vqtype sort long it\t", "sort long it's $5"),
                  ("vqtype sort long two\\ words/sp\t", "sort long two words/sp ace.txt"),
-                 ("vqtype encode VqNull_int {\t", "encode VqNull_int {NULL}")]
+                 ("vqtype encode VqNull_int {\t", "encode VqNull_int {NULL}"),
+                 ("vqtype sort long >Ł\t c:\t", "sort long c:d"),
+                 ("vqtype compare long 1 2 --flags exact,rep\t,p\t", "compare long 1 2 --flags exact,report,pattern")]
         # What runs is a function; what completes is the program.
-        setup = (f'source {COMPLETION}; _inner() {{ _vqtype {PROGRAM}; }}; complete -F _inner vqtype\n'
-                 'vqtype() { local IFS=" "; printf "%s\\n" "<$*>" >>typed; }\n')
+        setup = (f'source {COMPLETION}\nvqtype() {{ [[ $1 == --complete ]] && command vqtype "$@" && return\n'
+                 'local IFS=" "; printf "%s\\n" "<$*>" >>typed; }\n')
         typed = "".join(line + "\n" for line, _ in cases)
         (folder / "setup").write_text(setup)
         shutil.which("script") or self.skipTest("no script(1) here")
@@ -156,7 +173,7 @@ class ManualPage(unittest.TestCase):
         text = re.sub(r"[\s\u2010-]+", " ", self.rendered())
         examples = 0
         for name, arguments, options in commands():
-            self.assertIn(f" vqtype {name} [OPTION]...", text)
+            self.assertRegex(text, rf" vqtype {name} [\w ]*\[OPTION\]\.\.\.")
             for option, _ in options:
                 self.assertIn(" " + re.sub("-+", " ", option).strip(), text)
             for example in re.findall(r"^  (\$ .*)$", run(name, "--help"), re.M):

@@ -31,6 +31,12 @@ void AddDemoCommand(CLI::App& program);
 std::vector<std::string> ComparisonFlags();
 std::vector<std::string> ComparisonOperators();
 
+/// True for an argument of which there can be any number.
+bool IsList(const CLI::Option& argument);
+
+/// True for a word that begins as options do.
+inline bool IsOption(const std::string& word) { return word.rfind('-', 0) == 0; }
+
 /// The parser would take an argument like [a,b] or {} for a list, -inf for options, the next argument for the value of
 /// `--low=`, and cannot go on with values behind `--`. A zero character in front, which no argument can hold, makes
 /// such arguments plain text. Throws UsageError for a flag with a value.

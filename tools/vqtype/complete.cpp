@@ -33,10 +33,6 @@ struct CommandLine {
     std::string type = {};
 };
 
-bool IsList(const CLI::Option& argument) {
-    return argument.get_expected_max() >= CLI::detail::expected_max_vector_size;
-}
-
 // The argument that is next, or none.
 const CLI::Option* NextArgument(const CommandLine& line) {
     if (line.argumentsGiven < line.arguments.size()) return line.arguments[line.argumentsGiven];
@@ -44,7 +40,7 @@ const CLI::Option* NextArgument(const CommandLine& line) {
 }
 
 const CLI::Option* FindOption(const CommandLine& line, const std::string& word) {
-    if (line.onlyArguments || word.rfind('-', 0) != 0) return nullptr;
+    if (line.onlyArguments || !IsOption(word)) return nullptr;
     return line.command.get_option_no_throw(word.substr(0, word.find('=')));
 }
 
@@ -105,7 +101,7 @@ Words OptionsOf(const CLI::App& app, const std::set<const CLI::Option*>& given) 
 }
 
 Answer AtCommand(const CLI::App& program, const std::string& word) {
-    if (word.rfind('-', 0) == 0) return {OptionName, BeginningWith(OptionsOf(program, {}), word)};
+    if (IsOption(word)) return {OptionName, BeginningWith(OptionsOf(program, {}), word)};
     Words names;
     for (const CLI::App* command : program.get_subcommands({})) names.push_back(command->get_name());
     return {Command, BeginningWith(names, word)};
@@ -133,7 +129,7 @@ Answer AtWord(const CommandLine& line, const std::string& word) {
     if (isAssignment && TakesValue(line.command, word.substr(0, word.find('='))))
         return AtAssignment(line, *option, word);
     const CLI::Option* argument = NextArgument(line);
-    const bool canBeOption = !line.onlyArguments && (word.rfind('-', 0) == 0 || (!argument && word.empty()));
+    const bool canBeOption = !line.onlyArguments && (IsOption(word) || (!argument && word.empty()));
     if (canBeOption) return {OptionName, BeginningWith(OptionsOf(line.command, line.optionsGiven), word)};
     return argument ? AtPlace(line, *argument, word) : Answer{Nothing, {}};
 }

@@ -62,7 +62,28 @@ struct FreeWide {
     void operator()(wchar_t** arguments) const { LocalFree(arguments); }
 };
 
-UINT consoleCodePage = 0;  // before this program
+// The console of a stream, or null for a file or a pipe.
+HANDLE ConsoleOf(std::FILE* stream) {
+    const auto handle = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream)));
+    DWORD mode;
+    return GetConsoleMode(handle, &mode) ? handle : nullptr;
+}
+
+// A console takes so many units at once, and a pair of them stays together.
+std::size_t PieceOf(std::u16string_view units) {
+    constexpr std::size_t Most = 8192;
+    if (units.size() <= Most) return units.size();
+    return (units[Most - 1] & 0xFC00) == 0xD800 ? Most - 1 : Most;
+}
+
+bool Show(HANDLE console, std::u16string_view units) {
+    DWORD shown = 0;
+    for (std::size_t piece; !units.empty(); units.remove_prefix(piece)) {
+        piece = PieceOf(units);
+        if (!WriteConsoleW(console, units.data(), static_cast<DWORD>(piece), &shown, nullptr)) return false;
+    }
+    return true;
+}
 
 }  // namespace
 
@@ -77,9 +98,6 @@ std::vector<std::string> Arguments(int, char**) {
 
 void PrepareStreams() {
     for (std::FILE* stream : {stdin, stdout, stderr}) _setmode(_fileno(stream), _O_BINARY);
-    consoleCodePage = GetConsoleOutputCP();
-    if (consoleCodePage == 0 || !SetConsoleOutputCP(CP_UTF8)) return;
-    std::atexit([] { SetConsoleOutputCP(consoleCodePage); });
 }
 
 std::optional<std::string> EnvironmentVariable(const char* name) {
@@ -107,6 +125,12 @@ namespace {
 
 File Open(const std::string& name) { return File(_wfopen(PathOf(name).c_str(), L"rb")); }
 
+// A console has one code page for all its programs, so that none may choose it: it is given UTF-16 instead.
+bool Put(std::FILE* stream, std::string_view text) {
+    const HANDLE console = ConsoleOf(stream);
+    return console ? Show(console, Utf8ToUtf16(text)) : std::fwrite(text.data(), 1, text.size(), stream) == text.size();
+}
+
 }  // namespace
 
 #else
@@ -133,6 +157,10 @@ namespace {
 
 File Open(const std::string& name) { return File(std::fopen(name.c_str(), "rb")); }
 
+bool Put(std::FILE* stream, std::string_view text) {
+    return std::fwrite(text.data(), 1, text.size(), stream) == text.size();
+}
+
 }  // namespace
 
 #endif
@@ -145,8 +173,14 @@ std::string ReadFile(const std::string& name) {
 }
 
 void Write(std::string_view text) {
-    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size()) {
-        throw CommandError("standard output: cannot be written: {}", std::strerror(errno));
+    if (!Put(stdout, text)) throw CommandError("standard output: cannot be written: {}", std::strerror(errno));
+}
+
+void WriteError(std::string_view text) noexcept {
+    try {
+        Put(stderr, text);
+    } catch (const std::exception&) {
+        return;
     }
 }
 

@@ -12,7 +12,7 @@
 /// The program's arguments in UTF-8, without the program's name. Throws CommandError for one that is no text.
 std::vector<std::string> Arguments(int argc, char** argv);
 
-/// Makes the standard streams carry bytes as they are, and a Windows console show UTF-8 until the program ends.
+/// Makes the standard streams carry bytes as they are.
 void PrepareStreams();
 
 /// The environment variable in UTF-8; none when it is not set.
@@ -30,8 +30,11 @@ std::filesystem::path ProgramFolder();
 /// than 1 GiB.
 std::string ReadFile(const std::string& name);
 
-/// Writes to standard output. Throws CommandError when that fails.
+/// Writes UTF-8 text, whole characters, to standard output; a Windows console shows it whatever its code page is.
+/// Throws CommandError when that fails.
 void Write(std::string_view text);
+/// The same to standard error. One that is full or closed is no reason to end in another way than was to be told.
+void WriteError(std::string_view text) noexcept;
 /// Writes out what is still buffered. Throws CommandError when that fails.
 void FlushOutput();
 

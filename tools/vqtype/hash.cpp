@@ -83,7 +83,9 @@ void AddHashCommand(CLI::App& program) {
     command->add_flag("--json", options->json, "As JSON, with decimal codes");
     command->footer(
         "Each value has its code in memory and in both byte orders on disk, and so has the array of all of them as "
-        "one key. Equal keys have equal codes in every form; the order of an array's values does not count.\n\n"
+        "one key. Equal keys have equal codes in every form, but for a few kept on purpose, as 0 and -0. The order of "
+        "an "
+        "array's values does not count.\n\n"
         "  $ vqtype hash VqNull_short 5 -5 '{NULL}'");
     command->callback([options] {
         const VqTypeId id = ParseKeyType(options->type, "hash", "hashed", "hash");

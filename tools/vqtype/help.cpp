@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <sstream>
 
+#include "command.h"
 #include "utf8.h"
 
 namespace {
@@ -69,7 +70,9 @@ std::string Listed(const std::vector<Section>& sections, bool withTitles) {
 
 // --- Options and arguments
 
-bool IsList(const CLI::Option& option) { return option.get_expected_max() >= CLI::detail::expected_max_vector_size; }
+std::vector<const CLI::Option*> NamedOptionsOf(const CLI::App& app) {
+    return app.get_options([](const CLI::Option* option) { return option->nonpositional(); });
+}
 
 std::string OptionNames(const CLI::Option& option) {
     std::string names;
@@ -80,7 +83,7 @@ std::string OptionNames(const CLI::Option& option) {
 
 Section OptionsOf(const CLI::App& app, bool withHelp) {
     Section section{"Options", {}};
-    for (const CLI::Option* option : app.get_options([](const CLI::Option* o) { return o->nonpositional(); })) {
+    for (const CLI::Option* option : NamedOptionsOf(app)) {
         if (!withHelp && option == app.get_help_ptr()) continue;
         section.entries.push_back({OptionNames(*option), option->get_description()});
     }
@@ -100,7 +103,11 @@ Section ArgumentSection(const CLI::App& app) {
 }
 
 std::string Usage(const CLI::App& app, const std::string& name) {
-    std::string usage = name + " [OPTION]...";
+    std::string usage = name;
+    for (const CLI::Option* option : NamedOptionsOf(app)) {
+        if (option->get_required()) usage += ' ' + OptionNames(*option);
+    }
+    usage += " [OPTION]...";
     for (const CLI::Option* argument : ArgumentsOf(app)) {
         const std::string place = argument->get_name(true, false) + (IsList(*argument) ? "..." : "");
         usage += argument->get_required() ? ' ' + place : " [" + place + ']';

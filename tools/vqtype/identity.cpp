@@ -9,10 +9,12 @@ std::string Identity() {
     const char *module, *date, *text, *compiler, *extra;
     const char* const product =
         _VqDescribeDll(&major, &minor, &release, &build, &patch, &module, &date, &text, &number, &compiler, &extra);
+    const std::string tail = *extra ? fmt::format("\nExtra:     {}", extra) : "";
     return fmt::format(
         "vqtype ({}) {}.{}.{}.{}.{}\n"
         "Module:    {}\n"
+        "Text:      {}\n"
         "Built:     {}, number {}\n"
-        "Compiler:  {}",
-        product, major, minor, release, build, patch, module, date, number, compiler);
+        "Compiler:  {}{}",
+        product, major, minor, release, build, patch, module, text, date, number, compiler, tail);
 }

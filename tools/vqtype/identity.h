@@ -5,7 +5,7 @@
 
 #include <string>
 
-/// The program with its product and version on the first line, then the library's module, build and compiler. The last
+/// The program with its product and version on the first line, then all else that the library says of itself. The last
 /// line has no end.
 std::string Identity();
 

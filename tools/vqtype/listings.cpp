@@ -7,14 +7,13 @@
 #include "ownletters.h"
 #include "table.h"
 #include "text.h"
-#include "vqlanguagecontext.h"
 
 namespace {
 
 // --- Code sets
 
 struct CodeSetRow {
-    unsigned char number;
+    NamedCode code;
     const VqCodeSet& set;
     unsigned characters;
 };
@@ -28,21 +27,21 @@ unsigned CountCharacters(const VqCodeSet& set) {
 
 std::vector<CodeSetRow> CodeSetRows() {
     std::vector<CodeSetRow> rows;
-    for (unsigned number = 0; number < 256; ++number) {
-        const VqCodeSet* set = VqLanguageContext::QueryCodeSet(static_cast<unsigned char>(number));
-        if (set) rows.push_back({static_cast<unsigned char>(number), *set, CountCharacters(*set)});
+    for (const NamedCode& code : CodeSets()) {
+        const VqCodeSet& set = RequireCodeSet(code.number);
+        rows.push_back({code, set, CountCharacters(set)});
     }
     return rows;
 }
 
 std::string TitleOf(const CodeSetRow& row) {
-    return row.number ? row.set.GetName() : fmt::format("native (stands for {})", row.set.GetCode());
+    return row.code.number ? row.code.name : fmt::format("{} (stands for {})", row.code.name, row.set.GetCode());
 }
 
 void ListCodeSets() {
     Table table{{"number", true}, {"name"}, {"bytes", true}, {"characters", true}};
     for (const CodeSetRow& row : CodeSetRows()) {
-        table.AddRow({fmt::to_string(row.number), TitleOf(row), fmt::to_string(row.set.GetCharSize()),
+        table.AddRow({fmt::to_string(row.code.number), TitleOf(row), fmt::to_string(row.set.GetCharSize()),
                       fmt::to_string(row.characters)});
     }
     Write(table.Format());
@@ -52,7 +51,7 @@ void ListCodeSetsAsJson() {
     const char* separator = "[\n  ";
     for (const CodeSetRow& row : CodeSetRows()) {
         Write(fmt::format("{}{{\"number\": {}, \"name\": {}, \"bytes\": {}, \"characters\": {}}}", separator,
-                          row.number, Quoted(CodeSetName(row.number)), row.set.GetCharSize(), row.characters));
+                          row.code.number, Quoted(row.code.name), row.set.GetCharSize(), row.characters));
         separator = ",\n  ";
     }
     Write("\n]\n");
@@ -61,8 +60,7 @@ void ListCodeSetsAsJson() {
 // --- Languages
 
 struct LanguageRow {
-    unsigned char number;
-    const char* name;
+    NamedCode code;
     unsigned char collationClass;
     std::vector<std::string> letters;
 };
@@ -70,10 +68,8 @@ struct LanguageRow {
 std::vector<LanguageRow> LanguageRows() {
     const VqCodeSet& unicode = RequireCodeSet(253);
     std::vector<LanguageRow> rows;
-    for (unsigned code = 0; code < 256; ++code) {
-        const auto number = static_cast<unsigned char>(code);
-        const char* name = VqLanguageContext::GetLanguageName(number);
-        if (name) rows.push_back({number, name, unicode.GetCollationClass(number), OwnLetters(number)});
+    for (const NamedCode& code : Languages()) {
+        rows.push_back({code, unicode.GetCollationClass(code.number), OwnLetters(code.number)});
     }
     return rows;
 }
@@ -81,7 +77,7 @@ std::vector<LanguageRow> LanguageRows() {
 void ListLanguages() {
     Table table{{"number", true}, {"name"}, {"class", true}, {"letters"}};
     for (const LanguageRow& row : LanguageRows()) {
-        table.AddRow({fmt::to_string(row.number), row.name, fmt::to_string(row.collationClass),
+        table.AddRow({fmt::to_string(row.code.number), row.code.name, fmt::to_string(row.collationClass),
                       fmt::format("{}", fmt::join(row.letters, " "))});
     }
     Write(table.Format());
@@ -92,8 +88,8 @@ void ListLanguagesAsJson() {
     for (const LanguageRow& row : LanguageRows()) {
         std::string letters;
         for (const std::string& letter : row.letters) letters += (letters.empty() ? "" : ", ") + Quoted(letter);
-        Write(fmt::format("{}{{\"number\": {}, \"name\": {}, \"class\": {}, \"letters\": [{}]}}", separator, row.number,
-                          Quoted(row.name), row.collationClass, letters));
+        Write(fmt::format("{}{{\"number\": {}, \"name\": {}, \"class\": {}, \"letters\": [{}]}}", separator,
+                          row.code.number, Quoted(row.code.name), row.collationClass, letters));
         separator = ",\n  ";
     }
     Write("\n]\n");

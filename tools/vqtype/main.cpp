@@ -23,12 +23,9 @@ constexpr int Failure = 2;
 
 bool assertionFailed = false;
 
-// A standard error that is full or closed is no reason to end in another way than the one that was to be told.
-void Say(const std::string& text) noexcept { std::fwrite(text.data(), 1, text.size(), stderr); }
-
 // A broken invariant is reported and makes the run a failure, but it never ends the program on its own.
 void ReportAssertion(const char* expression, const char* file, int line) {
-    Say(fmt::format("vqtype: {}({}): assertion failed: {}\n", file, line, expression));
+    WriteError(fmt::format("vqtype: {}({}): assertion failed: {}\n", file, line, expression));
     assertionFailed = true;
 }
 
@@ -40,13 +37,13 @@ std::string CalledName(const CLI::App& program, const std::vector<std::string>& 
 
 int Fail(const std::string& called, const std::string& text) {
     std::fflush(stdout);
-    Say(fmt::format("{}: {}\n", called, text));
+    WriteError(fmt::format("{}: {}\n", called, text));
     return Failure;
 }
 
 int FailToParse(const std::string& called, const std::string& text) {
     Fail(called, Printable(Shortened(text, 300)));
-    Say(fmt::format("Try `{} --help`.\n", called));
+    WriteError(fmt::format("Try `{} --help`.\n", called));
     return Failure;
 }
 

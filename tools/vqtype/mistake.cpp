@@ -15,9 +15,9 @@ std::string NameOf(const std::string& argument) { return argument.substr(0, argu
 
 std::string NoSuchOption(const CLI::App& command, const std::string& argument) {
     const std::string name = NameOf(argument);
-    NearestName nearest(name);
+    NearestName nearest(std::string_view(name).substr(std::min(name.find_first_not_of('-'), name.size())));
     for (const CLI::Option* option : command.get_options()) {
-        for (const std::string& known : option->get_lnames()) nearest.Try("--" + known);
+        for (const std::string& known : option->get_lnames()) nearest.Try(known, "--" + known);
     }
     return fmt::format("{}: there is no such option{}", Echo(name), nearest.Question());
 }
@@ -34,8 +34,6 @@ std::string NoSuchCommand(const CLI::App& program, const std::string& name) {
                        question.empty() ? "; expected one of " + names : question);
 }
 
-bool IsOption(const std::string& argument) { return argument.rfind('-', 0) == 0; }
-
 // The parser's error begins with the name of the option that lacks its value.
 std::string DescribeMissing(const CLI::App& command, const std::string& text) {
     const std::string name = text.substr(0, text.find(':'));
@@ -48,7 +46,7 @@ std::string DescribeMissing(const CLI::App& command, const std::string& text) {
 void CheckCommand(const CLI::App& program, const std::vector<std::string>& arguments) {
     if (arguments.empty() || arguments[0] == "--") throw UsageError("a command is missing");
     if (&CalledCommand(program, arguments) != &program) return;
-    if (!IsOption(arguments[0])) throw CommandError("{}", NoSuchCommand(program, arguments[0]));
+    if (!IsOption(arguments[0])) throw UsageError("{}", NoSuchCommand(program, arguments[0]));
     if (!program.get_option_no_throw(NameOf(arguments[0]))) throw UsageError("{}", NoSuchOption(program, arguments[0]));
 }
 

@@ -24,8 +24,11 @@ std::size_t EditDistance(std::string_view a, std::string_view b) {
 
 }  // namespace
 
+NearestName::NearestName(std::string_view given)
+    : given_(given), best_{std::min<std::size_t>(3, given.size() / 4 + 2), 0} {}
+
 void NearestName::Try(std::string_view form, std::string_view name) {
-    const std::size_t distance = EqualIgnoringCase(form, given_) ? 0 : EditDistance(form, given_);
+    const Distance distance{EditDistance(Lowered(form), Lowered(given_)), EditDistance(form, given_)};
     if (distance < best_) best_ = distance, nearest_ = name;
 }
 

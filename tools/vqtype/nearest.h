@@ -5,12 +5,13 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 
 /// Finds among names the one that a mistyped name is nearest to: at most two letters inserted, dropped or replaced
-/// away, or in another case.
+/// away, and one where it has fewer than four. Case counts only between names that are equally near.
 class NearestName {
   public:
-    explicit NearestName(std::string_view given) : given_(given) {}
+    explicit NearestName(std::string_view given);
 
     /// Looks at `form`, one that the user may know `name` by.
     void Try(std::string_view form, std::string_view name);
@@ -20,8 +21,11 @@ class NearestName {
     std::string Question() const;
 
   private:
+    // Without case and with it.
+    using Distance = std::pair<std::size_t, std::size_t>;
+
     std::string given_, nearest_;
-    std::size_t best_ = 3;
+    Distance best_;
 };
 
 #endif

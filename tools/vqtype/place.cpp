@@ -10,7 +10,6 @@
 #include "text.h"
 #include "textrules.h"
 #include "values.h"
-#include "vqlanguagecontext.h"
 
 namespace {
 
@@ -53,23 +52,16 @@ Choices Orders(const Typed&) { return {"little", "big"}; }
 Choices Forms(const Typed&) { return {"memory", "little", "big"}; }
 
 // Names, or numbers once a digit is typed.
-Choices NamesOrNumbers(const Typed& typed, const char* (*nameOf)(unsigned char)) {
+Choices NamesOrNumbers(const Typed& typed, const std::vector<NamedCode>& codes) {
     const bool isNumber = !typed.word.empty() && typed.word[0] >= '0' && typed.word[0] <= '9';
     Choices choices;
-    for (unsigned code = 0; code < 256; ++code) {
-        const char* name = nameOf(static_cast<unsigned char>(code));
-        if (name) choices.push_back(isNumber ? fmt::to_string(code) : name);
-    }
+    for (const auto& [number, name] : codes) choices.push_back(isNumber ? fmt::to_string(number) : name);
     return choices;
 }
 
-Choices CodeSets(const Typed& typed) {
-    return NamesOrNumbers(typed, [](unsigned char code) { return IsCodeSet(code) ? CodeSetName(code) : nullptr; });
-}
+Choices CodeSets(const Typed& typed) { return NamesOrNumbers(typed, ::CodeSets()); }
 
-Choices Languages(const Typed& typed) {
-    return NamesOrNumbers(typed, [](unsigned char code) { return VqLanguageContext::GetLanguageName(code); });
-}
+Choices Languages(const Typed& typed) { return NamesOrNumbers(typed, ::Languages()); }
 
 // Flags behind those that the list has already.
 Choices FlagLists(const Typed& typed) {
@@ -91,11 +83,19 @@ struct Place {
 };
 
 constexpr Place Places[] = {
-    {Takes::Type, "TYPE", Types},          {Takes::Value, "VALUE", Values},          {Takes::Text, "TEXT", Nothing},
-    {Takes::Hex, "HEX", Nothing},          {Takes::File, "FILE", Nothing},  // the shell knows them
-    {Takes::Format, "FORMAT", Formats},    {Takes::Order, "ORDER", Orders, true},    {Takes::Form, "FORM", Forms, true},
-    {Takes::CodeSet, "CODESET", CodeSets}, {Takes::Language, "LANGUAGE", Languages}, {Takes::Flags, "FLAGS", FlagLists},
-    {Takes::Operator, "OP", Operators},    {Takes::Bytes, "BYTES", Nothing},
+    {Takes::Type, "TYPE", Types},
+    {Takes::Value, "VALUE", Values},
+    {Takes::Text, "TEXT", Nothing},
+    {Takes::Hex, "HEX", Nothing},
+    {Takes::File, "FILE", Nothing},  // the shell knows them
+    {Takes::Format, "FORMAT", Formats},
+    {Takes::Order, "ORDER", Orders, true},
+    {Takes::Form, "FORM", Forms, true},
+    {Takes::CodeSet, "CODESET", CodeSets},
+    {Takes::Language, "LANGUAGE", Languages},
+    {Takes::Flags, "FLAGS", FlagLists},
+    {Takes::Operator, "OPERATOR", Operators},
+    {Takes::Bytes, "BYTES", Nothing},
 };
 
 constexpr bool EveryPlaceIsInItsPlace() {

@@ -6,7 +6,7 @@ namespace {
 
 const std::string Shield(1, '\0');
 
-bool IsList(const std::string& argument) {
+bool LooksLikeList(const std::string& argument) {
     return argument == "{}" || (argument.size() > 1 && argument.front() == '[' && argument.back() == ']');
 }
 
@@ -34,6 +34,10 @@ bool IsAssignment(const std::string& argument) {
 
 }  // namespace
 
+bool IsList(const CLI::Option& argument) {
+    return argument.get_expected_max() >= CLI::detail::expected_max_vector_size;
+}
+
 const CLI::App& CalledCommand(const CLI::App& program, const std::vector<std::string>& arguments) {
     for (const CLI::App* command : program.get_subcommands({})) {
         if (!arguments.empty() && command->get_name() == arguments[0]) return *command;
@@ -53,7 +57,7 @@ std::vector<std::string> ShieldedArguments(const CLI::App& program, const std::v
     for (const std::string& argument : arguments) {
         if (argument == "--" && !onlyValues) {
             onlyValues = true;
-        } else if (onlyValues || IsList(argument) || IsNegative(argument)) {
+        } else if (onlyValues || LooksLikeList(argument) || IsNegative(argument)) {
             shielded.push_back(Shield + argument);
         } else if (IsAssignment(argument)) {
             AddAssignment(command, argument, shielded);

@@ -39,22 +39,20 @@ unsigned ParseByte(const std::string& text) {
     return result.ec == std::errc() && result.ptr == end && value < 256 ? value : 256;
 }
 
-std::string ListLanguages() {
+std::string Listed(const std::vector<NamedCode>& codes) {
     std::string list;
-    for (unsigned code = 0; code < 256; ++code) {
-        const char* name = VqLanguageContext::GetLanguageName(static_cast<unsigned char>(code));
-        if (name) list += fmt::format("{}{} {}", list.empty() ? "" : ", ", code, name);
-    }
+    for (const auto& [code, name] : codes) list += fmt::format("{}{} {}", list.empty() ? "" : ", ", code, name);
     return list;
 }
 
-std::string ListCodeSets() {
-    std::string list;
-    for (unsigned code = 0; code < 256; ++code) {
-        const auto codeSet = static_cast<unsigned char>(code);
-        if (IsCodeSet(codeSet)) list += fmt::format("{}{} {}", list.empty() ? "" : ", ", code, CodeSetName(codeSet));
+// Those of all codes that have a name.
+std::vector<NamedCode> Named(const char* (*nameOf)(unsigned char)) {
+    std::vector<NamedCode> codes;
+    for (unsigned number = 0; number < 256; ++number) {
+        const auto code = static_cast<unsigned char>(number);
+        if (const char* name = nameOf(code)) codes.push_back({code, name});
     }
-    return list;
+    return codes;
 }
 
 }  // namespace
@@ -101,9 +99,20 @@ std::string Shortened(std::string_view text, std::size_t most) {
 
 std::string Echo(std::string_view text) { return Quoted(Shortened(text, 60)); }
 
-bool EqualIgnoringCase(std::string_view a, std::string_view b) {
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](char x, char y) { return lower(x) == lower(y); });
+std::string Lowered(std::string_view text) {
+    std::string lowered(text);
+    for (char& c : lowered) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+    return lowered;
+}
+
+bool EqualIgnoringCase(std::string_view a, std::string_view b) { return Lowered(a) == Lowered(b); }
+
+std::vector<NamedCode> CodeSets() {
+    return Named([](unsigned char code) { return IsCodeSet(code) ? CodeSetName(code) : nullptr; });
+}
+
+std::vector<NamedCode> Languages() {
+    return Named([](unsigned char code) { return VqLanguageContext::GetLanguageName(code); });
 }
 
 bool IsCodeSet(unsigned char codeSet) { return VqLanguageContext::QueryCodeSet(codeSet) != nullptr; }
@@ -127,11 +136,10 @@ const VqCodeSet& RequireCodeSet(unsigned char codeSet) {
 
 unsigned char ParseCodeSet(const std::string& text) {
     const unsigned number = ParseByte(text);
-    for (unsigned code = 0; code < 256; ++code) {
-        const auto codeSet = static_cast<unsigned char>(code);
-        if (IsCodeSet(codeSet) && (code == number || EqualIgnoringCase(text, CodeSetName(codeSet)))) return codeSet;
+    for (const auto& [code, name] : CodeSets()) {
+        if (code == number || EqualIgnoringCase(text, name)) return code;
     }
-    throw CommandError("--code-set {}: expected a number or a name: {}", Echo(text), ListCodeSets());
+    throw CommandError("--code-set {}: expected a number or a name: {}", Echo(text), Listed(CodeSets()));
 }
 
 unsigned char ParseLanguage(const std::string& text) {
@@ -141,5 +149,5 @@ unsigned char ParseLanguage(const std::string& text) {
     }
     const int found = VqLanguageContext::FindLanguage(text.c_str());
     if (found >= 0) return static_cast<unsigned char>(found);
-    throw CommandError("--language {}: expected a number or a name: {}", Echo(text), ListLanguages());
+    throw CommandError("--language {}: expected a number or a name: {}", Echo(text), Listed(Languages()));
 }

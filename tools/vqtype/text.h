@@ -5,6 +5,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "vqcodeset.h"
 #include "vqstring.h"
@@ -36,8 +37,21 @@ std::string Shortened(std::string_view text, std::size_t most);
 /// What the user gave, for an error about it: quoted, and shortened to 60 bytes.
 std::string Echo(std::string_view text);
 
+/// The text with small ASCII letters.
+std::string Lowered(std::string_view text);
 /// True for texts that are the same when ASCII letters have no case.
 bool EqualIgnoringCase(std::string_view a, std::string_view b);
+
+/// A code set or a language by its number, and its usual name.
+struct NamedCode {
+    unsigned char number;
+    const char* name;
+};
+
+/// All code sets, by number.
+std::vector<NamedCode> CodeSets();
+/// All languages, by number.
+std::vector<NamedCode> Languages();
 
 /// True for the number of a code set; 0 is the native one.
 bool IsCodeSet(unsigned char codeSet);

@@ -7,3 +7,5 @@ N
 s/\\f(CW/.nf\n&/
 s/$/\n.fi/
 }
+# A command's title stands without the colon that marks it in the help.
+/^\.SS /s/:\("\{0,1\}\)$/\1/
