@@ -1,9 +1,6 @@
 // Identifiers and references as keys, against slow readings of their bytes, and their disk form.
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <memory>
-
 #include "idsupport.h"
 #include "testsupport.h"
 #include "vqtypevl.h"
@@ -116,49 +113,6 @@ TYPED_TEST(IdentifierKeys, CompareAndHashInEveryForm) {
     }
 }
 
-TYPED_TEST(IdentifierKeys, EndWhereTheirBufferDoes) {
-    using Id = TypeParam;
-    Numbers numbers;
-    std::vector<Id> ids(3);
-    for (Id& id : ids) numbers.Fill(id);
-    for (const bool inMemory : {true, false}) {
-        const unsigned char format = inMemory ? VqFormat_Memory : VqFormat_LittleEndian;
-        const unsigned long size = inMemory ? sizeof(Id) : Id::StoredSize, all = 3 * size;
-        ByteVector whole(all);
-        Id::Translate(whole.data(), format, all, ids.data(), VqFormat_Memory, 0, 3);
-        for (unsigned long length = 1; length <= all; ++length) {
-            const auto cut = std::make_unique<unsigned char[]>(length);  // nothing lies behind it
-            std::copy_n(whole.data(), length, cut.get());
-            const int expected = length == all ? VqStatus_Ok : VqStatus_BufferEnd;
-            int first = 0, second = 0, hash = 0;
-            EXPECT_EQ(Id::Compare(format, length, cut.get(), 0, whole.data(), 0, 3, first), 0);
-            EXPECT_EQ(Id::Compare(format, all, whole.data(), length, cut.get(), 0, 3, second), 0);
-            const unsigned long code = Id::Hash(format, length, cut.get(), 3, hash);
-            int status;
-            EXPECT_EQ(code, Id::Hash(format, 0, whole.data(), length / size, status));
-            EXPECT_TRUE(first == expected && second == expected && hash == expected) << length;
-        }
-    }
-}
-
-TYPED_TEST(IdentifierKeys, AreMadeAndFreedOneOrMany) {
-    using Id = TypeParam;
-    for (const unsigned long count : {0ul, 1ul, 2ul, 1000ul}) {
-        Id* const ids = static_cast<Id*>(Id::Create(count));
-        for (unsigned long i = 0; i < std::max(count, 1ul); ++i) EXPECT_EQ(NumbersOf(ids[i]), NumbersOf(Id()));
-        Id::Delete(ids, count);
-    }
-    Id::Delete(nullptr, 2);
-}
-
-TEST(IdentifierKeys, OrderReferencesByDatabaseWhereTheyAreStored) {
-    const std::vector<VqRef> a = {Ref(213, Object(1, 0))}, b = {Ref(200, Object(2, 0))};
-    int status;
-    EXPECT_EQ(a[0] != b[0], -1);
-    EXPECT_EQ(VqRef::Compare(VqFormat_Memory, 0, a.data(), 0, b.data(), 0, 1, status), -1);
-    EXPECT_EQ(VqRef::Compare(1, 0, Store(a, 1).data(), 0, Store(b, 1).data(), 0, 1, status), 13);
-}
-
 // --- Bounds
 
 struct Index {
@@ -248,24 +202,6 @@ TEST(IdentifierBounds, OfReferencesAreSharesOfAllReferences) {
             EXPECT_EQ(operators, c.operators & 0x800F);
         }
     }
-}
-
-TEST(IdentifierBounds, RecordKeysButOfClasses) {
-    VqIdxBounds scan;
-    unsigned short equal = 1, less = 2, greater = 4;
-    const std::vector<VqObjId> ids = {Object(1, 2, 3), Object(4, 5, 6)};
-    const ByteVector stored = Store(ids, 1);
-    VqObjId::EvalAndBound(nullptr, greater, stored.data(), 1, 2, &scan);
-    EXPECT_TRUE(scan.lowKeyLength == 20 && scan.highKey == nullptr);
-    EXPECT_EQ(Hex(scan.lowKey, 20), Hex(stored.data(), 20));
-    VqObjId::EvalAndBound(nullptr, less, stored.data(), 1, 1, &scan);
-    EXPECT_TRUE(scan.lowKeyLength == 20 && scan.highKeyLength == 10);
-    VqFreeBounds(scan);
-    VqRef::EvalAndBound(nullptr, equal, Store(std::vector{Ref(1, ids[0])}, 1).data(), 1, 1, &scan);
-    EXPECT_TRUE(scan.lowKeyLength == 14 && scan.highKeyLength == 14);
-    VqFreeBounds(scan);
-    EXPECT_EQ(VqClassId::EvalAndBound(nullptr, equal, Store(std::vector{Class(1, 2)}, 1).data(), 1, 1, &scan), 1);
-    EXPECT_TRUE(scan.lowKey == nullptr && scan.highKey == nullptr);
 }
 
 }  // namespace
