@@ -39,17 +39,6 @@ TEST(VqObjId, CountsModulo48Bits) {
     EXPECT_EQ(NumbersOf(id.SetHighestValue()), "65535 4294967295 0");
 }
 
-TEST(VqObjId, IsOrderedByNumberWithoutBlock) {
-    const VqObjId ascending[] = {Object(0, 0), Object(0, 1), Object(0, Max), Object(1, 0), Object(0xFFFF, 0)};
-    for (const VqObjId& a : ascending) {
-        for (const VqObjId& b : ascending) {
-            const VqObjId moved = Object(b.high, b.low, 9);
-            EXPECT_EQ(a != moved, Sign(&a - &b)) << NumbersOf(a) << " and " << NumbersOf(b);
-            EXPECT_EQ(a == moved, &a == &b) << NumbersOf(a) << " and " << NumbersOf(b);
-        }
-    }
-}
-
 // --- Objects and databases
 
 TEST(VqDBOId, ComparesDatabaseAndObjectOrTheObjectAlone) {
@@ -72,20 +61,6 @@ TEST(VqDBOId, ComparesDatabaseAndObjectOrTheObjectAlone) {
     to = c;
     to.ScanFromVqString("(2-6#1)");
     EXPECT_EQ(NumbersOf(to), "2 6 1 3") << "the database stays";
-}
-
-// --- Classes
-
-TEST(VqClassId, OrdersNullFirstThenByClassAndVersion) {
-    const VqClassId ascending[] = {Class(65535, 65535), Class(0, 0),         Class(0, 65535), Class(1, 0),
-                                   Class(32768, 1),     Class(65534, 65535), Class(65535, 3)};
-    for (const VqClassId& a : ascending) {
-        for (const VqClassId& b : ascending) {
-            EXPECT_EQ(a != b, Sign(&a - &b)) << NumbersOf(a) << " and " << NumbersOf(b);
-            EXPECT_TRUE((a > b) == (&a > &b) && (a == b) == (&a == &b)) << NumbersOf(a) << " and " << NumbersOf(b);
-        }
-        EXPECT_EQ(a.IsNullValue(), &a == ascending);
-    }
 }
 
 // --- Text
@@ -174,17 +149,6 @@ TEST(IdentifierText, IsReadInStepWithItsFormat) {
     classId.ScanFromVqString(null);
     id.ScanFromVqString(null);
     EXPECT_TRUE(classId.IsNullValue() && NumbersOf(id) == "0 0 0");
-}
-
-TEST(IdentifierText, OfArraysHasCommas) {
-    VqObjId ids[3] = {Object(1, 42, 7), Object(0, 0), Object(0, 9)};
-    VqString text("<"), own("<");
-    EXPECT_EQ(Bytes(VqTypeMgr(5).PrintToVqString(VqTypeId_VqObjId, text, ids, nullptr, 3)), "<(1-42#7),{NULL},(0-9#0)");
-    EXPECT_EQ(Bytes(VqObjId::PrintToString(own, ids, nullptr, 3)), Bytes(text));
-    EXPECT_EQ(Bytes(VqObjId::PrintToString(own, ids, "%L", 1)), "42");
-    VqString list("1,2,3");
-    EXPECT_EQ(VqObjId::ScanFromString(ids, list, "%L", 3), ids);
-    EXPECT_EQ(NumbersOf(ids[0]) + ", " + NumbersOf(ids[2]), "0 1 0, 0 3 0");
 }
 
 }  // namespace

@@ -57,18 +57,6 @@ TEST(References, TakeThePartsThatTheirSourcesHave) {
     EXPECT_TRUE(!local.IsNullValue() && local.SetNullValue() == 0 && local.IsNullValue());
 }
 
-TEST(References, AreOrderedByObjectThenDatabase) {
-    const VqRef ascending[] = {Ref(9, Object(0, 5)), Ref(0, Object(1, 4)), Ref(2, Object(1, 4)),
-                               Ref(65535, Object(1, 4)), Ref(0, Object(2, 0))};
-    for (const VqRef& a : ascending) {
-        for (const VqRef& b : ascending) {
-            const VqRef other = Ref(b.database, Object(b.id.high, b.id.low, 77), Class(1, 1));
-            EXPECT_EQ(a != other, Sign(&a - &b)) << NumbersOf(a) << " and " << NumbersOf(b);
-            EXPECT_EQ(a == other, &a == &b) << NumbersOf(a) << " and " << NumbersOf(b);
-        }
-    }
-}
-
 TEST(References, ComeBeforeNumberedDatabasesWhereTheyAreLocal) {
     const struct {
         VqRef ref;

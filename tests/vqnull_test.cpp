@@ -100,27 +100,6 @@ TYPED_TEST(Nullable, MarksNullsWithOne) {
     EXPECT_EQ(loaded, value);
 }
 
-TYPED_TEST(Nullable, ComparesArraysWithinTheirLengths) {
-    using Slots = typename TestFixture::Slots;
-    const TypeParam a[] = {this->High(), TypeParam(), this->Low()}, b[] = {this->High(), TypeParam(), this->High()};
-    EXPECT_EQ(this->Compare(VqFormat_Memory, a, b, 3), -1);
-    EXPECT_EQ(this->Compare(VqFormat_Memory, b, a, 3), 1);
-    EXPECT_EQ(this->Compare(VqFormat_Memory, a, b, 2), 0);
-
-    unsigned char storedA[64], storedB[64];
-    const unsigned long width = Slots::Store(storedA, a, VqFormat_BigEndian, 3) / 3;
-    Slots::Store(storedB, b, VqFormat_BigEndian, 3);
-    for (const auto& [format, size, first, second] :
-         {std::tuple<unsigned char, unsigned long, const void*, const void*>{VqFormat_Memory, sizeof(TypeParam), a, b},
-          {VqFormat_BigEndian, width, storedA, storedB}}) {
-        int error = 0;
-        EXPECT_EQ(Slots::Compare(format, 3 * size, first, 3 * size, second, 0, 3, error), -1);
-        EXPECT_EQ(error, VqStatus_Ok);
-        EXPECT_EQ(Slots::Compare(format, 2 * size, first, 0, second, 0, 3, error), 0);
-        EXPECT_EQ(error, VqStatus_BufferEnd);
-    }
-}
-
 TYPED_TEST(Nullable, CopiesOverlappingArrays) {
     using Slots = typename TestFixture::Slots;
     TypeParam values[] = {this->Low(), TypeParam(), this->High(), this->High()};

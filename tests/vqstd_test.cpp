@@ -83,16 +83,21 @@ TEST(StandardLibrary, OrdersAsTheClassesDoNullFirst) {
     ExpectAscending<std::weak_ordering, d_Interval>({d_Interval(-1, 0, 0, 0), d_Interval(0, 0, 0, 0.5f)});
     ExpectAscending<std::weak_ordering, VqBoolean>({Byte(255), 0, 1});
     ExpectAscending<std::strong_ordering, VqSeal>({Seal(0), Seal(65536), Seal(VqInt64(0, 1)), Seal(-1)});
-    ExpectAscending<std::weak_ordering, VqObjId>({Object(0, 0), Object(0, 9), Object(1, 4)});
+    ExpectAscending<std::weak_ordering, VqObjId>(
+        {Object(0, 0), Object(0, 9), Object(0, 0xFFFFFFFF), Object(1, 0), Object(0xFFFF, 0)});
     ExpectAscending<std::weak_ordering, VqDBOId>({Object(Object(1, 4), 0), Object(Object(0, 9), 1)});
-    ExpectAscending<std::strong_ordering, VqClassId>({Null<VqClassId>(), Class(0, 1), Class(1, 0)});
-    ExpectAscending<std::weak_ordering, VqRef>({Ref(1, Object(0, 9)), Ref(0, Object(1, 4)), Ref(1, Object(1, 4))});
+    ExpectAscending<std::strong_ordering, VqClassId>({Null<VqClassId>(), Class(0, 0), Class(0, 65535), Class(1, 0),
+                                                      Class(32768, 1), Class(65534, 65535), Class(65535, 3)});
+    ExpectAscending<std::weak_ordering, VqRef>(
+        {Ref(9, Object(0, 9)), Ref(0, Object(1, 4)), Ref(65535, Object(1, 4)), Ref(0, Object(2, 0))});
     ExpectAscending<std::weak_ordering, VqLocalRef>({Local(Object(0, 9)), Local(Object(1, 4))});
     ExpectAscending<std::strong_ordering, VqBlob>({Null<VqBlob>(), VqBlob(), "a", "aa", "b"});
     ExpectAscending<std::weak_ordering, VqString>({"", "a", "\xE4", "b"});
     ExpectAscending<std::strong_ordering, VqNull_ushort>({VqNull_ushort(), VqNull_ushort(0), VqNull_ushort(65535)});
     ExpectAscending<std::strong_ordering, VqNull_VqInt64>({VqNull_VqInt64(), VqInt64(-1), VqInt64(0)});
     ExpectAscending<std::partial_ordering, VqNull_double>({VqNull_double(), -1e300, 0.5});
+    EXPECT_EQ(Object(1, 4, 9) != Object(1, 4), 0) << "whatever the block";
+    EXPECT_EQ(Ref(1, Object(1, 4, 9), Class(2, 3)) != Ref(1, Object(1, 4)), 0) << "whatever the class";
     const VqNull_double none(std::numeric_limits<double>::quiet_NaN());
     EXPECT_TRUE((none <=> VqNull_double(1.0)) == std::partial_ordering::unordered);
     EXPECT_TRUE(VqDate(-1, 5, 7) <=> VqDate(2000, 5, 7) == 0);
