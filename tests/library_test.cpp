@@ -3,10 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
-#include <regex>
 #include <string>
+#include <string_view>
 
 #include "vqbase.h"
 #include "vqlanguagecontext.h"
@@ -33,8 +34,7 @@ TEST(Library, DescribesItself) {
     EXPECT_STREQ(identity.dateTime, "Jun 28 2005 01:17:27");
     EXPECT_STREQ(identity.text2, "unknown");
     EXPECT_EQ(identity.number, 1361u);
-    EXPECT_TRUE(std::regex_match(identity.compiler, std::regex(R"((g|clang)\+\+ \d+\.\d+\.\d+ / 32)")))
-        << identity.compiler;
+    EXPECT_TRUE(std::string_view(identity.compiler).ends_with(" / 32")) << identity.compiler;
     EXPECT_STREQ(identity.extra, "");
 }
 
