@@ -76,16 +76,6 @@ TEST(Contraction, SortsWhereTheAlphabetHasTheLetter) {
     }
 }
 
-TEST(Contraction, DoubledLettersEqualTwoSingleOnes) {
-    const auto hungarian = static_cast<unsigned char>(VqLanguageContext::FindLanguage("hungarian"));
-    for (const std::string_view single : {"cs", "dz", "gy", "ly", "ny", "sz", "ty", "zs"}) {
-        const std::string text = std::string(1, single[0]) + std::string(single);
-        const Orders doubled = ContractionOf(Unicode(), text, hungarian).orders;
-        const unsigned one = ContractionOf(Unicode(), single, hungarian).orders.order[0];
-        for (const unsigned order : doubled.order) EXPECT_EQ(Primary(order), Primary(one)) << text;
-    }
-}
-
 TEST(Contraction, IsNoneWhereTheTextEndsOrGoesOnOtherwise) {
     for (const auto& [language, text] : {std::pair{"czech", "c"},
                                          {"czech", "hc"},
