@@ -5,23 +5,15 @@
 #include <random>
 #include <vector>
 
+#include "i18nsupport.h"
 #include "testsupport.h"
 #include "vqchar.h"
-#include "vqcodeset.h"
-#include "vqlanguagecontext.h"
 
 namespace {
 
-using Codes = std::vector<unsigned short>;
+using namespace vqtest;
 
-std::vector<const VqCodeSet*> AllSets() {
-    std::vector<const VqCodeSet*> sets;
-    for (int code = 1; code < 254; ++code) {
-        if (const VqCodeSet* set = VqLanguageContext::QueryCodeSet(static_cast<unsigned char>(code)))
-            sets.push_back(set);
-    }
-    return sets;
-}
+using Codes = std::vector<unsigned short>;
 
 // Runs of ASCII and codes of all kinds.
 Codes RandomCodes(std::mt19937& random, std::size_t n, unsigned limit) {
@@ -83,7 +75,7 @@ TEST(TextMapping, OfStringsAgreesWithTheCharacters) {
                 mapped.CopyMapped(original, to->GetCode());
                 other.AssignChars(swapped.data() + 1, from->GetCode(), static_cast<unsigned short>(n), 2);
                 ASSERT_EQ(mapped.Len(), n);
-                ASSERT_EQ(vqtest::Hex(other.StrGet(), other.GetSize()), vqtest::Hex(mapped.StrGet(), mapped.GetSize()));
+                ASSERT_EQ(Hex(other.StrGet(), other.GetSize()), Hex(mapped.StrGet(), mapped.GetSize()));
                 for (int i = 0; i < static_cast<int>(n); ++i) {
                     ASSERT_EQ(mapped[i].GetCode(), original[i].GetCodeIn(to->GetCode())) << i;
                 }

@@ -10,7 +10,9 @@
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
-#include <optional>
+
+#include "multibyte.h"
+#include "testsupport.h"
 #endif
 
 namespace vqtest {
@@ -34,36 +36,12 @@ TEST_P(Dictionary, SortsLikeTheLocale) {
 
 #else
 
-// The characters of a line of UTF-8, none where it has characters beyond the first plane; no value when it is no UTF-8.
-std::optional<std::u16string> DecodeUtf8(std::string_view line) {
-    std::u16string text;
-    for (std::size_t i = 0; i < line.size();) {
-        const unsigned lead = static_cast<unsigned char>(line[i]);
-        const std::size_t length = lead < 0x80                   ? 1
-                                   : lead >= 0xC2 && lead < 0xE0 ? 2
-                                   : lead >= 0xE0 && lead < 0xF0 ? 3
-                                   : lead >= 0xF0 && lead < 0xF5 ? 4
-                                                                 : 0;
-        if (length == 0 || i + length > line.size()) return std::nullopt;
-        if (length == 4) return std::u16string();
-        unsigned unit = length == 1 ? lead : lead & (length == 2 ? 0x1FU : 0xFU);
-        for (std::size_t k = 1; k < length; ++k) {
-            const unsigned trail = static_cast<unsigned char>(line[i + k]);
-            if ((trail & 0xC0) != 0x80) return std::nullopt;
-            unit = unit << 6 | (trail & 0x3F);
-        }
-        text += static_cast<char16_t>(unit);
-        i += length;
-    }
-    return text;
-}
-
 // Lists are in UTF-8 or in ISO 8859-1.
-std::u16string Decode(std::string_view line) {
-    if (const auto decoded = DecodeUtf8(line)) return *decoded;
-    std::u16string text;
-    for (const char c : line) text += static_cast<char16_t>(static_cast<unsigned char>(c));
-    return text;
+std::u16string Decode(const std::string& line) {
+    VqString text;
+    if (VqMBS2VqString(line.c_str(), text, static_cast<long>(line.size())) >= 0) return Units(text);
+    return std::u16string(reinterpret_cast<const unsigned char*>(line.data()),
+                          reinterpret_cast<const unsigned char*>(line.data()) + line.size());
 }
 
 bool AllLetters(const std::u16string& text, const VqCodeSet& set) {
