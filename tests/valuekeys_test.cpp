@@ -203,7 +203,8 @@ void StoredOrderIsFiner(char id, Value (*make)(std::mt19937_64&), d_Time& (*time
     for (int i = 0; i < 60000; ++i) {
         Value valueA = make(random), valueB = random() % 2 != 0 ? make(random) : valueA;
         d_Time &timeA = timeOf(valueA), &timeB = timeOf(valueB);
-        timeB.second = static_cast<std::int8_t>(timeA.second / 2 + static_cast<int>(random() % 3));
+        const std::int8_t near = static_cast<std::int8_t>(timeA.second / 2 + static_cast<int>(random() % 3));
+        timeB.second = random() % 4 != 0 ? near : RandomField(random);
         timeB.hundredths = RandomField(random);
         const Key a(id, &valueA), b(id, &valueB);
         const int order = Sign(valueA != valueB);
