@@ -7,6 +7,8 @@ import subprocess
 import tempfile
 import unittest
 
+LIBRARIES = ("vq95FBSB", "vq95FINB", "vq95FtmB")
+
 # Calls what is there of the three libraries.
 PROGRAM = """
 #if __has_include(<vqtm.h>)

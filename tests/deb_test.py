@@ -6,12 +6,11 @@ import shutil
 import sys
 import unittest
 
-from consumers import TemporaryFolder, build_and_run_examples, example_tests, files, headers_of, run, version_of, with_libraries
+from consumers import LIBRARIES, TemporaryFolder, build_and_run_examples, example_tests, files, headers_of, run, version_of, with_libraries
 
 CMAKE, SOURCES, BUILD = sys.argv[1], pathlib.Path(sys.argv[2]), pathlib.Path(sys.argv[3])
 VERSION = version_of(SOURCES)
 MULTIARCH = "x86_64-linux-gnu"
-LIBRARIES = ("vq95FBSB", "vq95FINB", "vq95FtmB")
 DOCUMENTS = ("copyright", "changelog.gz", "changelog.Debian.gz")
 
 RUNTIME = {

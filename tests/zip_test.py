@@ -6,12 +6,11 @@ import sys
 import unittest
 import zipfile
 
-from consumers import TemporaryFolder, build_and_run_examples, build_and_run_programs, example_tests, files, headers_of, run, version_of
+from consumers import LIBRARIES, TemporaryFolder, build_and_run_examples, build_and_run_programs, example_tests, files, headers_of, run, version_of
 
 CMAKE, SOURCES, BUILD, EMULATOR = sys.argv[1], pathlib.Path(sys.argv[2]), pathlib.Path(sys.argv[3]), sys.argv[4]
 VERSION = version_of(SOURCES)
 NAME = f"vqtm-{VERSION}-win32"
-LIBRARIES = ("vq95FBSB", "vq95FINB", "vq95FtmB")
 
 EXAMPLES = {path.name for path in (SOURCES / "examples").iterdir() if path.suffix in (".c", ".cpp", ".csv", ".txt")}
 PAGES = {"LICENSE", *(path.relative_to(SOURCES).as_posix() for path in (*SOURCES.glob("*.md"), *(SOURCES / "docs").rglob("*.md")))}
