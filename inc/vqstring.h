@@ -240,7 +240,7 @@ class VQTM_API VqString {
     operator int() const;
     /// Its low 16 bits.
     operator short() const;
-    /// The number at the start of the text.
+    /// The same as a `long`, of the same 32 bits on every target.
     operator long() const;
     /// The number at the start of the text, as `atof` reads it in the C locale.
     operator double() const;

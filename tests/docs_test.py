@@ -54,6 +54,14 @@ class Manual(unittest.TestCase):
                    if not "".join([*value.find("briefdescription").itertext(), *value.find("detaileddescription").itertext()]).strip()}
         self.assertEqual(missing - set("Sunday Monday Tuesday Wednesday Thursday Friday Saturday".split()), set())
 
+    def test_members_of_a_named_group_have_texts_of_their_own(self):
+        # One without a text would silently be given the group's first.
+        for section in (section for compound in self.xml("*.xml") for section in compound.iter("sectiondef")):
+            texts = ["".join([*member.find("briefdescription").itertext(), *member.find("detaileddescription").itertext()]).strip()
+                     for member in section.iter("memberdef")]
+            if section.find("header") is not None:
+                self.assertNotIn(texts[0], texts[1:], section.find("header").text)
+
     def test_every_link_leads_somewhere(self):
         pages = {page.name: page.read_text(encoding="utf-8") for page in self.manual.glob("*.html")}
         targets = {name: set(re.findall(r'\b(?:id|name)="([^"]+)"', text)) for name, text in pages.items()}
