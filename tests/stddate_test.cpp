@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <bit>
 #include <cmath>
 #include <cstdio>
@@ -62,19 +61,6 @@ T RandomFields(std::mt19937& random) {
 template <class T>
 bool Same(const T& a, const T& b) {
     return std::memcmp(&a, &b, sizeof a) == 0;
-}
-
-// All operators agree with the places.
-template <class T>
-void ExpectAscending(const std::vector<T>& values) {
-    for (const T& a : values) {
-        for (const T& b : values) {
-            const int sign = Sign(&a - &b);
-            EXPECT_EQ(Sign(a != b), sign) << Text(a) << " and " << Text(b);
-            const std::array<int, 5> results = {a == b, a<b, a> b, a <= b, a >= b};
-            EXPECT_EQ(results, (std::array<int, 5>{sign == 0, sign<0, sign> 0, sign <= 0, sign >= 0})) << Text(a);
-        }
-    }
 }
 
 static_assert(!std::is_convertible_v<long, d_Time> && !std::is_convertible_v<float, d_Interval>);
@@ -154,7 +140,6 @@ TEST(StdDate, KnowsTheCalendar) {
     EXPECT_EQ(d_Date(2023, 4, 7).days_in_month(), 30);
     EXPECT_EQ(d_Date(2023, 0xFF, 7).days_in_month(), 0);
 
-    ExpectAscending<d_Date>({{-4712, 1, 1}, {1582, 10, 4}, {1582, 10, 15}, {1999, 12, 31}, {2000, 1, 1}, {2000, 2, 1}});
     EXPECT_TRUE(d_Date(2000, 2, 30) == d_Date(2000, 3, 1));
     EXPECT_EQ(d_Date(2000, 3, 1) != d_Date(1999, 3, 1), 366);
 }
@@ -234,8 +219,6 @@ TEST(StdDate, TimesAreMadeOfWhatTheirFieldsHold) {
 }
 
 TEST(StdDate, TimesCompareOnTheClocksOfTheirZones) {
-    ExpectAscending<d_Time>(
-        {{0, 0, 0, 9, 0}, {11, 59, 59, -5, 0}, {12, 0, 0}, {12, 0, 1}, {12, 1, 0, 0, 30}, {13, 0, 0}});
     EXPECT_TRUE(d_Time(12, 0, 0, 2, 30) == d_Time(12, 0, 0, -7, -30));
     EXPECT_EQ(d_Time(3, 0, 0) != d_Time(1, 59, 59), 2);
     EXPECT_EQ(d_Time(3, 10, 0) != d_Time(3, 59, 59), -49);
@@ -313,8 +296,6 @@ TEST(StdDate, TimestampsCarryIntoTheCalendar) {
         ASSERT_TRUE(Same(*from + Days(distance), from[distance])) << Text(*from) << distance;
         ASSERT_TRUE(Same(from[distance] + Days(-distance), *from)) << Text(*from) << distance;
     }
-    ExpectAscending<d_Timestamp>(
-        {{{2000, 1, 1}, {23, 0, 0}}, {{2000, 1, 2}, {1, 0, 0, 9, 0}}, {{2000, 1, 2}, {2, 0, 0}}});
     EXPECT_EQ(d_Timestamp(d_Date(2000, 1, 5)) != d_Timestamp(d_Date(2000, 1, 2), d_Time(9, 0, 0)), 3);
 }
 
@@ -333,8 +314,6 @@ TEST(StdDate, IntervalsAddUpTheirParts) {
     EXPECT_EQ((a / 0).seconds, 90.5f);
     EXPECT_EQ((b * std::numeric_limits<int>::min() * 2000000000 * 2000000000 * 2000000000 * 2000000000).seconds,
               -Infinity);
-    ExpectAscending<d_Interval>(
-        {Seconds(-Infinity), Days(-1), Seconds(-0.5f), Seconds(0), Days(1), Seconds(Infinity), Seconds(NotANumber)});
     EXPECT_EQ(Days(0).is_zero() + 2 * Days(1).is_zero(), 1);
     std::mt19937 random(5);
     for (int i = 0; i < 200000; ++i) {

@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <cstring>
-#include <limits>
 #include <sstream>
 
 #include "_vqnulty.h"
@@ -50,12 +48,6 @@ class Nullable : public testing::Test {
 
     static Null Low() { return Sample<Null>::low(); }
     static Null High() { return Sample<Null>::high(); }
-    static int Compare(unsigned char format, const void* a, const void* b, unsigned long count) {
-        int error = 77;
-        const int result = Slots::Compare(format, 0, a, 0, b, 0, count, error);
-        EXPECT_EQ(error, VqStatus_Ok);
-        return result;
-    }
 };
 
 using Types = testing::Types<VqNull_char, VqNull_uchar, VqNull_short, VqNull_ushort, VqNull_int, VqNull_unsigned,
@@ -72,18 +64,6 @@ TYPED_TEST(Nullable, StartsNullAndTakesValues) {
     EXPECT_EQ(n, TypeParam());
     const typename TypeParam::ValueType zero{};
     EXPECT_EQ(std::memcmp(&n, &zero, sizeof zero), 0);
-}
-
-TYPED_TEST(Nullable, OrdersNullFirst) {
-    const TypeParam ascending[] = {TypeParam(), this->Low(), this->High()};
-    for (int i = 0; i < 3; ++i) {
-        for (int j = 0; j < 3; ++j) {
-            const TypeParam &a = ascending[i], &b = ascending[j];
-            EXPECT_TRUE((a == b) == (i == j) && (a != b) == (i != j) && (a < b) == (i < j));
-            EXPECT_TRUE((a > b) == (i > j) && (a <= b) == (i <= j) && (a >= b) == (i >= j));
-            EXPECT_EQ(this->Compare(VqFormat_Memory, &a, &b, 1), vqtest::Sign(i - j));
-        }
-    }
 }
 
 // The mark is behind the value in memory order, before it on disk; only 1 is null.
@@ -171,20 +151,6 @@ TEST(NullableText, KeepsTheValueWhenNothingIsRead) {
     VqNullSlots<VqNull_short>::Scan(values, text, nullptr, 2);
     EXPECT_TRUE(values[0].IsNullValue());
     EXPECT_EQ(values[1], VqNull_short(3));
-}
-
-TEST(NullableFloat, ANumberThatIsNoneIsLessThanEverything) {
-    const VqNull_double null, nan = std::numeric_limits<double>::quiet_NaN(), one = 1.0;
-    int error;
-    const auto compare = [&](const VqNull_double& a, const VqNull_double& b) {
-        return VqNullSlots<VqNull_double>::Compare(VqFormat_Memory, 0, &a, 0, &b, 0, 1, error);
-    };
-    EXPECT_EQ(compare(nan, one), -1);
-    EXPECT_EQ(compare(one, nan), -1);
-    EXPECT_EQ(compare(nan, nan), -1);
-    EXPECT_EQ(compare(null, nan), -1);
-    EXPECT_EQ(compare(nan, null), 1);
-    EXPECT_FALSE(nan == nan || nan < one || nan >= one);
 }
 
 }  // namespace

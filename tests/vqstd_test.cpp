@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <iomanip>
 #include <map>
 #include <set>
@@ -74,13 +75,24 @@ TEST(StandardLibrary, OrdersAsTheClassesDoNullFirst) {
                                                         {Date(1999, 12, 31), Time(23, 0, 0)},
                                                         {Date(2000, 1, 1), Time(0, 0, 0)},
                                                         {Date(2000, 1, 1), Time(0, 0, 1)}});
-    ExpectAscending<std::weak_ordering, d_Date>({d_Date(1582, 10, 4), d_Date(1582, 10, 15), d_Date(2000, 1, 1)});
-    ExpectAscending<std::partial_ordering, d_Time>(
-        {d_Time(1, 0, 0, 0, 0), d_Time(3, 0, 0, 1, 0), d_Time(3, 0, 5, 0, 0)});
-    ExpectAscending<std::partial_ordering, d_Timestamp>({{d_Date(2000, 1, 1), d_Time(1, 0, 0, 0, 0)},
-                                                         {d_Date(2000, 1, 1), d_Time(2, 0, 0, 0, 0)},
-                                                         {d_Date(2000, 1, 2), d_Time(0, 0, 0, 0, 0)}});
-    ExpectAscending<std::weak_ordering, d_Interval>({d_Interval(-1, 0, 0, 0), d_Interval(0, 0, 0, 0.5f)});
+    ExpectAscending<std::weak_ordering, d_Date>(
+        {{-4712, 1, 1}, {1582, 10, 4}, {1582, 10, 15}, {1999, 12, 31}, {2000, 1, 1}, {2000, 2, 1}});
+    ExpectAscending<std::partial_ordering, d_Time>({{0, 0, 0, 9, 0},
+                                                    {11, 59, 59, -5, 0},
+                                                    {12, 0, 0, 0, 0},
+                                                    {12, 0, 1, 0, 0},
+                                                    {12, 1, 0, 0, 30},
+                                                    {13, 0, 0, 0, 0}});
+    ExpectAscending<std::partial_ordering, d_Timestamp>(
+        {{{2000, 1, 1}, {23, 0, 0}}, {{2000, 1, 2}, {1, 0, 0, 9, 0}}, {{2000, 1, 2}, {2, 0, 0}}});
+    constexpr float Infinity = std::numeric_limits<float>::infinity();
+    ExpectAscending<std::weak_ordering, d_Interval>({{0, 0, 0, -Infinity},
+                                                     {-1, 0, 0, 0},
+                                                     {0, 0, 0, -0.5f},
+                                                     {0, 0, 0, 0},
+                                                     {1, 0, 0, 0},
+                                                     {0, 0, 0, Infinity},
+                                                     {0, 0, 0, std::nanf("")}});
     ExpectAscending<std::weak_ordering, VqBoolean>({Byte(255), 0, 1});
     ExpectAscending<std::strong_ordering, VqSeal>({Seal(0), Seal(65536), Seal(VqInt64(0, 1)), Seal(-1)});
     ExpectAscending<std::weak_ordering, VqObjId>(
@@ -93,13 +105,17 @@ TEST(StandardLibrary, OrdersAsTheClassesDoNullFirst) {
     ExpectAscending<std::weak_ordering, VqLocalRef>({Local(Object(0, 9)), Local(Object(1, 4))});
     ExpectAscending<std::strong_ordering, VqBlob>({Null<VqBlob>(), VqBlob(), "a", "aa", "b"});
     ExpectAscending<std::weak_ordering, VqString>({"", "a", "\xE4", "b"});
-    ExpectAscending<std::strong_ordering, VqNull_ushort>({VqNull_ushort(), VqNull_ushort(0), VqNull_ushort(65535)});
+    ExpectAscending<std::strong_ordering, VqNull_char>({VqNull_char(), '\x80', 'A'});
+    ExpectAscending<std::strong_ordering, VqNull_uchar>({VqNull_uchar(), 'A', 0x80});
+    ExpectAscending<std::strong_ordering, VqNull_ushort>({VqNull_ushort(), 0, 65535});
+    ExpectAscending<std::strong_ordering, VqNull_unsigned>({VqNull_unsigned(), 0, 0xFFFFFFFE});
     ExpectAscending<std::strong_ordering, VqNull_VqInt64>({VqNull_VqInt64(), VqInt64(-1), VqInt64(0)});
     ExpectAscending<std::partial_ordering, VqNull_double>({VqNull_double(), -1e300, 0.5});
     EXPECT_EQ(Object(1, 4, 9) != Object(1, 4), 0) << "whatever the block";
     EXPECT_EQ(Ref(1, Object(1, 4, 9), Class(2, 3)) != Ref(1, Object(1, 4)), 0) << "whatever the class";
     const VqNull_double none(std::numeric_limits<double>::quiet_NaN());
     EXPECT_TRUE((none <=> VqNull_double(1.0)) == std::partial_ordering::unordered);
+    EXPECT_FALSE(none == none || none < VqNull_double(1.0) || none >= VqNull_double(1.0));
     EXPECT_TRUE(VqDate(-1, 5, 7) <=> VqDate(2000, 5, 7) == 0);
     static_assert(!std::three_way_comparable<VqDate, std::weak_ordering>, "2000-05-07 and 2001-05-07 are not equal");
     EXPECT_FALSE(VqDateTime(VqDate(-1, 5, 7), VqTime(0, 0, 0)) == VqDateTime(VqDate(2000, 5, 7), VqTime(0, 0, 0)));
