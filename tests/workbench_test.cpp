@@ -2,21 +2,18 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstring>
-#include <random>
 
 #include "../tools/vqtype/collation.h"
 #include "../tools/vqtype/ownletters.h"
 #include "../tools/vqtype/textorder.h"
 #include "strcompare.h"
+#include "testsupport.h"
 #include "vqlanguagecontext.h"
 
 namespace {
 
 constexpr unsigned short Levels[] = {0, VqCmp_IgnoreCase, VqCmp_IgnoreAccents, VqCmp_IgnoreCase | VqCmp_IgnoreAccents};
 constexpr unsigned char CodeSets[] = {0, 1, 12, 13, 14, 226, 253};
-
-int SignOf(int result) { return (result > 0) - (result < 0); }
 
 // Words of few letters, so that many are equal at some level: letters with accents, letters that sort as two, letters
 // that sort as one with the next, other scripts, digits and symbols.
@@ -121,7 +118,7 @@ TEST(Collation, DecidesAsTheComparisonDoes) {
         for (int i = 0; i < 100; ++i) {
             const VqString a = left.Next(i % 2 ? 6 : 2), b = right.Next(i % 2 ? 6 : 2);
             const Collation collation = Collate(a, b, op);
-            ASSERT_EQ(SignOf(Compared(a, b, op)), collation.sign) << i;
+            ASSERT_EQ(vqtest::Sign(Compared(a, b, op)), collation.sign) << i;
             ASSERT_EQ(DecidingLevel(a, b, op), collation.level) << i;
         }
     });
@@ -135,7 +132,7 @@ TEST(Collation, MatchesAsThePatternDoes) {
         for (int i = 0; i < 100; ++i) {
             const VqString text = texts.Next(i % 2 ? 6 : 2), pattern = patterns.Next(i % 2 ? 6 : 2);
             const Collation collation = CollatePattern(text, pattern, ignored);
-            ASSERT_EQ(SignOf(Compared(text, pattern, ignored)), collation.sign) << i;
+            ASSERT_EQ(vqtest::Sign(Compared(text, pattern, ignored)), collation.sign) << i;
             ASSERT_EQ(collation.fits ? DecidingLevel(text, pattern, ignored) : CollationLevel::None, collation.level);
             ++(collation.fits ? fits : misfits);
         }
@@ -144,24 +141,19 @@ TEST(Collation, MatchesAsThePatternDoes) {
     EXPECT_LT(1000, fits);
 }
 
-struct PatternCase {
-    const char *text, *pattern;
-    CollationLevel level;
-    std::size_t position;
-    bool fits;
-};
-
 TEST(Collation, NamesThePositionThatDecidesAPattern) {
-    const PatternCase cases[] = {
+    const struct {
+        const char *text, *pattern;
+        CollationLevel level;
+        std::size_t position;
+        bool fits;
+    } cases[] = {
         {"Ab", "aC", CollationLevel::Primary, 1, true},         {"aB\xE9", "abe", CollationLevel::Accent, 2, true},
         {"\xDF", "S", CollationLevel::Primary, 1, true},        {"\xF1u", "n*z", CollationLevel::None, 2, false},
         {"\xE9\xE9u", "ee*u", CollationLevel::Accent, 1, true}, {"ABc", "ab*c", CollationLevel::Case, 0, true},
     };
-    for (const PatternCase& c : cases) {
-        VqString text(1, 2), pattern(1, 2);
-        text.AssignChars(c.text, 1, static_cast<unsigned short>(std::strlen(c.text)));
-        pattern.AssignChars(c.pattern, 1, static_cast<unsigned short>(std::strlen(c.pattern)));
-        const Collation collation = CollatePattern(text, pattern, 0);
+    for (const auto& c : cases) {
+        const Collation collation = CollatePattern(vqtest::In(1, c.text, 2), vqtest::In(1, c.pattern, 2), 0);
         EXPECT_EQ(c.level, collation.level) << c.pattern;
         EXPECT_EQ(c.position, collation.position) << c.pattern;
         EXPECT_EQ(c.fits, collation.fits) << c.pattern;
