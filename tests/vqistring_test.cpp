@@ -210,11 +210,8 @@ TYPED_TEST(IStrings, AreMadeFromTextsAndNumbers) {
     Expect(T("abc", 2), "ab");
     Expect(T("abc", 9), "abc");
     Expect(T(-2147483647 - 1), "-2147483648");
-    Expect(T(static_cast<short>(-5)), "-5");
-    Expect(T(2147483647L), "2147483647");
     Expect(T(4294967295UL), "4294967295");
     Expect(T(2.5), "2.500000");
-    Expect(T(-0.0000005), "-0.000000");  // rounds to even
     Expect(T(1e300), (T(1e300).Copy(0, 301) + ".000000").StrGet());
     EXPECT_EQ(T(-1.7976931348623157e308).Len(), 1 + 309 + 7);
 }
