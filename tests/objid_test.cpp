@@ -116,25 +116,21 @@ TEST(IdentifierText, KeepsTheCodeSetAndLanguageOfItsTarget) {
 
 TEST(IdentifierText, IsReadInStepWithItsFormat) {
     const struct {
-        const char* text;
-        const char* format;
-        const char* numbers;
-    } objects[] = {
-        {"(1-42#7)", nullptr, "1 42 7"},
-        {"[1:42/7", nullptr, "1 42 7"},
-        {"( 1- 42# +7)", nullptr, "1 42 7"},
-        {"(1", nullptr, "1 0 0"},
-        {"", nullptr, "0 0 0"},
-        {"42", "%L", "0 42 0"},
-        {"(x-5#6)", nullptr, "0 4294967291 6"},
-        {"65537 4294967296 99999999999999999999", "%H %L %B", "1 4294967295 4294967295"},
-        {"99999 99999999999 -1", "%H %L %B", "34463 4294967295 4294967295"},
-        {"1%2", "%H%%%L", "1 2 0"},
-        {"1-42#7", "%h-%l#%l", "1 42 7"},
-        {"12 34", "%l%h %l", "0 0 2"},
-        {"5", "%", "0 0 0"},
-        {"{NULL} or not", "%L", "0 0 0"},
-    };
+        const char *text, *format, *numbers;
+    } objects[] = {{"(1-42#7)", nullptr, "1 42 7"},
+                   {"[1:42/7", nullptr, "1 42 7"},
+                   {"( 1- 42# +7)", nullptr, "1 42 7"},
+                   {"(1", nullptr, "1 0 0"},
+                   {"", nullptr, "0 0 0"},
+                   {"42", "%L", "0 42 0"},
+                   {"(x-5#6)", nullptr, "0 4294967291 6"},
+                   {"65537 4294967296 99999999999999999999", "%H %L %B", "1 4294967295 4294967295"},
+                   {"99999 99999999999 -1", "%H %L %B", "34463 4294967295 4294967295"},
+                   {"1%2", "%H%%%L", "1 2 0"},
+                   {"1-42#7", "%h-%l#%l", "1 42 7"},
+                   {"12 34", "%l%h %l", "0 0 2"},
+                   {"5", "%", "0 0 0"},
+                   {"{NULL} or not", "%L", "0 0 0"}};
     for (const auto& c : objects) EXPECT_EQ(Scanned<VqObjId>(c.text, c.format), c.numbers) << c.text;
     EXPECT_EQ(Scanned<VqClassId>("(12v3)", nullptr) + ", " + Scanned<VqClassId>("3.12", "%V.%C") + ", " +
                   Scanned<VqClassId>("7", "%V") + ", " + Scanned<VqClassId>("{NULL}", "%V"),
