@@ -142,26 +142,14 @@ TYPED_TEST(IStrings, CompareTheWholeOfLongTexts) {
 
 TEST(IStringOrder, HasItsKnownPlaces) {
     static const struct {
+        // Equality is not transitive where a text ends in a byte that sorts as two letters.
         const char *a, *b;
         int cased, caseless, accents;  // signs; accents: VqCaseIString with that flag on both sides
-    } cases[] = {
-        {"a", "A", -1, 0, 0},
-        {"A", "b", -1, -1, -1},
-        {"\xE9", "e", 0, 0, 1},
-        {"\xDF", "ss", 0, 0, -1},
-        {"\x8C", "OE", 0, 0, -1},
-        {"\x9C", "oe", 0, 0, -1},
-        {"\x9F", "\xFF", 1, 0, 0},
-        {"z", "\xC6", -1, -1, -1},
-        {"_", "a", -1, -1, -1},
-        {"", "\xE9", -1, -1, -1},
-        {nullptr, "", -1, -1, -1},
-        // Equality is not transitive where a text ends in a byte that sorts as two letters.
-        {"\xDF", "ssx", 0, 0, -1},
-        {"\xDF", "\xDFx", 0, 0, -1},
-        {"ss", "ssx", -1, -1, -1},
-        {"s\xDF", "\xDF", 0, 0, 1},
-    };
+    } cases[] = {{"a", "A", -1, 0, 0},        {"A", "b", -1, -1, -1},    {"\xE9", "e", 0, 0, 1},
+                 {"\xDF", "ss", 0, 0, -1},    {"\x8C", "OE", 0, 0, -1},  {"\x9C", "oe", 0, 0, -1},
+                 {"\x9F", "\xFF", 1, 0, 0},   {"z", "\xC6", -1, -1, -1}, {"_", "a", -1, -1, -1},
+                 {"", "\xE9", -1, -1, -1},    {nullptr, "", -1, -1, -1}, {"\xDF", "ssx", 0, 0, -1},
+                 {"\xDF", "\xDFx", 0, 0, -1}, {"ss", "ssx", -1, -1, -1}, {"s\xDF", "\xDF", 0, 0, 1}};
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << (c.a ? c.a : "null") << " and " << c.b);
         EXPECT_EQ(Sign(VqIString::Compare(c.a, c.b)), c.cased);
