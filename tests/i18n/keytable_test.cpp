@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <set>
-#include <string_view>
 
 #include "i18nsupport.h"
 #include "vqcollation.h"
@@ -37,41 +36,6 @@ TEST(KeyTable, AgreesWithTheOrders) {
                     ASSERT_TRUE(table.keys[code] >= 0 || table.contractions) << Label(*set, code);
                 }
             }
-        }
-    }
-}
-
-TEST(Contraction, SortsWhereTheAlphabetHasTheLetter) {
-    struct Case {
-        const char* language;
-        std::string_view text;
-        char16_t before, after;  // letters on both sides, or one that it equals at the primary level
-        int orders;
-    };
-    static const Case cases[] = {
-        {"czech", "ch", u'h', u'i', 1},
-        {"slovak", "Ch", u'h', u'i', 1},
-        {"danish", "aa", u'\u00E5', u'\u00E5', 1},
-        {"norwegian", "AA", u'\u00C5', u'\u00C5', 1},
-        {"hungarian", "cs", u'c', u'd', 1},
-        {"hungarian", "dz", u'd', u'e', 1},
-        {"hungarian", "dzs", u'd', u'e', 1},
-        {"hungarian", "zs", u'z', u'\u4E00', 1},
-        {"hungarian", "ccs", u'c', u'd', 2},
-        {"hungarian", "SSZ", u's', u't', 2},
-    };
-    for (const Case& c : cases) {
-        const auto language = static_cast<unsigned char>(VqLanguageContext::FindLanguage(c.language));
-        const Contraction found = ContractionOf(Unicode(), c.text, language);
-        ASSERT_EQ(found.count, static_cast<int>(c.text.size())) << c.text;
-        ASSERT_EQ(found.orders.count, c.orders) << c.text;
-        const unsigned primary = Primary(found.orders.order[0]);
-        const unsigned before = Primary(OrdersOf(Unicode(), c.before, language).order[0]);
-        const unsigned after = Primary(OrdersOf(Unicode(), c.after, language).order[0]);
-        if (before == after) {
-            EXPECT_EQ(primary, before) << c.text;
-        } else {
-            EXPECT_TRUE(before < primary && primary < after) << c.text;
         }
     }
 }
