@@ -4,7 +4,6 @@
 
 #include "idsupport.h"
 #include "testsupport.h"
-#include "vqtypes.h"
 
 using namespace vqtest;
 
@@ -88,13 +87,6 @@ TEST(References, PrintAndScan) {
     EXPECT_EQ(Printed(ref, "%h:%h-%l#%l, %h;%h|%V%D"), "3:1-42#7, 12;|53") << "no position for the version";
     EXPECT_EQ(Printed(ref, "%l%l%h%h%h"), "12") << "the wrong widths";
     EXPECT_EQ(Printed(Ref(3, Object(0, 0, 7), Class(12, 5)), "%C"), "{NULL}");
-    VqRef values[] = {ref, ref};
-    VqString text;
-    EXPECT_EQ(Bytes(VqTypeMgr(5).PrintToVqString(VqTypeId_VqRef, text, values, nullptr, 2)),
-              "(3:1-42#7, 12),(3:1-42#7, 12)");
-    VqString list("(4:2-43#8, 13),(5:3-44#9, 14)");
-    VqRef::ScanFromString(values, list, nullptr, 2);
-    EXPECT_EQ(NumbersOf(values[0]) + ", " + NumbersOf(values[1]), "2 43 8 4 13 0, 3 44 9 5 14 0");
     VqRef back;
     back.ScanFromVqString("(3:1-42#7,12v5)");
     EXPECT_EQ(NumbersOf(back), NumbersOf(ref));
