@@ -30,16 +30,14 @@ TEST(VqBoolean, IsMadeAndAssignedFromAnyNumber) {
 }
 
 // A byte of no boolean is a signed number in order: 200 is -56.
-TEST(VqBoolean, ComparesNullFalseTrueAndOddBytes) {
+TEST(VqBoolean, ComparesOddBytes) {
     const struct {
         int a, b;
         bool equal, greater, less;
     } cases[] = {
-        {255, 255, true, false, false}, {255, 0, false, false, true},   {255, 1, false, false, true},
-        {0, 255, false, true, false},   {0, 0, true, false, false},     {0, 1, false, false, true},
-        {1, 0, false, true, false},     {200, 255, false, true, false}, {255, 200, false, false, true},
-        {200, 0, false, false, true},   {0, 200, false, true, false},   {1, 200, true, true, false},
-        {200, 1, true, false, false},   {2, 1, true, true, false},
+        {200, 255, false, true, false}, {255, 200, false, false, true}, {200, 0, false, false, true},
+        {0, 200, false, true, false},   {1, 200, true, true, false},    {200, 1, true, false, false},
+        {2, 1, true, true, false},      {255, 0, false, false, true},
     };
     for (const auto& c : cases) {
         const VqBoolean a = Byte(c.a), b = Byte(c.b);
