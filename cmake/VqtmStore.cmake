@@ -1,0 +1,17 @@
+# vqtm::storage: what the workbench's store stands on. LMDB keeps its records and trees, libcsv reads its files, zlib has the
+# checksum.
+find_package(ZLIB REQUIRED)
+find_package(Threads REQUIRED)
+find_path(VQTM_LMDB_INCLUDE lmdb.h)
+find_library(VQTM_LMDB lmdb)
+find_path(VQTM_CSV_INCLUDE csv.h)
+find_library(VQTM_CSV csv)
+foreach(variable IN ITEMS VQTM_LMDB_INCLUDE VQTM_LMDB VQTM_CSV_INCLUDE VQTM_CSV)
+  if(NOT ${variable})
+    message(FATAL_ERROR "${variable} is not found: install liblmdb-dev and libcsv-dev, or configure with -DVQTM_BUILD_STORE=OFF")
+  endif()
+endforeach()
+add_library(vqtm_storage INTERFACE)
+add_library(vqtm::storage ALIAS vqtm_storage)
+target_include_directories(vqtm_storage SYSTEM INTERFACE "${VQTM_LMDB_INCLUDE}" "${VQTM_CSV_INCLUDE}")
+target_link_libraries(vqtm_storage INTERFACE "${VQTM_LMDB}" "${VQTM_CSV}" ZLIB::ZLIB Threads::Threads)

@@ -1,0 +1,114 @@
+/// \file
+/// LMDB with owners for its handles and words for its errors. A thin layer: it knows keys and values as bytes.
+///
+/// All failures are CommandErrors that begin with the file's name. A full disk, a file that cannot grow, and a file
+/// that is none of LMDB's (or one of another pointer width) are told as such.
+#ifndef VQTYPE_STORE_LMDB_H
+#define VQTYPE_STORE_LMDB_H
+
+#include <lmdb.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "../error.h"
+#include "bytes.h"
+
+namespace store {
+
+/// The map is too small for what a transaction writes. Environment::Grow, then do the transaction again.
+class MapFull : public CommandError {
+  public:
+    using CommandError::CommandError;
+};
+
+enum class Access { Read, Write };
+
+/// One file and its lock file `FILE-lock`.
+class Environment {
+  public:
+    /// Opens the file. `isNew` makes it, and fails where there is one already; else it must be there.
+    Environment(const std::string& name, Access access, bool isNew = false);
+
+    const std::string& Name() const { return name_; }
+    MDB_env* Handle() const { return handle_.get(); }
+
+    /// Doubles the map, or makes it large enough for `bytes` more than the file has. No transaction may be alive.
+    void Grow(std::size_t bytes = 0);
+    /// Throws for a code of LMDB that is not 0; `doing` says what failed ("reading index name"). MapFull where it is
+    /// that.
+    void Check(int code, const char* doing) const;
+
+  private:
+    struct Close {
+        void operator()(MDB_env* handle) const { mdb_env_close(handle); }
+    };
+    std::string name_;
+    std::unique_ptr<MDB_env, Close> handle_;
+};
+
+using Database = MDB_dbi;
+
+/// A transaction: a snapshot that is read, or changes that nobody sees before Commit and that its destructor drops.
+class Transaction {
+  public:
+    Transaction(Environment& environment, Access access);
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+    ~Transaction();
+
+    Environment& Env() const { return environment_; }
+    MDB_txn* Handle() const { return handle_; }
+
+    /// Makes all changes last: they are on the disk when this returns.
+    void Commit();
+
+    /// Opens a database by name; none when there is no such. With `isNew` it is made where it is missing. `order` null
+    /// is LMDB's own, by bytes.
+    std::optional<Database> Open(const std::string& name, MDB_cmp_func* order, bool isNew = false);
+    /// Removes the database with all that it holds.
+    void Drop(Database database);
+    MDB_stat Statistics(Database database) const;
+
+    /// The value of that key; none when there is no such key. Valid until the next change in this transaction.
+    std::optional<ByteView> Get(Database database, ByteView key) const;
+    /// Writes the key's value, also where it had one.
+    void Put(Database database, ByteView key, ByteView value);
+    /// The same for a key behind all others, which costs no search. False, and nothing changes, for one that is not.
+    bool Append(Database database, ByteView key, ByteView value);
+
+  private:
+    Environment& environment_;
+    MDB_txn* handle_ = nullptr;
+};
+
+/// A place among a database's keys. All moves give false where there is no key.
+class Cursor {
+  public:
+    Cursor(const Transaction& transaction, Database database);
+
+    bool First() { return Move(MDB_FIRST); }
+    bool Last() { return Move(MDB_LAST); }
+    bool Next() { return Move(MDB_NEXT); }
+    bool Previous() { return Move(MDB_PREV); }
+    /// To the first key that is not below `key` in the database's order.
+    bool Seek(ByteView key);
+
+    ByteView Key() const { return key_; }
+    ByteView Value() const { return value_; }
+
+  private:
+    bool Move(MDB_cursor_op operation);
+
+    struct Close {
+        void operator()(MDB_cursor* handle) const { mdb_cursor_close(handle); }
+    };
+    const Environment& environment_;
+    std::unique_ptr<MDB_cursor, Close> handle_;
+    ByteView key_, value_;
+};
+
+}  // namespace store
+
+#endif

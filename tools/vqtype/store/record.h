@@ -1,0 +1,49 @@
+/// \file
+/// Records: the columns' disk forms one after the other, and four bytes that tell whether they are still what was
+/// written.
+#ifndef VQTYPE_STORE_RECORD_H
+#define VQTYPE_STORE_RECORD_H
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "bytes.h"
+#include "schema.h"
+
+namespace store {
+
+/// Bytes of an object identifier in stored form.
+constexpr std::size_t IdSize = 10;
+using Id = std::array<unsigned char, IdSize>;
+
+/// The identifier of that number (from 1, below 2^48) in stored form, and the number of one.
+Id IdOf(std::uint64_t number, unsigned char format);
+std::uint64_t NumberOf(ByteView id, unsigned char format);
+
+/// CRC-32 (ISO 3309, as in zlib), so that every change of a single bit, and of up to 32 neighbours, is found.
+std::uint32_t Checksum(ByteView first, ByteView second);
+
+class RecordForm {
+  public:
+    RecordForm(const Schema& schema, unsigned char format) : schema_(schema), format_(format) {}
+
+    /// Ends a record of all columns' disk forms: appends the checksum of the identifier and the forms, low byte first.
+    static void Seal(Bytes& record, ByteView id);
+
+    /// Cuts a record into its columns' disk forms, `forms[i]` of column i, without a look at the checksum. Nothing is
+    /// loaded before every length is known to lie within the bytes. Returns an empty text, or what is wrong ("column
+    /// name: …").
+    std::string Split(ByteView record, std::vector<ByteView>& forms) const;
+    /// The same, and the checksum is compared.
+    std::string Check(ByteView id, ByteView record, std::vector<ByteView>& forms) const;
+
+  private:
+    const Schema& schema_;
+    unsigned char format_;
+};
+
+}  // namespace store
+
+#endif
