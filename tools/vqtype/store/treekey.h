@@ -58,6 +58,17 @@ class KeyMaker {
     ValueArray value_;  // in which forms are looked at and shortened
 };
 
+/// Where a scan begins or ends in a tree.
+enum class End : unsigned char {
+    Below = 0x40,  ///< in front of all keys that are equal to it at the letter level
+    Above = 0x20,  ///< behind them
+};
+
+/// A key that is in no tree, to seek with: it is compared with those that are under VqCmp_IgnoreCase and
+/// VqCmp_IgnoreAccents, and is never equal to one. As that level is the first that an exact comparison looks at, the
+/// keys of a tree stay in order beside it. Without stored bytes it lies in front of, or behind, all keys of the class.
+Bytes ScanEnd(KeyClass keyClass, ByteView stored, End end);
+
 /// The comparison function of an index on values of that type, in that byte order. It reads nothing but the keys and
 /// the library's tables, as LMDB gives it nothing else.
 MDB_cmp_func* IndexOrder(VqTypeId type, unsigned char format);
