@@ -56,6 +56,7 @@ class Store {
     Database Records() const { return records_; }
     /// In the order of the schema's columns, as they were when the store was opened or written last.
     const std::vector<Index>& Indexes() const { return indexes_; }
+    std::vector<Index>& Indexes() { return indexes_; }
     /// The index on that column, or null.
     const Index* FindIndex(std::size_t column) const;
 
