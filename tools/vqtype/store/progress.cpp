@@ -24,7 +24,7 @@ std::size_t LineWidth() {
 
 std::string Grouped(std::uint64_t number) {
     std::string digits = fmt::to_string(number);
-    for (std::size_t i = digits.size(); i > 3; i -= 3) digits.insert(i - 3, ",");
+    for (std::size_t i = digits.size(); i > 3; i -= 3) digits.insert(i - 3, 1, ',');
     return digits;
 }
 
