@@ -11,6 +11,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "../error.h"
 #include "bytes.h"
@@ -24,6 +25,10 @@ class MapFull : public CommandError {
 };
 
 enum class Access { Read, Write };
+
+/// Throws CommandError, with the reason, for a file that can be no store: one that is missing, empty, or another
+/// machine's.
+void RequireStoreFile(const std::string& name);
 
 /// One file and its lock file `FILE-lock`.
 class Environment {
@@ -41,6 +46,8 @@ class Environment {
     void Check(int code, const char* doing) const;
 
   private:
+    int Open(unsigned flags, bool isNew);
+
     struct Close {
         void operator()(MDB_env* handle) const { mdb_env_close(handle); }
     };
@@ -53,6 +60,7 @@ using Database = MDB_dbi;
 /// A transaction: a snapshot that is read, or changes that nobody sees before Commit and that its destructor drops.
 class Transaction {
   public:
+    /// One that changes waits for the end of another program's.
     Transaction(Environment& environment, Access access);
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
@@ -69,6 +77,8 @@ class Transaction {
     std::optional<Database> Open(const std::string& name, MDB_cmp_func* order, bool isNew = false);
     /// Removes the database with all that it holds.
     void Drop(Database database);
+    /// Removes all that the database holds; it stays open.
+    void Clear(Database database);
     MDB_stat Statistics(Database database) const;
 
     /// The value of that key; none when there is no such key. Valid until the next change in this transaction.

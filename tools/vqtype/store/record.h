@@ -25,9 +25,18 @@ std::uint64_t NumberOf(ByteView id, unsigned char format);
 /// CRC-32 (ISO 3309, as in zlib), so that every change of a single bit, and of up to 32 neighbours, is found.
 std::uint32_t Checksum(ByteView first, ByteView second);
 
+/// Appends the checksum of the key and the bytes, low byte first.
+void SealBytes(Bytes& bytes, ByteView key);
+/// True where the bytes end with the checksum of the key and of what stands in front of it.
+bool IsSealed(ByteView bytes, ByteView key);
+/// Sealed bytes without the checksum; there are at least its four.
+ByteView Unsealed(ByteView bytes);
+
+/// Records of a schema in one byte order.
 class RecordForm {
   public:
-    RecordForm(const Schema& schema, unsigned char format) : schema_(schema), format_(format) {}
+    /// The schema outlives it.
+    RecordForm(const Schema& schema, unsigned char format);
 
     /// Ends a record of all columns' disk forms: appends the checksum of the identifier and the forms, low byte first.
     static void Seal(Bytes& record, ByteView id);
@@ -40,8 +49,11 @@ class RecordForm {
     std::string Check(ByteView id, ByteView record, std::vector<ByteView>& forms) const;
 
   private:
+    std::size_t SizeOf(std::size_t column, ByteView bytes) const;
+
     const Schema& schema_;
     unsigned char format_;
+    std::vector<std::size_t> sizes_;  // of each column's form; 0 where that depends on the value
 };
 
 }  // namespace store

@@ -45,6 +45,9 @@ class KeyMaker {
   public:
     KeyMaker(const Column& column, unsigned char format);
 
+    /// The class of the key of the value with that disk form.
+    KeyClass ClassOf(ByteView form);
+
     /// Appends the whole key of the value with that disk form. Returns true where the stored key is cut: a string or a
     /// blob is shortened to a whole value, with a length of its own, that takes at most VqINDEX_MAX_KEYLEN bytes.
     bool Append(Bytes& key, ByteView form, ByteView id);
@@ -56,6 +59,7 @@ class KeyMaker {
     const Column& column_;
     unsigned char format_;
     ValueArray value_;  // in which forms are looked at and shortened
+    Bytes null_;        // the form of the type's null; empty where it has none
 };
 
 /// Where a scan begins or ends in a tree.

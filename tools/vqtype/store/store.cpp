@@ -1,0 +1,199 @@
+#include "store.h"
+
+#include <algorithm>
+#include <charconv>
+#include <filesystem>
+
+#include "../error.h"
+#include "../files.h"
+#include "../text.h"
+
+namespace store {
+
+namespace {
+
+constexpr const char* HeaderName = "header";
+constexpr const char* RecordsName = "records";
+constexpr const char* StoreKey = "store";
+constexpr const char* NextKey = "next";
+
+std::string IndexName(const Column& column) { return "index " + column.name; }
+
+ByteView ViewOf(std::string_view text) { return {reinterpret_cast<const unsigned char*>(text.data()), text.size()}; }
+std::string TextOf(ByteView bytes) { return {bytes.begin(), bytes.end()}; }
+
+// --- Entries of the header: text and its checksum
+
+void WriteEntry(Transaction& transaction, Database header, const std::string& name, const std::string& text) {
+    Bytes value;
+    Append(value, ViewOf(text));
+    SealBytes(value, ViewOf(name));
+    transaction.Put(header, ViewOf(name), value);
+}
+
+std::optional<std::string> ReadEntry(const Transaction& transaction, Database header, const std::string& name) {
+    const std::optional<ByteView> value = transaction.Get(header, ViewOf(name));
+    if (!value) return std::nullopt;
+    if (!IsSealed(*value, ViewOf(name))) {
+        throw CommandError("{}: the store's header is damaged: its entry {} is not what was written",
+                           Printable(transaction.Env().Name()), Echo(name));
+    }
+    return TextOf(Unsealed(*value));
+}
+
+std::string RequireEntry(const Transaction& transaction, Database header, const std::string& name) {
+    std::optional<std::string> text = ReadEntry(transaction, header, name);
+    if (text) return *text;
+    throw CommandError("{}: the store's header is damaged: its entry {} is missing",
+                       Printable(transaction.Env().Name()), Echo(name));
+}
+
+std::uint64_t RequireNumber(const Transaction& transaction, const std::string& name, std::string_view text) {
+    std::uint64_t number = 0;
+    const char* const end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, number);
+    if (result.ec == std::errc() && result.ptr == end) return number;
+    throw CommandError("{}: the store's header is damaged: its entry {} is {}", Printable(transaction.Env().Name()),
+                       Echo(name), Echo(text));
+}
+
+constexpr std::string_view CutKeysField = "cut-keys=";
+
+std::string CutKeysText(std::uint64_t count) { return fmt::format("{}{}", CutKeysField, count); }
+
+std::uint64_t RequireCutKeys(const Transaction& transaction, Database header, const std::string& name) {
+    const std::string text = RequireEntry(transaction, header, name);
+    const bool isField = text.rfind(CutKeysField, 0) == 0;
+    return RequireNumber(transaction, name, isField ? std::string_view(text).substr(CutKeysField.size()) : text);
+}
+
+// --- What each purpose bears
+
+bool IsBorne(const Obstacle& obstacle, Purpose purpose) {
+    if (purpose == Purpose::Repair) return obstacle.isMended;
+    return (purpose == Purpose::Export || purpose == Purpose::Verify) && !obstacle.hidesRecords;
+}
+
+void Refuse(const std::string& name, const std::vector<Obstacle>& obstacles, Purpose purpose) {
+    std::string reasons;
+    bool isMended = true;
+    for (const Obstacle& obstacle : obstacles) {
+        if (IsBorne(obstacle, purpose)) continue;
+        reasons += (reasons.empty() ? "" : "; ") + obstacle.reason;
+        isMended = isMended && obstacle.isMended;
+    }
+    if (reasons.empty()) return;
+    throw CommandError("{}: the store cannot be used: {}{}", Printable(name), reasons,
+                       isMended ? "; `vqtype store index --rebuild` mends it" : "");
+}
+
+Access AccessFor(Purpose purpose) {
+    return purpose == Purpose::Write || purpose == Purpose::Repair ? Access::Write : Access::Read;
+}
+
+Database RequireHeader(Transaction& transaction) {
+    const std::optional<Database> header = transaction.Open(HeaderName, nullptr);
+    if (header) return *header;
+    throw CommandError("{}: this is a file of LMDB, but no store", Printable(transaction.Env().Name()));
+}
+
+void MakeDatabases(const std::string& name, const Header& header) {
+    Environment environment(name, Access::Write, true);
+    Transaction transaction(environment, Access::Write);
+    const Database database = *transaction.Open(HeaderName, nullptr, true);
+    transaction.Open(RecordsName, RecordOrder(header.format), true);
+    WriteEntry(transaction, database, StoreKey, header.Format());
+    WriteEntry(transaction, database, NextKey, "1");
+    transaction.Commit();
+}
+
+}  // namespace
+
+void Store::Create(const std::string& name, const Header& header) {
+    const std::filesystem::path path = PathOf(name), lock = PathOf(name + "-lock");
+    std::error_code ignored;
+    const bool wasThere = std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
+    const bool wasLocked = std::filesystem::exists(lock, ignored);
+    try {
+        MakeDatabases(name, header);
+    } catch (...) {
+        if (!wasThere) std::filesystem::remove(path, ignored);
+        if (!wasThere && !wasLocked) std::filesystem::remove(lock, ignored);
+        throw;
+    }
+}
+
+Store::Store(const std::string& name, Purpose purpose) : environment_(name, AccessFor(purpose)) {
+    Transaction transaction(environment_, Access::Read);
+    headerDatabase_ = RequireHeader(transaction);
+    header_ = Header::Parse(RequireEntry(transaction, headerDatabase_, StoreKey), Printable(name) + ": header");
+    obstacles_ = Adopt(header_);
+    Refuse(name, obstacles_, purpose);
+    const std::optional<Database> records = transaction.Open(RecordsName, RecordOrder(header_.format));
+    if (!records) throw CommandError("{}: the store is damaged: it has no records' tree", Printable(name));
+    records_ = *records;
+    transaction.Commit();
+    ReadIndexes();
+}
+
+const Index* Store::FindIndex(std::size_t column) const {
+    const auto found =
+        std::find_if(indexes_.begin(), indexes_.end(), [column](const Index& index) { return index.column == column; });
+    return found == indexes_.end() ? nullptr : &*found;
+}
+
+std::uint64_t Store::CountRecords(const Transaction& transaction) const {
+    return transaction.Statistics(records_).ms_entries;
+}
+
+std::uint64_t Store::NextNumber(const Transaction& transaction) const {
+    return RequireNumber(transaction, NextKey, RequireEntry(transaction, headerDatabase_, NextKey));
+}
+
+void Store::SetNextNumber(Transaction& transaction, std::uint64_t number) {
+    WriteEntry(transaction, headerDatabase_, NextKey, fmt::to_string(number));
+}
+
+Index& Store::MakeIndex(Transaction& transaction, std::size_t column) {
+    const Column& described = GetSchema()[column];
+    const std::optional<Database> database =
+        transaction.Open(IndexName(described), IndexOrder(described.type, Format()), true);
+    transaction.Clear(*database);
+    const auto place = std::lower_bound(indexes_.begin(), indexes_.end(), column,
+                                        [](const Index& index, std::size_t wanted) { return index.column < wanted; });
+    const bool isThere = place != indexes_.end() && place->column == column;
+    Index& index = isThere ? *place : *indexes_.insert(place, {column, *database});
+    index.database = *database;
+    SetCutKeys(transaction, index, 0);
+    return index;
+}
+
+void Store::SetCutKeys(Transaction& transaction, Index& index, std::uint64_t count) {
+    index.cutKeys = count;
+    WriteEntry(transaction, headerDatabase_, IndexName(GetSchema()[index.column]), CutKeysText(count));
+}
+
+void Store::Renew(Transaction& transaction) {
+    header_ = Header::Make(header_.schema, header_.format, header_.defaultCmpOp);
+    obstacles_.clear();
+    WriteEntry(transaction, headerDatabase_, StoreKey, header_.Format());
+}
+
+void Store::ReadIndexes() {
+    Transaction transaction(environment_, Access::Read);
+    std::vector<Index> indexes;
+    for (std::size_t i = 0; i < GetSchema().Count(); ++i) {
+        const Column& column = GetSchema()[i];
+        const std::string name = IndexName(column);
+        if (!transaction.Get(headerDatabase_, ViewOf(name))) continue;
+        const std::optional<Database> database = transaction.Open(name, IndexOrder(column.type, Format()));
+        if (!database) {
+            throw CommandError("{}: the store is damaged: the index on {} is missing", Printable(Name()), column.name);
+        }
+        indexes.push_back({i, *database, RequireCutKeys(transaction, headerDatabase_, name)});
+    }
+    transaction.Commit();
+    indexes_ = std::move(indexes);
+}
+
+}  // namespace store
