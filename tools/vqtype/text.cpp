@@ -39,6 +39,14 @@ unsigned ParseByte(const std::string& text) {
     return result.ec == std::errc() && result.ptr == end && value < 256 ? value : 256;
 }
 
+// ISO 639-1 codes of the languages, the two of Norwegian among them, and the tags by which Chinese is told apart.
+constexpr NamedCode LanguageCodes[] = {
+    {1, "en"},  {2, "de"},  {3, "fr"},       {4, "es"},     {5, "it"},       {6, "pt"},     {7, "nl"},
+    {8, "sv"},  {9, "fi"},  {10, "da"},      {11, "no"},    {11, "nb"},      {11, "nn"},    {12, "is"},
+    {13, "pl"}, {14, "cs"}, {15, "sk"},      {16, "hu"},    {17, "tr"},      {18, "ru"},    {19, "el"},
+    {20, "ja"}, {21, "zh"}, {21, "zh-Hans"}, {21, "zh-CN"}, {22, "zh-Hant"}, {22, "zh-TW"}, {23, "ko"},
+};
+
 std::string Listed(const std::vector<NamedCode>& codes) {
     std::string list;
     for (const auto& [code, name] : codes) list += fmt::format("{}{} {}", list.empty() ? "" : ", ", code, name);
@@ -134,20 +142,24 @@ const VqCodeSet& RequireCodeSet(unsigned char codeSet) {
     return *set;
 }
 
-unsigned char ParseCodeSet(const std::string& text) {
+unsigned char ParseCodeSet(const std::string& text, const char* place) {
     const unsigned number = ParseByte(text);
     for (const auto& [code, name] : CodeSets()) {
         if (code == number || EqualIgnoringCase(text, name)) return code;
     }
-    throw CommandError("--code-set {}: expected a number or a name: {}", Echo(text), Listed(CodeSets()));
+    throw CommandError("{} {}: expected a number or a name: {}", place, Echo(text), Listed(CodeSets()));
 }
 
-unsigned char ParseLanguage(const std::string& text) {
+unsigned char ParseLanguage(const std::string& text, const char* place) {
     const unsigned code = ParseByte(text);
     if (code < 256 && VqLanguageContext::GetLanguageName(static_cast<unsigned char>(code))) {
         return static_cast<unsigned char>(code);
     }
     const int found = VqLanguageContext::FindLanguage(text.c_str());
     if (found >= 0) return static_cast<unsigned char>(found);
-    throw CommandError("--language {}: expected a number or a name: {}", Echo(text), Listed(Languages()));
+    for (const auto& [language, shortName] : LanguageCodes) {
+        if (EqualIgnoringCase(text, shortName)) return language;
+    }
+    throw CommandError("{} {}: expected a number, a name or an ISO 639 code: {}", place, Echo(text),
+                       Listed(Languages()));
 }

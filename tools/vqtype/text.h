@@ -65,9 +65,11 @@ std::string DescribeLanguage(unsigned char language);
 /// The code set of that number. Throws CommandError when there is none.
 const VqCodeSet& RequireCodeSet(unsigned char codeSet);
 
-/// The code set of the number or name `text` ("windows-1252", in any case). Throws CommandError when there is none.
-unsigned char ParseCodeSet(const std::string& text);
-/// The language of the number or English name `text`. Throws CommandError when there is none.
-unsigned char ParseLanguage(const std::string& text);
+/// The code set of the number or name `text` ("windows-1252", in any case). Throws CommandError, its text starting with
+/// `place`, when there is none.
+unsigned char ParseCodeSet(const std::string& text, const char* place = "--code-set");
+/// The language of the number, English name or ISO 639 code `text`. Throws CommandError, its text starting with
+/// `place`, when there is none.
+unsigned char ParseLanguage(const std::string& text, const char* place = "--language");
 
 #endif
