@@ -26,12 +26,16 @@ void AddCollateCommand(CLI::App& program);
 void AddCodeSetsCommand(CLI::App& program);
 void AddLanguagesCommand(CLI::App& program);
 void AddDemoCommand(CLI::App& program);
+void AddStoreCommands(CLI::App& program);
+
+/// True for the program and for a group of commands.
+bool HasCommands(const CLI::App& command);
 
 /// The names that `vqtype compare --flags` and `vqtype estimate --op` take.
 std::vector<std::string> ComparisonFlags();
 std::vector<std::string> ComparisonOperators();
 
-/// True for an argument of which there can be any number.
+/// True for an argument or an option of which there can be any number.
 bool IsList(const CLI::Option& argument);
 
 /// True for a word that begins as options do.
@@ -43,8 +47,12 @@ inline bool IsOption(const std::string& word) { return word.rfind('-', 0) == 0; 
 std::vector<std::string> ShieldedArguments(const CLI::App& program, const std::vector<std::string>& arguments);
 std::string Unshielded(const std::string& argument);
 
-/// The program's command that the arguments call; the program itself when they call none.
-const CLI::App& CalledCommand(const CLI::App& program, const std::vector<std::string>& arguments);
+/// The command that arguments call.
+struct Call {
+    const CLI::App* command;  ///< the group or the program itself where no command of theirs is named
+    std::size_t names;        ///< how many of the arguments, from the first, are its name and those of its groups
+};
+Call FindCall(const CLI::App& program, const std::vector<std::string>& arguments);
 
 /// True for an option of that name that takes a value.
 bool TakesValue(const CLI::App& command, const std::string& name);
@@ -61,7 +69,7 @@ CLI::Option* AddText(CLI::App& command, const std::string& name, Takes takes, Te
     CLI::Option* option = command.add_option(name, take, description)->type_name(PlaceName(takes));
     return option->get_positional() ? option : option->take_last();
 }
-/// The same for one argument or more.
+/// The same for one argument or more, or for an option that can be given more than once, with one value each time.
 CLI::Option* AddTexts(CLI::App& command, const std::string& name, Takes takes, std::vector<std::string>& texts,
                       const std::string& description);
 

@@ -30,7 +30,7 @@ struct CommandLine {
     std::set<const CLI::Option*> optionsGiven = {};
     const CLI::Option* waiting = nullptr;  // for its value
     bool onlyArguments = false;            // behind --
-    std::string type = {};
+    std::string type = {}, store = {};     // the first of each
 };
 
 // The argument that is next, or none.
@@ -44,9 +44,15 @@ const CLI::Option* FindOption(const CommandLine& line, const std::string& word) 
     return line.command.get_option_no_throw(word.substr(0, word.find('=')));
 }
 
+void TakeFirst(std::string& first, Takes takes, const CLI::Option& argument, const std::string& word) {
+    if (first.empty() && argument.get_type_name() == PlaceName(takes)) first = word;
+}
+
 void TakeArgument(CommandLine& line, const std::string& word) {
-    const CLI::Option* argument = NextArgument(line);
-    if (argument && line.type.empty() && argument->get_type_name() == PlaceName(Takes::Type)) line.type = word;
+    if (const CLI::Option* argument = NextArgument(line)) {
+        TakeFirst(line.type, Takes::Type, *argument, word);
+        TakeFirst(line.store, Takes::Store, *argument, word);
+    }
     ++line.argumentsGiven;
 }
 
@@ -56,16 +62,17 @@ void TakeWord(CommandLine& line, const std::string& word) {
     } else if (word == "--" && !line.onlyArguments) {
         line.onlyArguments = true;
     } else if (const CLI::Option* option = FindOption(line, word)) {
-        line.optionsGiven.insert(option);
+        if (!IsList(*option)) line.optionsGiven.insert(option);
         if (word.find('=') == word.npos && TakesValue(line.command, word)) line.waiting = option;
     } else {
         TakeArgument(line, word);
     }
 }
 
-CommandLine Read(const CLI::App& command, const Words& words) {
-    CommandLine line{command, command.get_options([](const CLI::Option* o) { return o->get_positional(); })};
-    for (std::size_t i = 1; i + 1 < words.size(); ++i) TakeWord(line, words[i]);
+CommandLine Read(const Call& call, const Words& words) {
+    CommandLine line{*call.command,
+                     call.command->get_options([](const CLI::Option* o) { return o->get_positional(); })};
+    for (std::size_t i = call.names; i + 1 < words.size(); ++i) TakeWord(line, words[i]);
     return line;
 }
 
@@ -100,17 +107,20 @@ Words OptionsOf(const CLI::App& app, const std::set<const CLI::Option*>& given) 
     return names;
 }
 
-Answer AtCommand(const CLI::App& program, const std::string& word) {
-    if (IsOption(word)) return {OptionName, BeginningWith(OptionsOf(program, {}), word)};
+Answer AtCommand(const CLI::App& group, const std::string& word) {
+    if (IsOption(word)) return {OptionName, BeginningWith(OptionsOf(group, {}), word)};
     Words names;
-    for (const CLI::App* command : program.get_subcommands({})) names.push_back(command->get_name());
+    for (const CLI::App* command : group.get_subcommands({})) names.push_back(command->get_name());
     return {Command, BeginningWith(names, word)};
 }
 
 Answer AtPlace(const CommandLine& line, const CLI::Option& place, const std::string& word) {
     Answer answer{place.get_type_name(), {}};
-    if (!ListChoices(answer.place, {line.type, word}, answer.words)) return {"?" + answer.place, {}};
-    answer.words = BeginningWith(answer.words, word);
+    const std::size_t start = PartStart(answer.place, word);
+    const Typed typed{line.type, line.store, word.substr(0, start), word.substr(start)};
+    if (!ListChoices(answer.place, typed, answer.words)) return {"?" + answer.place, {}};
+    answer.words = BeginningWith(answer.words, typed.part);
+    for (std::string& choice : answer.words) choice.insert(0, typed.before);
     return answer;
 }
 
@@ -135,10 +145,10 @@ Answer AtWord(const CommandLine& line, const std::string& word) {
 }
 
 Answer Ask(const CLI::App& program, const Words& words) {
-    if (words.size() < 2) return AtCommand(program, words.empty() ? "" : words[0]);
-    const CLI::App& command = CalledCommand(program, words);
-    if (&command == &program) return {Nothing, {}};
-    return AtWord(Read(command, words), words.back());
+    if (words.empty()) return AtCommand(program, "");
+    const Call call = FindCall(program, Words(words.begin(), words.end() - 1));
+    if (!HasCommands(*call.command)) return AtWord(Read(call, words), words.back());
+    return call.names + 1 == words.size() ? AtCommand(*call.command, words.back()) : Answer{Nothing, {}};
 }
 
 }  // namespace

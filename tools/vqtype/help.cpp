@@ -84,7 +84,8 @@ std::string OptionNames(const CLI::Option& option) {
 Section OptionsOf(const CLI::App& app, bool withHelp) {
     Section section{"Options", {}};
     for (const CLI::Option* option : NamedOptionsOf(app)) {
-        if (!withHelp && option == app.get_help_ptr()) continue;
+        const bool isHelp = option == app.get_help_ptr() || option == app.get_help_all_ptr();
+        if (isHelp && !withHelp) continue;
         section.entries.push_back({OptionNames(*option), option->get_description()});
     }
     return section;
@@ -103,6 +104,7 @@ Section ArgumentSection(const CLI::App& app) {
 }
 
 std::string Usage(const CLI::App& app, const std::string& name) {
+    if (HasCommands(app)) return name + " COMMAND [OPTION]... [ARGUMENT]...";
     std::string usage = name;
     for (const CLI::Option* option : NamedOptionsOf(app)) {
         if (option->get_required()) usage += ' ' + OptionNames(*option);
@@ -142,17 +144,12 @@ std::vector<Section> Groups(const CLI::App& program) {
     return sections;
 }
 
-std::string ProgramHelp(const CLI::App& program, const std::string& name) {
-    std::vector<Section> sections = Groups(program);
-    sections.push_back(OptionsOf(program, true));
-    return fmt::format("Usage: {} COMMAND [OPTION]... [ARGUMENT]...\n\n{}.\n", name,
-                       Wrapped(program.get_description(), 0, 0)) +
-           Listed(sections, true) + Footer(program, 0);
-}
-
-std::string CommandHelp(const CLI::App& command, const std::string& name) {
-    return fmt::format("Usage: {}\n\n{}.\n", Usage(command, name), Wrapped(command.get_description(), 0, 0)) +
-           Listed({ArgumentSection(command), OptionsOf(command, true)}, true) + Footer(command, 0);
+std::string Help(const CLI::App& app, const std::string& name) {
+    std::vector<Section> sections = Groups(app);
+    sections.push_back(ArgumentSection(app));
+    sections.push_back(OptionsOf(app, true));
+    return fmt::format("Usage: {}\n\n{}.\n", Usage(app, name), Wrapped(app.get_description(), 0, 0)) +
+           Listed(sections, true) + Footer(app, 0);
 }
 
 // A title, and below it indented paragraphs and lists, make a section of a manual page.
@@ -161,15 +158,19 @@ std::string CommandChapter(const CLI::App& command, const std::string& name) {
            Listed({ArgumentSection(command), OptionsOf(command, false)}, false) + Footer(command, 2);
 }
 
+// Of all commands, each group's behind its own.
+std::string Chapters(const CLI::App& group, const std::string& name) {
+    std::string chapters;
+    for (const CLI::App* command : group.get_subcommands({})) {
+        const std::string called = name + ' ' + command->get_name();
+        chapters += CommandChapter(*command, called) + Chapters(*command, called);
+    }
+    return chapters;
+}
+
 }  // namespace
 
 std::string HelpFormatter::make_help(const CLI::App* app, std::string name, CLI::AppFormatMode mode) const {
-    if (app->get_parent() != nullptr) return CommandHelp(*app, name);
-    std::string help = ProgramHelp(*app, name);
-    if (mode != CLI::AppFormatMode::All) return help;
-    help += "\n*Commands*\n";
-    for (const CLI::App* command : app->get_subcommands({})) {
-        help += CommandChapter(*command, name + ' ' + command->get_name());
-    }
-    return help;
+    const std::string help = Help(*app, name);
+    return mode == CLI::AppFormatMode::All ? help + "\n*Commands*\n" + Chapters(*app, name) : help;
 }

@@ -31,8 +31,9 @@ void ReportAssertion(const char* expression, const char* file, int line) {
 
 // The program and its command, as the user calls them.
 std::string CalledName(const CLI::App& program, const std::vector<std::string>& arguments) {
-    const CLI::App& command = CalledCommand(program, arguments);
-    return "vqtype" + (&command == &program ? "" : " " + command.get_name());
+    std::string called = "vqtype";
+    for (std::size_t i = 0; i < FindCall(program, arguments).names; ++i) called += ' ' + arguments[i];
+    return called;
 }
 
 int Fail(const std::string& called, const std::string& text) {
@@ -59,7 +60,7 @@ const CommandGroup Groups[] = {
     {"Values, as bytes and as text",
      {AddEncodeCommand, AddDecodeCommand, AddPrintCommand, AddScanCommand, AddConvertCommand}},
     {"Orders and keys", {AddCompareCommand, AddCollateCommand, AddSortCommand, AddHashCommand, AddEstimateCommand}},
-    {"All together", {AddDemoCommand}},
+    {"All together", {AddStoreCommands, AddDemoCommand}},
 };
 
 void AddCommands(CLI::App& program) {
@@ -71,13 +72,21 @@ void AddCommands(CLI::App& program) {
     }
 }
 
+// A command takes over the flag that its group has when it is added: this is behind them all.
+void AddHelpOfAll(CLI::App& group) {
+    for (CLI::App* command : group.get_subcommands({})) {
+        if (HasCommands(*command)) AddHelpOfAll(*command);
+    }
+    group.set_help_all_flag("--help-all", "Print the help of all commands and exit");
+}
+
 void Describe(CLI::App& program) {
     program.formatter(std::make_shared<HelpFormatter>());
     program.require_subcommand(1);
     program.allow_windows_style_options(false);  // a value may begin with a slash, on every target
     program.set_help_flag("-h,--help", "Print this help and exit");
     AddCommands(program);
-    program.set_help_all_flag("--help-all", "Print the help of all commands and exit");
+    AddHelpOfAll(program);
     program.set_version_flag("--version", Identity(), "Print the version and exit");
     program.footer(
         "`vqtype COMMAND --help` explains a command. Texts are UTF-8. A value that begins with '-' and is no number "

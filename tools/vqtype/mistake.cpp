@@ -22,11 +22,15 @@ std::string NoSuchOption(const CLI::App& command, const std::string& argument) {
     return fmt::format("{}: there is no such option{}", Echo(name), nearest.Question());
 }
 
-std::string NoSuchCommand(const CLI::App& program, const std::string& name) {
+// One that stands in a group may be meant, too.
+std::string NoSuchCommand(const CLI::App& group, const std::string& name) {
     NearestName nearest(name);
     std::string names;
-    for (const CLI::App* command : program.get_subcommands({})) {
+    for (const CLI::App* command : group.get_subcommands({})) {
         nearest.Try(command->get_name());
+        for (const CLI::App* inner : command->get_subcommands({})) {
+            nearest.Try(inner->get_name(), command->get_name() + ' ' + inner->get_name());
+        }
         names += (names.empty() ? "" : ", ") + command->get_name();
     }
     const std::string question = nearest.Question();
@@ -44,15 +48,17 @@ std::string DescribeMissing(const CLI::App& command, const std::string& text) {
 }  // namespace
 
 void CheckCommand(const CLI::App& program, const std::vector<std::string>& arguments) {
-    if (arguments.empty() || arguments[0] == "--") throw UsageError("a command is missing");
-    if (&CalledCommand(program, arguments) != &program) return;
-    if (!IsOption(arguments[0])) throw UsageError("{}", NoSuchCommand(program, arguments[0]));
-    if (!program.get_option_no_throw(NameOf(arguments[0]))) throw UsageError("{}", NoSuchOption(program, arguments[0]));
+    const auto [called, names] = FindCall(program, arguments);
+    if (!HasCommands(*called)) return;
+    if (arguments.size() == names || arguments[names] == "--") throw UsageError("a command is missing");
+    const std::string& word = arguments[names];
+    if (!IsOption(word)) throw UsageError("{}", NoSuchCommand(*called, word));
+    if (!called->get_option_no_throw(NameOf(word))) throw UsageError("{}", NoSuchOption(*called, word));
 }
 
 std::string DescribeMistake(const CLI::App& program, const CLI::ParseError& error,
                             const std::vector<std::string>& arguments) {
-    const CLI::App& command = CalledCommand(program, arguments);
+    const CLI::App& command = *FindCall(program, arguments).command;
     const std::string text = error.what();
     if (dynamic_cast<const CLI::ArgumentMismatch*>(&error)) return DescribeMissing(command, text);
     const std::vector<std::string> extras = command.remaining();

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-/// Throws CommandError or UsageError when the arguments begin with what is neither a command nor an option of the
-/// program.
+/// Throws UsageError when a command should be named, of the program or of one of its groups of commands, and there
+/// stands neither one nor an option.
 void CheckCommand(const CLI::App& program, const std::vector<std::string>& arguments);
 
 /// What the parser's error says, with the argument at fault, and the option that may have been meant.

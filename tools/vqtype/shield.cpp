@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "command.h"
 #include "error.h"
 #include "text.h"
@@ -38,11 +40,18 @@ bool IsList(const CLI::Option& argument) {
     return argument.get_expected_max() >= CLI::detail::expected_max_vector_size;
 }
 
-const CLI::App& CalledCommand(const CLI::App& program, const std::vector<std::string>& arguments) {
-    for (const CLI::App* command : program.get_subcommands({})) {
-        if (!arguments.empty() && command->get_name() == arguments[0]) return *command;
+bool HasCommands(const CLI::App& command) { return !command.get_subcommands({}).empty(); }
+
+Call FindCall(const CLI::App& program, const std::vector<std::string>& arguments) {
+    Call call{&program, 0};
+    for (const std::string& argument : arguments) {
+        const auto commands = call.command->get_subcommands({});
+        const auto named = std::find_if(commands.begin(), commands.end(),
+                                        [&](const CLI::App* command) { return command->get_name() == argument; });
+        if (named == commands.end()) break;
+        call = {*named, call.names + 1};
     }
-    return program;
+    return call;
 }
 
 bool TakesValue(const CLI::App& command, const std::string& name) {
@@ -51,7 +60,7 @@ bool TakesValue(const CLI::App& command, const std::string& name) {
 }
 
 std::vector<std::string> ShieldedArguments(const CLI::App& program, const std::vector<std::string>& arguments) {
-    const CLI::App& command = CalledCommand(program, arguments);
+    const CLI::App& command = *FindCall(program, arguments).command;
     std::vector<std::string> shielded;
     bool onlyValues = false;
     for (const std::string& argument : arguments) {
@@ -80,5 +89,5 @@ CLI::Option* AddTexts(CLI::App& command, const std::string& name, Takes takes, s
         return true;
     };
     CLI::Option* option = command.add_option(name, take, description)->type_name(PlaceName(takes));
-    return option->expected(1, CLI::detail::expected_max_vector_size)->allow_extra_args();
+    return option->expected(1, CLI::detail::expected_max_vector_size)->allow_extra_args(option->get_positional());
 }
