@@ -21,7 +21,9 @@ void Table::AddRow(std::vector<std::string> cells) {
 
 std::vector<std::size_t> Table::Widths() const {
     std::vector<std::size_t> widths;
-    for (const Column& column : columns_) widths.push_back(DisplayWidth(column.title));
+    for (const Column& column : columns_) {
+        widths.push_back(std::max(DisplayWidth(column.title), DisplayWidth(column.second ? column.second : "")));
+    }
     for (const auto& row : rows_) {
         for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], DisplayWidth(row[i]));
     }
@@ -42,6 +44,10 @@ std::string Table::Format(unsigned indent) const {
     const auto dashes = [&](std::size_t i) { return std::string(widths[i], '-'); };
 
     addLine([&](std::size_t i) { return std::string(columns_[i].title); });
+    const auto hasSecond = [](const Column& column) { return column.second != nullptr; };
+    if (std::any_of(columns_.begin(), columns_.end(), hasSecond)) {
+        addLine([&](std::size_t i) { return std::string(columns_[i].second ? columns_[i].second : ""); });
+    }
     addLine(dashes);
     for (const auto& row : rows_) {
         if (row.empty()) {

@@ -5,6 +5,7 @@
 
 #include <initializer_list>
 #include <string>
+#include <utility>
 #include <vector>
 
 /// Collects rows of UTF-8 cells and lays them out in columns two blanks apart.
@@ -12,10 +13,12 @@ class Table {
   public:
     struct Column {
         const char* title;
-        bool right = false;  ///< numbers stand right-aligned
+        bool right = false;            ///< numbers stand right-aligned
+        const char* second = nullptr;  ///< stands under the title
     };
 
     Table(std::initializer_list<Column> columns) : columns_(columns) {}
+    explicit Table(std::vector<Column> columns) : columns_(std::move(columns)) {}
 
     /// Adds a row; cells that are missing at its end are empty.
     void AddRow(std::vector<std::string> cells);
