@@ -50,14 +50,21 @@ int SideOf(End end) { return end == End::Below ? -1 : 1; }
 End EndOf(ByteView key) { return static_cast<End>(key[0] & EndMarks); }
 bool IsEnd(ByteView key) { return (key[0] & EndMarks) != 0; }
 
-// Where the end of a scan lies beside a key of its class.
+// What the manager can put in order: values of that class, of a type whose keys do not go by bytes.
+bool HasOrder(VqTypeId type, ByteView key) {
+    return (key[0] & ClassMask) == static_cast<unsigned char>(KeyClass::Value) && !IsInByteOrder(type);
+}
+
+// Where the end of a scan lies beside a key of its class, or beside another end.
 int OrderOfEnd(VqTypeId type, unsigned char format, ByteView end, ByteView key) {
-    const ByteView stored = StoredOf(end);
-    if (stored.empty() && IsEnd(key)) return SideOf(EndOf(end)) - SideOf(EndOf(key));
-    if (stored.empty()) return SideOf(EndOf(end));
-    const int order = IsInByteOrder(type) ? BytesOrder(stored, StoredOf(key))
-                                          : ManagerOrder(type, format, stored, StoredOf(key), LetterLevel);
-    return order != 0 ? order : SideOf(EndOf(end));
+    const ByteView stored = StoredOf(end), other = StoredOf(key);
+    const int side = SideOf(EndOf(end)), otherSide = IsEnd(key) ? SideOf(EndOf(key)) : 0;
+    const bool isOutermost = stored.empty(), isOtherOutermost = otherSide != 0 && other.empty();
+    if (isOutermost != isOtherOutermost) return isOutermost ? side : -otherSide;
+    if (isOutermost) return side - otherSide;
+    const int order =
+        HasOrder(type, end) ? ManagerOrder(type, format, stored, other, LetterLevel) : BytesOrder(stored, other);
+    return order != 0 ? order : side - otherSide;
 }
 
 int OrderBesideEnd(VqTypeId type, unsigned char format, ByteView a, ByteView b) {
@@ -74,9 +81,7 @@ int OrderBesideEnd(VqTypeId type, unsigned char format, ByteView a, ByteView b) 
     if (classes != 0) return classes;
     const ByteView storedA = StoredOf(a), storedB = StoredOf(b);
     if (!AreSame(storedA, storedB)) {
-        const bool isValue = (a[0] & ClassMask) == static_cast<unsigned char>(KeyClass::Value);
-        const int order =
-            isValue && !IsInByteOrder(type) ? ManagerOrder(type, format, storedA, storedB, VqCmp_Exact) : 0;
+        const int order = HasOrder(type, a) ? ManagerOrder(type, format, storedA, storedB, VqCmp_Exact) : 0;
         return order != 0 ? order : BytesOrder(storedA, storedB);
     }
     return IdOrder(format, IdOfKey(a), IdOfKey(b));
