@@ -1,0 +1,75 @@
+/// \file
+/// Sorts the keys of one index, in memory as far as that goes.
+#ifndef VQTYPE_STORE_KEYSORTER_H
+#define VQTYPE_STORE_KEYSORTER_H
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "keyarena.h"
+#include "keyruns.h"
+#include "treekey.h"
+
+namespace store {
+
+/// Collects tree keys (treekey.h), then gives them in the order of CompareTreeKeys. Keys that are equal, which no two
+/// objects' keys are, keep their sequence.
+class KeySorter {
+  public:
+    enum class Use {
+        Hints,        ///< sorthint.h tells most keys apart, and the order is what it takes the manager's for
+        Comparisons,  ///< the manager's comparison alone: slower by far
+    };
+
+    /// Keys of values of `type` in the byte order `format`. Temporary files are made beside `store`.
+    KeySorter(VqTypeId type, unsigned char format, std::string store, Use use)
+        : type_(type), format_(format), use_(use), runs_(std::move(store)) {}
+
+    void Add(ByteView key) {
+        if (!arena_.HasRoom()) Spill();
+        arena_.Add(key);
+        ++count_;
+        bytes_ += key.size();
+        ++held_;
+    }
+
+    std::uint64_t Count() const { return count_; }
+    /// Bytes of all keys.
+    std::uint64_t Bytes() const { return bytes_; }
+    /// Bytes of memory that the keys take, and their sorting.
+    std::size_t Memory() const { return arena_.Bytes() + held_ * sizeof(Entry); }
+    /// Moves what is in memory to the disk, sorted. Throws CommandError where there is no room.
+    void Spill();
+
+    /// Sorts what is in memory. Call it once, when all keys are there; another thread may do so.
+    void Sort();
+    /// Gives all keys to `take`, in order, behind Sort. Call it once: the keys are gone with it.
+    void Drain(const std::function<void(ByteView)>& take);
+
+  private:
+    struct Entry {
+        std::uint64_t word;  // the hint
+        KeyArena::Place place;
+    };
+    using Entries = std::vector<Entry>;
+    class Sorting;
+
+    void SortMemory();
+    void EachInMemory(const std::function<void(ByteView)>& take) const;
+    void Release();
+
+    VqTypeId type_;
+    unsigned char format_;
+    Use use_;
+    std::uint64_t count_ = 0, bytes_ = 0;
+    std::size_t held_ = 0;  // keys in memory
+    KeyArena arena_;
+    std::vector<Entry> entries_;
+    KeyRuns runs_;
+};
+
+}  // namespace store
+
+#endif
