@@ -1,6 +1,4 @@
-# vqtm::storage: what the workbench's store stands on. LMDB keeps its records and trees, libcsv reads its files, zlib has the
-# checksum.
-find_package(ZLIB REQUIRED)
+# vqtm::storage: what the workbench's store stands on. LMDB keeps its records and trees, libcsv reads its files.
 find_package(Threads REQUIRED)
 find_path(VQTM_LMDB_INCLUDE lmdb.h)
 find_library(VQTM_LMDB lmdb)
@@ -14,4 +12,4 @@ endforeach()
 add_library(vqtm_storage INTERFACE)
 add_library(vqtm::storage ALIAS vqtm_storage)
 target_include_directories(vqtm_storage SYSTEM INTERFACE "${VQTM_LMDB_INCLUDE}" "${VQTM_CSV_INCLUDE}")
-target_link_libraries(vqtm_storage INTERFACE "${VQTM_LMDB}" "${VQTM_CSV}" ZLIB::ZLIB Threads::Threads)
+target_link_libraries(vqtm_storage INTERFACE "${VQTM_LMDB}" "${VQTM_CSV}" Threads::Threads)

@@ -180,6 +180,16 @@ TEST(Ground, CutKeysAreFoundByWidenedEnds) {
 
 // --- Records
 
+TEST(Ground, ChecksumsAreThoseOfTheStandard) {
+    const std::string text = "123456789", longer = "The quick brown fox jumps over the lazy dog";
+    for (const auto& [whole, expected] : {std::pair{text, 0xCBF43926u}, {longer, 0x414FA339u}, {"", 0u}}) {
+        const ByteView bytes(reinterpret_cast<const unsigned char*>(whole.data()), whole.size());
+        for (std::size_t i = 0; i <= bytes.size(); ++i) {
+            EXPECT_EQ(Checksum(bytes.first(i), bytes.subspan(i)), expected) << i;
+        }
+    }
+}
+
 TEST(Ground, DamagedRecordsAreFoundAndNotRead) {
     const Schema schema = Schema::Parse("a:VqString(language=de), b:VqBlob, c:VqIString, d:VqInt64, e:VqString", "");
     std::mt19937 random(3);

@@ -1,7 +1,6 @@
 #include "record.h"
 
 #include <fmt/format.h>
-#include <zlib.h>
 
 #include <algorithm>
 #include <cstring>
@@ -72,12 +71,6 @@ std::uint64_t NumberOf(ByteView id, unsigned char format) {
 }
 
 // --- Checksums
-
-std::uint32_t Checksum(ByteView first, ByteView second) {
-    uLong checksum = crc32_z(0, first.data(), first.size());
-    if (!second.empty()) checksum = crc32_z(checksum, second.data(), second.size());
-    return static_cast<std::uint32_t>(checksum);
-}
 
 void SealBytes(Bytes& bytes, ByteView key) { AppendChecksum(bytes, Checksum(key, bytes)); }
 

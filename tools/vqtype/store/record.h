@@ -22,7 +22,8 @@ using Id = std::array<unsigned char, IdSize>;
 Id IdOf(std::uint64_t number, unsigned char format);
 std::uint64_t NumberOf(ByteView id, unsigned char format);
 
-/// CRC-32 (ISO 3309, as in zlib), so that every change of a single bit, and of up to 32 neighbours, is found.
+/// CRC-32 (ISO 3309) of the two parts one after the other, so that every change of a single bit, and of up to 32
+/// neighbours, is found.
 std::uint32_t Checksum(ByteView first, ByteView second);
 
 /// Appends the checksum of the key and the bytes, low byte first.
