@@ -1,26 +1,16 @@
 #include "store.h"
 
 #include <algorithm>
-#include <charconv>
 #include <filesystem>
 
 #include "../error.h"
 #include "../files.h"
 #include "../text.h"
+#include "names.h"
 
 namespace store {
 
 namespace {
-
-constexpr const char* HeaderName = "header";
-constexpr const char* RecordsName = "records";
-constexpr const char* StoreKey = "store";
-constexpr const char* NextKey = "next";
-
-std::string IndexName(const Column& column) { return "index " + column.name; }
-
-ByteView ViewOf(std::string_view text) { return {reinterpret_cast<const unsigned char*>(text.data()), text.size()}; }
-std::string TextOf(ByteView bytes) { return {bytes.begin(), bytes.end()}; }
 
 // --- Entries of the header: text and its checksum
 
@@ -48,24 +38,14 @@ std::string RequireEntry(const Transaction& transaction, Database header, const 
                        Printable(transaction.Env().Name()), Echo(name));
 }
 
-std::uint64_t RequireNumber(const Transaction& transaction, const std::string& name, std::string_view text) {
-    std::uint64_t number = 0;
-    const char* const end = text.data() + text.size();
-    const auto result = std::from_chars(text.data(), end, number);
-    if (result.ec == std::errc() && result.ptr == end) return number;
+std::uint64_t RequireNumber(const Transaction& transaction, Database header, const std::string& name) {
+    const std::string text = RequireEntry(transaction, header, name);
+    if (const std::optional<std::uint64_t> number = EntryNumber(text)) return *number;
     throw CommandError("{}: the store's header is damaged: its entry {} is {}", Printable(transaction.Env().Name()),
                        Echo(name), Echo(text));
 }
 
-constexpr std::string_view CutKeysField = "cut-keys=";
-
 std::string CutKeysText(std::uint64_t count) { return fmt::format("{}{}", CutKeysField, count); }
-
-std::uint64_t RequireCutKeys(const Transaction& transaction, Database header, const std::string& name) {
-    const std::string text = RequireEntry(transaction, header, name);
-    const bool isField = text.rfind(CutKeysField, 0) == 0;
-    return RequireNumber(transaction, name, isField ? std::string_view(text).substr(CutKeysField.size()) : text);
-}
 
 // --- What each purpose bears
 
@@ -92,7 +72,7 @@ Access AccessFor(Purpose purpose) {
 }
 
 Database RequireHeader(Transaction& transaction) {
-    const std::optional<Database> header = transaction.Open(HeaderName, nullptr);
+    const std::optional<Database> header = transaction.Open(HeaderDatabase, nullptr);
     if (header) return *header;
     throw CommandError("{}: this is a file of LMDB, but no store", Printable(transaction.Env().Name()));
 }
@@ -100,10 +80,10 @@ Database RequireHeader(Transaction& transaction) {
 void MakeDatabases(const std::string& name, const Header& header) {
     Environment environment(name, Access::Write, true);
     Transaction transaction(environment, Access::Write);
-    const Database database = *transaction.Open(HeaderName, nullptr, true);
-    transaction.Open(RecordsName, RecordOrder(header.format), true);
-    WriteEntry(transaction, database, StoreKey, header.Format());
-    WriteEntry(transaction, database, NextKey, "1");
+    const Database database = *transaction.Open(HeaderDatabase, nullptr, true);
+    transaction.Open(RecordsDatabase, RecordOrder(header.format), true);
+    WriteEntry(transaction, database, StoreEntry, header.Format());
+    WriteEntry(transaction, database, NextEntry, "1");
     transaction.Commit();
 }
 
@@ -126,10 +106,10 @@ void Store::Create(const std::string& name, const Header& header) {
 Store::Store(const std::string& name, Purpose purpose) : environment_(name, AccessFor(purpose)) {
     Transaction transaction(environment_, Access::Read);
     headerDatabase_ = RequireHeader(transaction);
-    header_ = Header::Parse(RequireEntry(transaction, headerDatabase_, StoreKey), Printable(name) + ": header");
+    header_ = Header::Parse(RequireEntry(transaction, headerDatabase_, StoreEntry), Printable(name) + ": header");
     obstacles_ = Adopt(header_);
     Refuse(name, obstacles_, purpose);
-    const std::optional<Database> records = transaction.Open(RecordsName, RecordOrder(header_.format));
+    const std::optional<Database> records = transaction.Open(RecordsDatabase, RecordOrder(header_.format));
     if (!records) throw CommandError("{}: the store is damaged: it has no records' tree", Printable(name));
     records_ = *records;
     transaction.Commit();
@@ -147,11 +127,11 @@ std::uint64_t Store::CountRecords(const Transaction& transaction) const {
 }
 
 std::uint64_t Store::NextNumber(const Transaction& transaction) const {
-    return RequireNumber(transaction, NextKey, RequireEntry(transaction, headerDatabase_, NextKey));
+    return RequireNumber(transaction, headerDatabase_, NextEntry);
 }
 
 void Store::SetNextNumber(Transaction& transaction, std::uint64_t number) {
-    WriteEntry(transaction, headerDatabase_, NextKey, fmt::to_string(number));
+    WriteEntry(transaction, headerDatabase_, NextEntry, fmt::to_string(number));
 }
 
 Index& Store::MakeIndex(Transaction& transaction, std::size_t column) {
@@ -176,7 +156,7 @@ void Store::SetCutKeys(Transaction& transaction, Index& index, std::uint64_t cou
 void Store::Renew(Transaction& transaction) {
     header_ = Header::Make(header_.schema, header_.format, header_.defaultCmpOp);
     obstacles_.clear();
-    WriteEntry(transaction, headerDatabase_, StoreKey, header_.Format());
+    WriteEntry(transaction, headerDatabase_, StoreEntry, header_.Format());
 }
 
 void Store::ReadIndexes() {
@@ -190,7 +170,7 @@ void Store::ReadIndexes() {
         if (!database) {
             throw CommandError("{}: the store is damaged: the index on {} is missing", Printable(Name()), column.name);
         }
-        indexes.push_back({i, *database, RequireCutKeys(transaction, headerDatabase_, name)});
+        indexes.push_back({i, *database, RequireNumber(transaction, headerDatabase_, name)});
     }
     transaction.Commit();
     indexes_ = std::move(indexes);

@@ -1,0 +1,45 @@
+/// \file
+/// What the parts of a store are called in its file.
+#ifndef VQTYPE_STORE_NAMES_H
+#define VQTYPE_STORE_NAMES_H
+
+#include <charconv>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "bytes.h"
+#include "schema.h"
+
+namespace store {
+
+constexpr const char* HeaderDatabase = "header";
+constexpr const char* RecordsDatabase = "records";
+/// The database of a column's index, and its entry in the header.
+inline std::string IndexName(const Column& column) { return "index " + column.name; }
+
+/// Entries of the header: its text, the next number, and behind this word the count of an index' cut keys.
+/// @{
+constexpr const char* StoreEntry = "store";
+constexpr const char* NextEntry = "next";
+constexpr std::string_view CutKeysField = "cut-keys=";
+/// @}
+
+/// The number that is the text of an entry; none where it is anything else.
+inline std::optional<std::uint64_t> EntryNumber(std::string_view text) {
+    if (text.substr(0, CutKeysField.size()) == CutKeysField) text.remove_prefix(CutKeysField.size());
+    std::uint64_t number = 0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
+    const bool isNumber = result.ec == std::errc() && result.ptr == text.data() + text.size();
+    return isNumber ? std::optional(number) : std::nullopt;
+}
+
+inline ByteView ViewOf(std::string_view text) {
+    return {reinterpret_cast<const unsigned char*>(text.data()), text.size()};
+}
+inline std::string TextOf(ByteView bytes) { return {bytes.begin(), bytes.end()}; }
+
+}  // namespace store
+
+#endif
