@@ -23,29 +23,37 @@ def run(*arguments, **environment):
                           env={**ENVIRONMENT, **environment}).stdout
 
 
-def commands():
-    """Names of the commands, and their option lines and argument lines by the help."""
-    names = run("--complete", "").splitlines()[1:]
-    for name in names:
-        text = run(name, "--help")
-        usage = re.search(r"^Usage: vqtype \S+ .*\[OPTION\]\.\.\.(.*)", text)[1]
-        yield name, re.findall(r"[A-Z]+", usage), re.findall(r"^  (?:-\w, )?(--[\w-]+)(?: ([A-Z]+))?", text, re.M)
+def commands(*group):
+    """The words that call each command, and its option lines and argument lines by the help."""
+    for name in run("--complete", *group, "").splitlines()[1:]:
+        words = [*group, name]
+        text = run(*words, "--help")
+        if text.startswith(f"Usage: vqtype {' '.join(words)} COMMAND "):
+            yield from commands(*words)
+            continue
+        usage = re.search(rf"^Usage: vqtype {' '.join(words)} .*\[OPTION\]\.\.\.(.*)", text)[1]
+        yield words, re.findall(r"[A-Z]+", usage), re.findall(r"^  (?:-\w, )?(--[\w-]+)(?: ([A-Z=]+))?", text, re.M)
+
+
+def has_store():
+    done = subprocess.run([PROGRAM, "store", "stats", "/"], capture_output=True, encoding="utf-8", env=ENVIRONMENT)
+    return "without the store" not in done.stderr
 
 
 class Protocol(unittest.TestCase):
     def test_every_place_of_every_command_is_known(self):
-        for name, arguments, options in commands():
-            given = []
+        for words, arguments, options in commands():
+            given = words[:]
             for argument in arguments:
-                place = run("--complete", name, *given, "").splitlines()[0]
-                self.assertRegex(place, "^[A-Z]+$", (name, argument))
+                place = run("--complete", *given, "").splitlines()[0]
+                self.assertRegex(place, "^[A-Z]+$", (words, argument))
                 given.append("long" if place == "TYPE" else "1")
-            offered = run("--complete", name, *given, "--").splitlines()[1:]
-            self.assertEqual(sorted(option for option, _ in options), sorted(offered), name)
+            offered = run("--complete", *given, "--").splitlines()[1:]
+            self.assertEqual(sorted(option for option, _ in options), sorted(offered), words)
             for option, place in options:
                 if place:
-                    self.assertEqual(place, run("--complete", name, *given, option, "").splitlines()[0])
-                    self.assertEqual(place, run("--complete", name, *given, option + "=").splitlines()[0])
+                    self.assertEqual(place, run("--complete", *given, option, "").splitlines()[0])
+                    self.assertEqual(place, run("--complete", *given, option + "=").splitlines()[0])
 
     def test_what_is_offered_is_taken(self):
         offers = [["encode", "VqString", "a", "--code-set"], ["encode", "VqString", "a", "--language"], ["show"],
@@ -59,9 +67,30 @@ class Protocol(unittest.TestCase):
                 with self.subTest(words=words, choice=choice):
                     run(*words, choice)
 
+    def test_columns_of_a_store_are_offered(self):
+        has_store() or self.skipTest("this vqtype was built without the store")
+        with tempfile.TemporaryDirectory() as folder:
+            store = os.path.join(folder, "towns.db")
+            run("store", "create", store, "--schema", "name:VqString, people:long, founded:VqDate")
+            run("store", "stats", store)
+            before = sorted(os.listdir(folder))
+            cases = [(["query", store, ""], ["name", "people", "founded", "order by", "limit"]),
+                     (["query", store, "people > 5 and F"], ["people > 5 and founded"]),
+                     (["query", store, "name = x o"], ["name = x order by", "name = x offset"]),
+                     (["index", store, "name, p"], ["name, people"]),
+                     (["load", store, "f.csv", "--scan", "n"], ["name="]),
+                     (["load", store, "f.csv", "--scan=founded=%"], ["--scan=founded=%a %e.%b %Y"]),
+                     (["load", "-", "f.csv", "--scan", ""], []), (["index", folder, ""], [])]
+            for words, expected in cases:
+                self.assertEqual(expected, run("--complete", "store", *words).splitlines()[1:], words)
+            self.assertEqual(before, sorted(os.listdir(folder)))
+            os.remove(store + "-lock")
+            self.assertEqual("COLUMNS\n", run("--complete", "store", "index", store, ""))
+            self.assertEqual(["towns.db"], os.listdir(folder))
+
     def test_nothing_makes_it_fail(self):
         for words in ([], ["\xff"], ["encode", "--", "--", "--"], ["encode", "=", "--="], ["types", "--json=", ""],
-                      ["estimate", "--low", "--low", "--low=", "-"], ["-", "-"], ["compare", "illegal", "", "", "", ""]):
+                      ["estimate", "--low", "--low", "--low=", "-"], ["-", "-"], ["store", "store", "--"], ["compare", "illegal", "", "", "", ""]):
             self.assertTrue(run("--complete", *words).endswith("\n"))
         closed = subprocess.run(["bash", "-c", "vqtype --complete '' >&-"], env=ENVIRONMENT, capture_output=True)
         self.assertEqual((0, b""), (closed.returncode, closed.stderr))
@@ -102,6 +131,10 @@ class Bash(unittest.TestCase):
         ("vqtype demo ~/Łó", ["~/Łódź.txt"]),
         ("vqtype encode $(touch evil) `touch evil` \"$(touch evil)", []),
         ("vqtype bogus ", []),
+        ("vqtype store qu", ["query"]),
+        ("vqtype store query Łó", ["Łódź.txt"]),
+        ("vqtype store create new.db --schema 'name:vqint", ["name:VqInt64"]),
+        ("vqtype store create new.db --schema \"a:long, name:VqString(language=gr", ["a:long, name:VqString(language=greek"]),
     ]
 
     # The shell's options are none that it is easy with, and stay as they are. A bar in the line is the cursor.
@@ -172,11 +205,11 @@ class ManualPage(unittest.TestCase):
     def test_it_holds_all_commands_with_options_and_examples(self):
         text = re.sub(r"[\s\u2010-]+", " ", self.rendered())
         examples = 0
-        for name, arguments, options in commands():
-            self.assertRegex(text, rf" vqtype {name} [\w ]*\[OPTION\]\.\.\.")
+        for words, arguments, options in commands():
+            self.assertRegex(text, rf" vqtype {' '.join(words)} [\w ]*\[OPTION\]\.\.\.")
             for option, _ in options:
                 self.assertIn(" " + re.sub("-+", " ", option).strip(), text)
-            for example in re.findall(r"^  (\$ .*)$", run(name, "--help"), re.M):
+            for example in re.findall(r"^  (\$ .*)$", run(*words, "--help"), re.M):
                 self.assertIn(re.sub(r"[\s-]+", " ", example), text)
                 examples += 1
         self.assertGreater(examples, 9)
@@ -185,10 +218,16 @@ class ManualPage(unittest.TestCase):
 
     def test_examples_work(self):
         page = PAGE.read_text(encoding="utf-8")
-        for example in re.findall(r"CW\$ vqtype (.*)\\fR", page):
-            if "names.txt" not in example:
-                subprocess.run(["bash", "-c", "vqtype " + example.replace("\\-", "-").replace("\\&", "")], env=ENVIRONMENT,
-                               check=True, stdout=subprocess.DEVNULL)
+        is_known = has_store()
+        with tempfile.TemporaryDirectory() as folder:
+            pathlib.Path(folder, "names.txt").write_text("Zürich\nÅbo\n", encoding="utf-8")
+            pathlib.Path(folder, "places.csv").write_text(
+                "founded,name,people\n28.10.1237,Berlin,3769495\n,Sölden,3100\n", encoding="utf-8")
+            for example in re.findall(r"CW\$ vqtype (.*)\\fR", page):
+                example = re.sub(r"\\(?:\(aq|[-&])", lambda part: {"\\(aq": "'", "\\-": "-"}.get(part[0], ""), example)
+                if is_known or not example.startswith("store "):
+                    subprocess.run(["bash", "-c", "set -o pipefail; vqtype " + example], env=ENVIRONMENT, cwd=folder,
+                                   check=True, stdout=subprocess.DEVNULL)
 
     def test_its_date_is_the_source_s(self):
         rule = (console.ROOT / "tools/vqtype/CMakeLists.txt").read_text(encoding="utf-8")
