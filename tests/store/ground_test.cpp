@@ -3,7 +3,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <functional>
 
 #include "../../tools/vqtype/store/store.h"
 #include "rowrandom.h"
@@ -17,17 +16,18 @@ constexpr unsigned char ByteOrders[] = {VqFormat_LittleEndian, VqFormat_BigEndia
 
 int SignOf(long number) { return (number > 0) - (number < 0); }
 
-std::string ErrorOf(const std::function<void()>& call) {
-    try {
-        call();
-    } catch (const CommandError& error) {
-        return error.what();
-    }
-    return "";
-}
-
 void ExpectPart(const std::string& text, const std::string& part) {
     EXPECT_NE(text.find(part), text.npos) << text << "\ndoes not tell: " << part;
+}
+
+template <class Call>
+void ExpectError(const Call& call, const std::string& part) {
+    try {
+        call();
+        ADD_FAILURE() << "no error: " << part;
+    } catch (const CommandError& error) {
+        ExpectPart(error.what(), part);
+    }
 }
 
 // A folder that is gone with the test.
@@ -261,7 +261,7 @@ TEST(Ground, HeadersTellWhatStandsBetween) {
         EXPECT_EQ(obstacles[0].isMended, one.isMended) << one.to;
         EXPECT_EQ(obstacles[0].hidesRecords, one.hidesRecords) << one.to;
     }
-    ExpectPart(ErrorOf([&] { Header::Parse("format-version=1\nx=1\n", "f"); }), "expected library-version");
+    ExpectError([&] { Header::Parse("format-version=1\nx=1\n", "f"); }, "expected library-version");
 }
 
 TEST(Ground, SchemasTellTheirMistakes) {
@@ -278,11 +278,11 @@ TEST(Ground, SchemasTellTheirMistakes) {
         {"a:VqString(language=de", "position 23: expected ',' or ')'"},
         {"a:long b:long", "position 8: expected ',' and another column"},
     };
-    for (const auto& [text, part] : cases) ExpectPart(ErrorOf([&t = text] { Schema::Parse(t, "--schema"); }), part);
+    for (const auto& [text, part] : cases) ExpectError([&t = text] { Schema::Parse(t, "--schema"); }, part);
     const Schema schema = Schema::Parse(" a : VqString ( codeset = 1 , language = DE ) ,b:VqDate", "");
     EXPECT_EQ(schema.Format(), "a:VqString(language=german, codeset=Windows-1252), b:VqDate");
     EXPECT_EQ(schema.Find("B", ""), 1u);
-    ExpectPart(ErrorOf([&] { schema.Find("c2", "x"); }), "there is no column");
+    ExpectError([&] { schema.Find("c2", "x"); }, "there is no column");
 }
 
 // --- Files
@@ -290,9 +290,9 @@ TEST(Ground, SchemasTellTheirMistakes) {
 TEST(Ground, WhatIsNoStoreIsTold) {
     const Folder folder;
     const std::string name = folder.Name("db");
-    const auto open = [&name] { return ErrorOf([&name] { Store(name, Purpose::Read); }); };
-    ExpectPart(open(), "there is no such store");
-    ExpectPart(ErrorOf([&] { Store::Create(folder.Name("no/db"), HeaderOf("a:long")); }), "cannot be made");
+    const auto open = [&name] { Store(name, Purpose::Read); };
+    ExpectError(open, "there is no such store");
+    ExpectError([&] { Store::Create(folder.Name("no/db"), HeaderOf("a:long")); }, "cannot be made");
     EXPECT_TRUE(folder.IsEmpty());
     const std::pair<std::string, const char*> cases[] = {
         {"", "empty"},
@@ -300,9 +300,9 @@ TEST(Ground, WhatIsNoStoreIsTold) {
         {std::string(12, '\0') + "\xDE\xC0\xEF\xBE" + std::string(8192, '\0'), "other pointers"}};
     for (const auto& [content, part] : cases) {
         std::ofstream(name, std::ios::binary) << content;
-        ExpectPart(open(), part);
+        ExpectError(open, part);
     }
-    ExpectPart(ErrorOf([&] { Store::Create(name, HeaderOf("a:long")); }), "there is a file of this name already");
+    ExpectError([&] { Store::Create(name, HeaderOf("a:long")); }, "there is a file of this name already");
     EXPECT_EQ(std::filesystem::file_size(name), 8208u);
 }
 

@@ -174,10 +174,12 @@ Transaction::Transaction(Environment& environment, Access access) : environment_
 }
 
 Transaction::~Transaction() {
+    EndAppending();
     if (handle_) mdb_txn_abort(handle_);
 }
 
 void Transaction::Commit() {
+    EndAppending();
     MDB_txn* const handle = std::exchange(handle_, nullptr);  // which does not outlive this, whatever comes
     environment_.Check(mdb_txn_commit(handle), "writing");
 }
@@ -192,9 +194,13 @@ std::optional<Database> Transaction::Open(const std::string& name, MDB_cmp_func*
     return database;
 }
 
-void Transaction::Drop(Database database) { environment_.Check(mdb_drop(handle_, database, 1), "removing a database"); }
+void Transaction::Drop(Database database) {
+    EndAppending();
+    environment_.Check(mdb_drop(handle_, database, 1), "removing a database");
+}
 
 void Transaction::Clear(Database database) {
+    EndAppending();
     environment_.Check(mdb_drop(handle_, database, 0), "emptying a database");
 }
 
@@ -221,16 +227,29 @@ std::optional<ByteView> Transaction::Get(Database database, ByteView key) const 
 }
 
 void Transaction::Put(Database database, ByteView key, ByteView value) {
+    EndAppending();
     MDB_val keyVal = ValOf(key), valueVal = ValOf(value);
     environment_.Check(mdb_put(handle_, database, &keyVal, &valueVal, 0), "writing");
 }
 
 bool Transaction::Append(Database database, ByteView key, ByteView value) {
+    if (!appender_ || appended_ != database) BeginAppending(database);
     MDB_val keyVal = ValOf(key), valueVal = ValOf(value);
-    const int code = mdb_put(handle_, database, &keyVal, &valueVal, MDB_APPEND);
+    const int code = mdb_cursor_put(appender_, &keyVal, &valueVal, MDB_APPEND);
     if (code == MDB_KEYEXIST) return false;
     environment_.Check(code, "writing");
     return true;
+}
+
+// A cursor that stays behind the last key does not look for it again.
+void Transaction::BeginAppending(Database database) {
+    EndAppending();
+    environment_.Check(mdb_cursor_open(handle_, database, &appender_), "writing");
+    appended_ = database;
+}
+
+void Transaction::EndAppending() {
+    if (appender_) mdb_cursor_close(std::exchange(appender_, nullptr));
 }
 
 // --- Cursors

@@ -85,12 +85,18 @@ class Transaction {
     std::optional<ByteView> Get(Database database, ByteView key) const;
     /// Writes the key's value, also where it had one.
     void Put(Database database, ByteView key, ByteView value);
-    /// The same for a key behind all others, which costs no search. False, and nothing changes, for one that is not.
+    /// The same for a key behind all others, which costs no search as long as the transaction writes nothing else.
+    /// False, and nothing changes, for one that is not.
     bool Append(Database database, ByteView key, ByteView value);
 
   private:
+    void BeginAppending(Database database);
+    void EndAppending();
+
     Environment& environment_;
     MDB_txn* handle_ = nullptr;
+    MDB_cursor* appender_ = nullptr;  // behind the last key of `appended_`
+    Database appended_ = 0;
 };
 
 /// A place among a database's keys. All moves give false where there is no key.
