@@ -6,11 +6,13 @@
 
 The commands run in bash, where `vqtype` is the program under test. Errors and output appear as they do on a terminal.
 """
+import contextlib
 import dataclasses
 import os
 import pathlib
 import subprocess
 import sys
+import tempfile
 import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
@@ -52,9 +54,19 @@ def parse(text, first_line=1):
     return steps
 
 
-def run(program, command):
+@contextlib.contextmanager
+def working_folder():
+    """A folder in which commands can leave files, and find those of the tree by the same names."""
+    with tempfile.TemporaryDirectory(prefix="vqtype") as name:
+        folder = pathlib.Path(name)
+        for entry in ROOT.iterdir():
+            (folder / entry.name).symlink_to(entry)
+        yield folder
+
+
+def run(program, command, folder=ROOT):
     quoted = " ".join("'" + part.replace("'", "'\\''") + "'" for part in program)
-    done = subprocess.run(["bash", "-c", f"program=({quoted}); {PREAMBLE}{command}"], cwd=ROOT, env=ENVIRONMENT,
+    done = subprocess.run(["bash", "-c", f"program=({quoted}); {PREAMBLE}{command}"], cwd=folder, env=ENVIRONMENT,
                           stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=120)
     output = done.stdout.decode("utf-8").replace("\r\n", "\n")
     if output and not output.endswith("\n"):
@@ -62,14 +74,14 @@ def run(program, command):
     return output + (f"[status {done.returncode}]\n" if done.returncode else "")
 
 
-def check(test, program, name, text, first_line=1):
+def check(test, program, name, text, first_line=1, folder=ROOT):
     steps = parse(text, first_line)
     test.assertTrue(steps, f"{name} has no commands")
     for step in steps:
         with test.subTest(f"{name}:{step.line}: {step.command}"):
-            test.assertEqual(step.expected.rstrip("\n"), run(program, step.command).rstrip("\n"))
+            test.assertEqual(step.expected.rstrip("\n"), run(program, step.command, folder).rstrip("\n"))
 
 
-def rerun(program, text):
+def rerun(program, text, folder=ROOT):
     """The text with the output of every command as it is now."""
-    return "".join(f"$ {step.command}\n{run(program, step.command)}" for step in parse(text))
+    return "".join(f"$ {step.command}\n{run(program, step.command, folder)}" for step in parse(text))

@@ -60,7 +60,8 @@ class DebianPackages(TemporaryFolder):
         names = {f"{name}_{VERSION}-1_amd64.deb" for name in ("vqtm", "libvqtm-dev")}
         self.assertEqual({path.name for path in self.packages.values()}, names)
         runtime, development = control(self.packages["vqtm"]), control(self.packages["libvqtm-dev"])
-        self.assertEqual(set(re.findall(r"([^\s,]+) \(>=", runtime["Depends"])), {"libc6", "libgcc-s1", "libstdc++6"})
+        self.assertEqual(set(re.findall(r"([^\s,]+) \(>=", runtime["Depends"])),
+                         {"libc6", "libcsv3", "libgcc-s1", "liblmdb0", "libstdc++6"})
         self.assertEqual(development["Depends"], f"vqtm (= {VERSION}-1)")
         for fields in runtime, development:
             self.assertEqual((fields["Version"], fields["Architecture"]), (f"{VERSION}-1", "amd64"))
