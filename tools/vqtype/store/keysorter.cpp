@@ -25,11 +25,8 @@ class KeySorter::Sorting {
         Entry* const others =
             std::stable_partition(values, last, [this](const Entry& e) { return Is(KeyClass::Value, e); });
         ByComparison(first, values);
-        if (sorter_.use_ == Use::Hints && ChooseHint(values, others)) {
-            ByHints(values, others, 0);
-        } else {
-            ByComparison(values, others);
-        }
+        if (sorter_.use_ == Use::Hints && ChooseHint(values, others)) ByHints(values, others, 0);
+        if (!letters_) ByComparison(values, others);  // estimates are not meant as an order, and some types' are none
         ByComparison(others, last);
     }
 
@@ -53,8 +50,8 @@ class KeySorter::Sorting {
 
     // Strings are told apart by their letters, all others by the manager's estimates. False where nothing tells.
     bool ChooseHint(const Entry* first, const Entry* last) {
+        if (first == last || IsInByteOrder(sorter_.type_)) return false;
         if (sorter_.type_ != VqTypeId_VqString) return true;
-        if (first == last) return false;
         const ByteView stored = StoredPart(Key(*first));
         if (stored.size() < 4 || VqLanguageContext::QueryCodeSet(stored[2]) == nullptr) return false;
         letters_.emplace(stored[2], stored[3], sorter_.format_);
@@ -104,6 +101,7 @@ class KeySorter::Sorting {
         std::vector<Entry> untold;
         Entry* told = first;
         for (const Entry* at = first; at != last; ++at) {
+            sorter_.PrefetchBehind(at);
             const KeyArena::Place place = at->place;
             if (const std::optional<std::uint64_t> word = hint(StoredPart(Key(*at)))) {
                 *told++ = {*word, place};
@@ -125,12 +123,10 @@ void KeySorter::SortMemory() {
     Sorting(*this).Sort(entries_.data(), entries_.data() + entries_.size());
 }
 
-// Neighbours in order lie anywhere in memory.
 void KeySorter::EachInMemory(const std::function<void(ByteView)>& take) const {
-    constexpr std::size_t ahead = 8;
-    for (std::size_t i = 0; i < entries_.size(); ++i) {
-        if (i + ahead < entries_.size()) arena_.Prefetch(entries_[i + ahead].place);
-        take(arena_.Key(entries_[i].place));
+    for (const Entry& entry : entries_) {
+        PrefetchBehind(&entry);
+        take(arena_.Key(entry.place));
     }
 }
 
