@@ -42,6 +42,8 @@ constexpr Words Reasons[] = {
     {ENOSPC, "the disk is full; what was committed is kept"},
     {EDQUOT, "the quota of disk space is used up; what was committed is kept"},
     {EFBIG, "the file cannot grow, as the size of files is limited; what was committed is kept"},
+    // LMDB's word for a file that took only a part of what was written, too.
+    {EIO, "the disk is full, the size of files is limited, or the disk is at fault; what was committed is kept"},
     {EACCES, "no permission"},
     {EPERM, "no permission"},
     {EROFS, "the file lies on a disk that can only be read"},
