@@ -146,7 +146,7 @@ const Line Lines[] = {
     {"collation", WriteLanguages, ReadLanguages},
     {"schema", [](const Header& header) { return header.schema.Format(); },
      [](std::string_view text, Header& header) {
-         header.schema = Schema::Parse(text, "schema");
+         header.schema = Schema::Parse(text, fmt::format("the schema that library {} wrote", header.libraryVersion));
          return true;
      }},
 };

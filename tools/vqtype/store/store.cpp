@@ -113,7 +113,11 @@ Store::Store(const std::string& name, Purpose purpose) : environment_(name, Acce
     if (!records) throw CommandError("{}: the store is damaged: it has no records' tree", Printable(name));
     records_ = *records;
     transaction.Commit();
-    ReadIndexes();
+    try {
+        ReadIndexes();
+    } catch (const CommandError&) {
+        if (purpose != Purpose::Export) throw;
+    }
 }
 
 const Index* Store::FindIndex(std::size_t column) const {
