@@ -10,6 +10,7 @@
 #include "commands.h"
 #include "names.h"
 #include "pages.h"
+#include "snapshot.h"
 #include "store.h"
 
 namespace store {
@@ -171,25 +172,21 @@ class StoreCheck {
   private:
     void Report(const std::string& part, std::string text) { result_.findings.Add(part, std::move(text)); }
 
-    // Who writes meanwhile can take the meta pages of a transaction away, but not again and again.
     bool OpenPages() {
-        constexpr int MostAttempts = 20;
-        std::vector<std::string> faults;
-        bool isReadable = false;
-        for (int attempt = 0; attempt < MostAttempts && (!isReadable || !faults.empty()); ++attempt) {
-            faults.clear();
-            isReadable = ReadMeta([&faults](const std::string& what) { faults.push_back(what); }, faults);
-        }
-        for (std::string& fault : faults) Report("pages", std::move(fault));
-        return isReadable;
+        const auto attempt = [this](const PageReport& report) { return ReadMeta(report); };
+        return ReadMetaPages(attempt, report_);
     }
 
-    bool ReadMeta(const PageReport& report, const std::vector<std::string>& faults) {
+    bool ReadMeta(const PageReport& report) {
+        bool isSound = true;
         snapshot_.reset();
         pages_.emplace(name_);
-        const bool isReadable = pages_->ReadMeta(std::nullopt, report);
+        const bool isReadable = pages_->ReadMeta(std::nullopt, [&](const std::string& what) {
+            isSound = false;
+            report(what);
+        });
         // LMDB calculates with what the meta pages say, whatever that is.
-        if (!isReadable || !faults.empty()) return isReadable;
+        if (!isReadable || !isSound) return isReadable;
         try {
             snapshot_.emplace(name_);
         } catch (const CommandError& error) {

@@ -2,6 +2,8 @@
 #include "columntext.h"
 #include "commands.h"
 #include "csvfield.h"
+#include "names.h"
+#include "snapshot.h"
 #include "store.h"
 
 namespace store {
@@ -10,7 +12,8 @@ namespace {
 
 // --- Records as lines
 
-class Dumper {
+// What damaged pages hide is told; all records that can be reached go on.
+class Dumper : public TreeVisitor {
   public:
     Dumper(Store& store, const std::optional<std::string>& null)
         : store_(store), null_(null), form_(store.GetSchema(), store.Format()) {
@@ -22,15 +25,29 @@ class Dumper {
     }
 
     void Run() {
-        const Transaction transaction(store_.Env(), Access::Read);
-        Cursor cursor(transaction, store_.Records());
-        for (bool isThere = cursor.First(); isThere; isThere = cursor.Next()) {
-            AddRecord(cursor.Key(), cursor.Value());
-            if (lines_.size() >= BytesHeld) Flush();
+        const PageReport report = [this](const std::string& what) {
+            LeaveOut(fmt::format("{}: {}", Printable(store_.Name()), what));
+        };
+        const PageSnapshot snapshot(store_.Env(), report);
+        PageUse use = snapshot.Pages().MakeUse();
+        for (const PageTree& tree : snapshot.Pages().ReadDatabases(use, report)) {
+            if (tree.name == RecordsDatabase) snapshot.Pages().Walk(tree, *this, use, report);
         }
         Flush();
-        if (damaged_ == 0) return;
-        throw CommandError("{}: damaged records are left out: {}", Printable(store_.Name()), damaged_);
+        if (damages_ > 0)
+            throw CommandError("{}: the store is damaged; its other records are all here", Printable(store_.Name()));
+    }
+
+    void Separator(ByteView) override {}
+    void Entry(ByteView id, ByteView record) override {
+        const std::string fault = id.size() == IdSize ? form_.Check(id, record, forms_) : "it has no identifier";
+        if (!fault.empty()) return LeaveOut(fmt::format("{}: {}", PlaceOf(id), fault));
+        for (std::size_t i = 0; i < forms_.size(); ++i) {
+            if (i > 0) lines_ += ',';
+            AddField(id, i, texts_[i].Of(forms_[i]));
+        }
+        lines_ += '\n';
+        if (lines_.size() >= BytesHeld) Flush();
     }
 
   private:
@@ -42,18 +59,8 @@ class Dumper {
         lines_.clear();
     }
 
-    void AddRecord(ByteView id, ByteView record) {
-        const std::string fault = id.size() == IdSize ? form_.Check(id, record, forms_) : "it has no identifier";
-        if (!fault.empty()) return LeaveOut(id, fault);
-        for (std::size_t i = 0; i < forms_.size(); ++i) {
-            if (i > 0) lines_ += ',';
-            AddField(id, i, texts_[i].Of(forms_[i]));
-        }
-        lines_ += '\n';
-    }
-
-    void LeaveOut(ByteView id, const std::string& fault) {
-        if (++damaged_ <= ToldInFull) WriteError(fmt::format("{}: {}\n", PlaceOf(id), fault));
+    void LeaveOut(const std::string& what) {
+        if (++damages_ <= ToldInFull) WriteError(what + '\n');
     }
 
     std::string PlaceOf(ByteView id) const {
@@ -81,7 +88,7 @@ class Dumper {
     std::vector<ColumnText> texts_;
     std::vector<ByteView> forms_;
     std::string lines_;
-    std::uint64_t damaged_ = 0;
+    std::uint64_t damages_ = 0;
 };
 
 // --- The commands that make a store like it

@@ -459,6 +459,12 @@ void PageFile::CompareMetas(const Meta& first, const Meta& second, const PageRep
     }
     const std::uint64_t low = std::min(first.transaction, second.transaction);
     const std::uint64_t high = std::max(first.transaction, second.transaction);
+    const Meta& older = first.transaction < second.transaction ? first : second;
+    const Meta& newer = &older == &first ? second : first;
+    if (older.lastPage > newer.lastPage) {
+        report(fmt::format("the meta pages: transaction {} has page {}, and the one behind it only {}",
+                           older.transaction, older.lastPage, newer.lastPage));
+    }
     const bool isNew = high == 0;
     if (!isNew && (high - low != 1 || first.transaction % 2 != 0)) {
         report(fmt::format("the meta pages: transactions {} and {}", first.transaction, second.transaction));
