@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <numeric>
 
+#include "../../tools/vqtype/store/buildindex.h"
 #include "../../tools/vqtype/store/execute.h"
 #include "rowrandom.h"
 
@@ -76,31 +77,35 @@ TEST(QueryText, IsReadOrRefusedWithItsPosition) {
 
 // --- Stores of random values
 
-using Row = std::vector<Bytes>;
-
 struct Sample {
     std::string schema;
     unsigned char format;
     unsigned short ignored;  // bits of the store's comparison
-    std::vector<Row> rows;
+    std::vector<std::vector<Bytes>> rows = {};
 };
 
 // A store with an index on every column, gone with the test.
 class Stored {
   public:
-    explicit Stored(const Sample& sample)
-        : folder_(std::filesystem::temp_directory_path() / fmt::format("vqtm-query-{}", ::getpid())) {
+    explicit Stored(const Sample& sample) {
         std::filesystem::remove_all(folder_);
         std::filesystem::create_directory(folder_);
         const std::string name = (folder_ / "store").string();
-        Store::Create(name, Header::Make(Schema::Parse(sample.schema, "test"), sample.format,
-                                         static_cast<unsigned short>(VqCmp_Exact | sample.ignored)));
+        const auto operation = static_cast<unsigned short>(VqCmp_Exact | sample.ignored);
+        Store::Create(name, Header::Make(Schema::Parse(sample.schema, "test"), sample.format, operation));
         store_ = std::make_unique<Store>(name, Purpose::Write);
         Transaction transaction(store_->Env(), Access::Write);
-        for (std::size_t i = 0; i < sample.rows.size(); ++i)
-            Put(transaction, sample.rows[i], IdOf(i + 1, sample.format));
-        for (std::size_t i = 0; i < store_->GetSchema().Count(); ++i) MakeIndex(transaction, sample, i);
+        for (std::size_t i = 0; i < sample.rows.size(); ++i) {
+            const Id id = IdOf(i + 1, sample.format);
+            Bytes record;
+            for (const Bytes& form : sample.rows[i]) Append(record, form);
+            RecordForm::Seal(record, id);
+            transaction.Put(store_->Records(), id, record);
+        }
         transaction.Commit();
+        std::vector<std::size_t> columns(store_->GetSchema().Count());
+        std::iota(columns.begin(), columns.end(), std::size_t{0});
+        BuildIndexes(*store_, columns, false);
     }
     ~Stored() {
         store_.reset();
@@ -109,25 +114,8 @@ class Stored {
     Store& Get() { return *store_; }
 
   private:
-    void Put(Transaction& transaction, const Row& row, const Id& id) {
-        Bytes record;
-        for (const Bytes& form : row) Append(record, form);
-        RecordForm::Seal(record, id);
-        transaction.Put(store_->Records(), id, record);
-    }
-    void MakeIndex(Transaction& transaction, const Sample& sample, std::size_t column) {
-        Index& index = store_->MakeIndex(transaction, column);
-        KeyMaker maker(store_->GetSchema()[column], sample.format);
-        std::uint64_t cut = 0;
-        for (std::size_t i = 0; i < sample.rows.size(); ++i) {
-            Bytes key;
-            cut += maker.Append(key, sample.rows[i][column], IdOf(i + 1, sample.format));
-            transaction.Put(index.database, key, {});
-        }
-        store_->SetCutKeys(transaction, index, cut);
-    }
-
-    std::filesystem::path folder_;
+    const std::filesystem::path folder_ =
+        std::filesystem::temp_directory_path() / fmt::format("vqtm-query-{}", ::getpid());
     std::unique_ptr<Store> store_;
 };
 
@@ -214,7 +202,6 @@ class RandomStore {
     std::vector<Bytes> Forms(const Column& column, unsigned rows) {
         std::vector<Bytes> forms;
         vqtest::RandomRow random(Manager(), column.type);
-        for (unsigned i = 0; i < seed_ % 7; ++i) random.Below(2);
         const vqtest::RowValues values(Manager(), column.type, rows);
         random.Fill(values);
         for (unsigned i = 0; i < rows; ++i) {
@@ -237,18 +224,12 @@ class RandomStore {
         if (condition.test == Test::Null || condition.test == Test::NotNull) return condition;
         do {
             condition.literal = columns_[column][Below(columns_[column].size())];
-        } while (IsNull(column, condition.literal));
+        } while (KeyMaker((*schema_)[column], sample_.format).ClassOf(condition.literal) == KeyClass::Null);
         condition.upper = condition.literal;
         const bool isPattern = condition.test == Test::Like || condition.test == Test::NotLike;
         if (isPattern && !HasPatterns((*schema_)[column].type)) condition.test = Test::Equal;
         if (isPattern && (*schema_)[column].type == VqTypeId_VqString) condition.literal = Pattern(condition.literal);
         return condition;
-    }
-
-    bool IsNull(std::size_t column, const Bytes& form) const {
-        const ValueArray value((*schema_)[column].type, 1);
-        value.Load(form, sample_.format);
-        return value.IsNull(0);
     }
 
     Bytes Pattern(const Bytes& form) {
@@ -299,46 +280,40 @@ class Model {
                           static_cast<unsigned long>(b.size()), b.data(), flags, 1, sample_.format, status);
         return (order > 0) - (order < 0);
     }
-    bool IsNull(std::size_t column, const Bytes& form) const {
-        const ValueArray value(schema_[column].type, 1);
-        value.Load(form, sample_.format);
-        return value.IsNull(0);
+    int ClassOf(std::size_t column, const Bytes& form) const {
+        return static_cast<int>(KeyMaker(schema_[column], sample_.format).ClassOf(form));
     }
-    bool IsNumber(std::size_t column, const Bytes& form) const { return Compare(column, form, form, VqCmp_Exact) == 0; }
 
     bool IsSelected(const Condition& c, const Bytes& form) const {
-        if (c.test == Test::Null || IsNull(c.column, form)) return c.test == Test::Null && IsNull(c.column, form);
+        const int formClass = ClassOf(c.column, form);
+        if (c.test == Test::Null || formClass == 0) return c.test == Test::Null && formClass == 0;
         if (c.test == Test::NotNull) return true;
         if (c.test == Test::Like) return Compare(c.column, form, c.literal, sample_.ignored) == 0;
         if (c.test == Test::NotLike) return Compare(c.column, form, c.literal, sample_.ignored) != 0;
-        const bool areNumbers = IsNumber(c.column, form) && IsNumber(c.column, c.literal);
         const bool isRefusal = c.test == Test::Unequal || c.test == Test::NotBetween;
-        if (!areNumbers) return isRefusal;
-        const int order =
-            Compare(c.column, form, c.literal, static_cast<unsigned short>(VqCmp_Exact | sample_.ignored));
-        static constexpr bool selects[6][3] = {{false, true, false}, {true, false, true},  {true, false, false},
-                                               {true, true, false},  {false, false, true}, {false, true, true}};
-        return selects[isRefusal ? 1 : static_cast<int>(c.test)][order + 1];
+        if (formClass == 2 || ClassOf(c.column, c.literal) == 2) return isRefusal;
+        const auto exact = static_cast<unsigned short>(VqCmp_Exact | sample_.ignored);
+        static constexpr const char* selected[] = {"=", "<>", "<", "<=", ">", "=>"};
+        const std::string_view signs = selected[isRefusal ? 1 : static_cast<int>(c.test)];
+        return signs.find("<=>"[Compare(c.column, form, c.literal, exact) + 1]) != signs.npos;
     }
 
-    int ClassOf(std::size_t column, const Bytes& form) const {
-        return IsNull(column, form) ? 0 : IsNumber(column, form) ? 1 : 2;
-    }
     bool IsBefore(const Query& query, std::uint64_t a, std::uint64_t b) const {
+        int result = 0;
+        bool isDescending = false;
         for (const OrderColumn& order : query.order) {
             const Bytes& form1 = sample_.rows[a - 1][order.column];
             const Bytes& form2 = sample_.rows[b - 1][order.column];
-            int result = ClassOf(order.column, form1) - ClassOf(order.column, form2);
-            const bool areValues = result == 0 && ClassOf(order.column, form1) == 1;
-            if (areValues && !IsInByteOrder(schema_[order.column].type)) {
-                result = Compare(order.column, form1, form2, VqCmp_Exact);
-            }
-            if (result == 0 && ClassOf(order.column, form1) != 0) result = (form1 > form2) - (form1 < form2);
-            if (result != 0) return order.isDescending ? result > 0 : result < 0;
+            const int class1 = ClassOf(order.column, form1), class2 = ClassOf(order.column, form2);
+            const bool areValues = class1 == 1 && class2 == 1 && !IsInByteOrder(schema_[order.column].type);
+            if (result == 0) isDescending = order.isDescending, result = class1 - class2;
+            if (result == 0 && areValues) result = Compare(order.column, form1, form2, VqCmp_Exact);
+            if (result == 0 && class1 != 0) result = (form1 > form2) - (form1 < form2);
         }
         const Id id1 = IdOf(a, sample_.format), id2 = IdOf(b, sample_.format);
-        const long result = Manager().Cmp(VqTypeId_VqObjId, id1.data(), id2.data(), VqCmp_Exact, 1, sample_.format);
-        return !query.order.empty() && query.order.back().isDescending ? result > 0 : result < 0;
+        const long ids = Manager().Cmp(VqTypeId_VqObjId, id1.data(), id2.data(), VqCmp_Exact, 1, sample_.format);
+        const long order = result != 0 ? result : ids;
+        return isDescending ? order > 0 : order < 0;
     }
 
     const Sample& sample_;
