@@ -245,7 +245,7 @@ TEST(Ground, HeadersTellWhatStandsBetween) {
     const Case cases[] = {
         {"format-version=1", "format-version=2", "format 2", false, true},
         {"library-version=", "library-version=1", "was written by version 19.", false, false},
-        {order.c_str(), "order-version=5", "version 00000005", true, false},
+        {order.c_str(), "order-version=5", "version 5", true, false},
         {"native-code-set=1", "native-code-set=253", "native code set 253", false, true},
         {"comparison=0x0010", "comparison=0x0110", "comparison 0x0110", false, false},
         {collation.c_str(), "16/6:126", "16 (hungarian)", true, false},

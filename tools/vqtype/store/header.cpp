@@ -196,8 +196,8 @@ class Comparison {
     void LookAtOrder() {
         const Obstacle mended{"", true, false};
         Look(header_.orderVersion == VqLanguageContext::GetOrderVersion(), mended,
-             "its texts are sorted by version {:08x} of the orders; this library sorts by version {:08x}",
-             header_.orderVersion, VqLanguageContext::GetOrderVersion());
+             "its texts are sorted by version {} of the orders; this library sorts by version {}", header_.orderVersion,
+             VqLanguageContext::GetOrderVersion());
         for (const CollationLanguage& one : header_.languages) {
             const unsigned char now = ClassOf(one.language, one.codeSet);
             Look(one.collationClass == now || !IsCodeSet(one.codeSet), mended,
