@@ -127,19 +127,21 @@ class RandomTexts {
     bool OneIn(std::size_t n) { return Below(n) == 0; }
 
     std::u16string Text() {
-        static constexpr std::size_t lengths[] = {2, 5, 15, 60, 123, 124, 260};
+        static constexpr std::size_t lengths[] = {5, 15, 60, 120, 122, 246, 260};
         while (beginnings_.size() < 3) beginnings_.push_back(Letters(300));
         std::u16string text = beginnings_[Below(3)].substr(0, lengths[Below(std::size(lengths))] + Below(3));
         for (std::size_t changes = Below(3); changes != 0; --changes) Change(text);
-        return text + Letters(Below(4));
+        const bool isRespelled = OneIn(2);
+        for (std::size_t at = 0; isRespelled && (at = text.find(u'\u00DF', at)) != text.npos;)
+            text.replace(at, 1, u"ss");
+        return OneIn(2) ? text : text + Letters(Below(4));
     }
 
   private:
     std::u16string Letters(std::size_t count) {
         static constexpr const char16_t* pieces[] = {
-            u"a",      u"A", u"\u00E4", u"\u00DF", u"ss", u"\u00E6",  u"ae",     u"c", u"h",
-            u"ch",     u"d", u"dz",     u"dzs",    u"s",  u"e\u0301", u"\u00E9", u"l", u"ll",
-            u"\u0301", u" ", u"-",      u"*",      u"n",  u"\u00F1",  u"z",      u"Z"};
+            u"a", u"A",       u"\u00E4", u"\u00DF", u"ss", u"\u00E6", u"ae", u"c", u"h", u"ch",     u"d", u"dz", u"dzs",
+            u"s", u"e\u0301", u"\u00E9", u"l",      u"ll", u"\u0301", u" ",  u"-", u"n", u"\u00F1", u"z", u"Z"};
         std::u16string letters;
         while (letters.size() < count) letters += pieces[Below(std::size(pieces))];
         return letters;
@@ -148,7 +150,7 @@ class RandomTexts {
     void Change(std::u16string& text) {
         if (text.empty()) return;
         const std::size_t at = Below(OneIn(2) ? std::min<std::size_t>(text.size(), 20) : text.size());
-        text.replace(at, 1, text[at] == u'\u00DF' ? u"ss" : text[at] == u'a' ? u"A" : Letters(1));
+        text.replace(at, 1, text[at] == u'\u00DF' ? u"ss" : text[at] == u'a' ? u"A" : OneIn(8) ? u"*" : Letters(1));
     }
 
     std::mt19937 random_;
