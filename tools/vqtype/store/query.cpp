@@ -15,6 +15,11 @@ namespace {
 
 constexpr const char* ColumnsOption = "--columns";
 
+std::string WithoutBlanks(std::string name) {
+    std::erase_if(name, [](char c) { return c == ' '; });
+    return name;
+}
+
 // The columns that are shown: those of a list of names, or all.
 std::vector<std::size_t> ColumnsShown(const Schema& schema, const std::string& names) {
     std::vector<std::size_t> columns(schema.Count());
@@ -23,9 +28,7 @@ std::vector<std::size_t> ColumnsShown(const Schema& schema, const std::string& n
     columns.clear();
     for (std::size_t at = 0; at <= names.size();) {
         const std::size_t end = std::min(names.find(',', at), names.size());
-        const std::size_t first = std::min(names.find_first_not_of(' ', at), end);
-        const std::size_t last = names.find_last_not_of(' ', end - 1) + 1;
-        columns.push_back(schema.Find(names.substr(first, last > first ? last - first : 0), ColumnsOption));
+        columns.push_back(schema.Find(WithoutBlanks(names.substr(at, end - at)), ColumnsOption));
         at = end + 1;
     }
     return columns;
