@@ -93,7 +93,8 @@ class CsvReader::Machine {
     // A carriage return stood in the row, where it ended one for libcsv.
     bool IsBroken() const { return isBroken_; }
     bool IsInQuotes() const { return parser_.quoted != 0; }
-    std::size_t Count() const { return fields_.size(); }
+    // Fields that have ended, without those behind such a carriage return.
+    std::size_t Count() const { return isBroken_ ? brokenAt_ : fields_.size(); }
     // Bytes of the field that has not ended.
     std::size_t OpenSize() const { return parser_.entry_pos; }
 
@@ -119,12 +120,17 @@ class CsvReader::Machine {
         if (text) machine.text_.append(static_cast<const char*>(text), size);
         machine.fields_.push_back({machine.text_.size(), text == nullptr});
     }
-    static void EndRow(int, void* data) { Of(data).isEnded_ = true; }
+    static void EndRow(int, void* data) {
+        Machine& machine = Of(data);
+        if (!machine.isEnded_) machine.brokenAt_ = machine.fields_.size() - 1;
+        machine.isEnded_ = true;
+    }
 
     csv_parser parser_;
     std::string text_;
     std::vector<Field> fields_;
     bool isEnded_ = false, isBroken_ = false;
+    std::size_t brokenAt_ = 0;
 };
 
 // --- Lines

@@ -23,9 +23,9 @@ namespace store {
 class FieldReader {
   public:
     /// `null` is the text of null fields; without it they are those without a byte and without quotes. With `scan`
-    /// texts are read by the manager under that format, and are values if those print again as the text did, or if the
-    /// text is one in the type's own form. Throws CommandError for a format that the manager cannot take. The column
-    /// outlives the reader.
+    /// texts are read by the manager under that format. They are values if those print again as the text did, but for
+    /// case and zeros in front, or if the text is the same value in the type's own form: a format may round a number.
+    /// Throws CommandError for a format that the manager cannot take. The column outlives the reader.
     FieldReader(const Column& column, unsigned char format, const std::optional<std::string>& null,
                 const std::optional<std::string>& scan = std::nullopt);
 
