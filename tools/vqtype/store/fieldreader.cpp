@@ -261,11 +261,14 @@ bool FieldReader::ReadText(std::string_view text, Bytes& record) try {
 void FieldReader::Scan(const ValueArray& value, std::string_view text) const {
     if (column_.type == VqTypeId_VqString) {
         *static_cast<VqString*>(value.Data()) = MakeString(text, options_, place_);
-    } else if (text == nullText_ && !IsText(column_.type)) {
+    } else if (text != nullText_) {
+        value.Scan(0, text, options_, place_);
+    } else if (IsText(column_.type)) {
+        VqString string = ScannedText(column_.type, text, options_, place_);
+        Manager().ScanFromVqString(column_.type, value.Data(), string, nullptr, 1);
+    } else {
         throw CommandError("{}: {} is no {}: expected {}, or --null '{}' on the command line", place_, Echo(text),
                            TypeName(column_.type), TextRuleOf(column_.type).expected, nullText_);
-    } else {
-        value.Scan(0, text, options_, place_);
     }
 }
 

@@ -15,7 +15,7 @@ namespace store {
 namespace {
 
 // LMDB keeps the pages of a transaction in memory, and waits for the disk at its end.
-constexpr std::size_t BatchBytes = std::size_t{16} << 20;
+constexpr std::size_t BatchBytes = std::size_t{8} << 20;
 
 constexpr std::uint64_t RowsBetweenUpdates = 1024;
 
