@@ -121,7 +121,7 @@ TEST(Ground, TreesHaveAnOrder) {
     for (int row = 0; row < VqTypeCount; ++row) {
         const auto type = static_cast<VqTypeId>(row);
         if (!CanIndex(type)) continue;
-        for (unsigned round = 0; round < 60; ++round) {
+        for (unsigned round = 0; round < 30; ++round) {
             const unsigned char format = ByteOrders[round % 2];
             Keys keys(type, format, round);
             SCOPED_TRACE(TypeName(type) + (round % 2 ? ", big" : ", little"));
