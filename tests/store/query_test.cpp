@@ -166,7 +166,7 @@ VqString StringOf(const std::u16string& text, const TextOptions& options) {
 
 class RandomStore {
   public:
-    RandomStore(unsigned seed, unsigned rows) : texts_(seed), seed_(seed) {
+    RandomStore(unsigned seed, unsigned rows) : texts_(seed) {
         sample_.format = seed % 2 ? VqFormat_BigEndian : VqFormat_LittleEndian;
         sample_.ignored = static_cast<unsigned short>((seed / 2 % 4) << 5);
         const auto languages = Languages();
@@ -249,7 +249,6 @@ class RandomStore {
     }
 
     RandomTexts texts_;
-    unsigned seed_;
     Sample sample_;
     std::unique_ptr<Schema> schema_;
     std::vector<std::vector<Bytes>> columns_;
