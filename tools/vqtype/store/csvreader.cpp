@@ -152,7 +152,7 @@ CsvReader::~CsvReader() = default;
 // More bytes behind those that there are. Those in front of the row go.
 bool CsvReader::Fill() {
     if (isEnded_) return false;
-    std::memmove(buffer_.data(), buffer_.data() + rowStart_, filled_ - rowStart_);
+    if (rowStart_ != 0) std::memmove(buffer_.data(), buffer_.data() + rowStart_, filled_ - rowStart_);
     dropped_ += rowStart_;
     filled_ -= rowStart_;
     lineStart_ -= rowStart_;
