@@ -3,9 +3,13 @@
 #ifndef VQTYPE_STORE_KEYARENA_H
 #define VQTYPE_STORE_KEYARENA_H
 
+#include <sys/mman.h>
+
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <vector>
 
 #include "bytes.h"
@@ -56,15 +60,25 @@ class KeyArena {
     void Clear() { blocks_.clear(); }
 
   private:
-    static constexpr std::size_t BlockSize = std::size_t{1} << 18, MostBlocks = (std::size_t{1} << 32) / BlockSize;
+    static constexpr std::size_t BlockSize = std::size_t{1} << 21, MostBlocks = (std::size_t{1} << 32) / BlockSize;
     static constexpr std::size_t LengthSize = 2;
 
+    struct Free {
+        void operator()(unsigned char* bytes) const { std::free(bytes); }
+    };
     struct Block {
-        std::unique_ptr<unsigned char[]> bytes;
+        std::unique_ptr<unsigned char, Free> bytes;
         std::size_t used = 0;
     };
 
-    void StartBlock() { blocks_.push_back({std::make_unique_for_overwrite<unsigned char[]>(BlockSize)}); }
+    // A block is a large page, where the system has such: keys in order lie anywhere, and most of the time that it
+    // takes to get to one would be spent on finding its page.
+    void StartBlock() {
+        auto* const bytes = static_cast<unsigned char*>(std::aligned_alloc(BlockSize, BlockSize));
+        if (bytes == nullptr) throw std::bad_alloc();
+        blocks_.push_back({std::unique_ptr<unsigned char, Free>(bytes)});
+        ::madvise(bytes, BlockSize, MADV_HUGEPAGE);
+    }
     const unsigned char* At(Place place) const { return blocks_[place / BlockSize].bytes.get() + place % BlockSize; }
 
     std::vector<Block> blocks_;
