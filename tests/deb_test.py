@@ -61,7 +61,7 @@ class DebianPackages(TemporaryFolder):
         self.assertEqual({path.name for path in self.packages.values()}, names)
         runtime, development = control(self.packages["vqtm"]), control(self.packages["libvqtm-dev"])
         self.assertEqual(set(re.findall(r"([^\s,]+) \(>=", runtime["Depends"])),
-                         {"libc6", "libcsv3", "libgcc-s1", "liblmdb0", "libstdc++6"})
+                         {"libc6", "libcsv3", "libdeflate0", "libgcc-s1", "liblmdb0", "libstdc++6"})
         self.assertEqual(development["Depends"], f"vqtm (= {VERSION}-1)")
         for fields in runtime, development:
             self.assertEqual((fields["Version"], fields["Architecture"]), (f"{VERSION}-1", "amd64"))

@@ -1,6 +1,7 @@
 #include "record.h"
 
 #include <fmt/format.h>
+#include <libdeflate.h>
 
 #include <algorithm>
 #include <cstring>
@@ -71,6 +72,12 @@ std::uint64_t NumberOf(ByteView id, unsigned char format) {
 }
 
 // --- Checksums
+
+// Nothing at a null pointer would begin the checksum anew.
+std::uint32_t Checksum(ByteView first, ByteView second) {
+    const std::uint32_t checksum = first.empty() ? 0 : libdeflate_crc32(0, first.data(), first.size());
+    return second.empty() ? checksum : libdeflate_crc32(checksum, second.data(), second.size());
+}
 
 void SealBytes(Bytes& bytes, ByteView key) { AppendChecksum(bytes, Checksum(key, bytes)); }
 
