@@ -6,6 +6,7 @@
 #include <charconv>
 #include <utility>
 
+#include "datetime.h"
 #include "diskform.h"
 
 namespace {
@@ -21,10 +22,10 @@ Bytes ReadDateTime(const std::string& text) {
 }
 
 // Both halves, and where the time begins.
-std::pair<std::string, std::size_t> DateTimeText(Bytes disk) {
-    const ValueArray value(VqTypeId_VqDateTime, 1);
-    value.Load(disk, VqFormat_LittleEndian);
-    const std::string text = value.ExchangeText(0).value_or("");
+std::pair<std::string, std::size_t> DateTimeText(const Bytes& disk) {
+    VqDateTime value(VqDate(0, 0, 0), VqTime(0, 0, 0));  // the row would ask the clock
+    Manager().Load(VqTypeId_VqDateTime, &value, disk.data(), VqFormat_LittleEndian, 1);
+    const std::string text = ExchangeTextOf(VqTypeId_VqDateTime, &value).value_or("");
     return {text, text.find('T') + 1};
 }
 

@@ -35,6 +35,7 @@ bool IsLowSurrogate(char16_t unit) { return (unit & 0xFC00) == 0xDC00; }
 constexpr int PairLength = 4;
 
 void AppendUtf8(std::string& out, char32_t code) {
+    if (code < 0x80) return out.push_back(static_cast<char>(code));
     char bytes[PairLength];
     int length = PairLength;
     if (code <= 0xFFFF) {

@@ -91,6 +91,13 @@ bool CanConvertFrom(VqTypeId id) { return CanPrint(id) && Does(id, "convertFrom"
 
 bool CanSort(VqTypeId id) { return CanEncode(id) && Does(id, "compare"); }
 
+std::optional<std::string> ExchangeTextOf(VqTypeId id, void* value) {
+    const std::unique_ptr<VqTypeConvertData> record(Manager().ConvertTo(id, value, 1));
+    const VqString* text = record ? record->GetString(0) : nullptr;
+    if (!text || text->IsNullValue()) return std::nullopt;
+    return ToUtf8(*text);
+}
+
 ValueArray::ValueArray(VqTypeId id, unsigned long count)
     : id_(id), count_(count), values_(Manager().Create(id, count)) {}
 
@@ -135,13 +142,6 @@ void ValueArray::Read(unsigned long index, std::string_view text, const char* fo
     } else {
         TakeExchangeText(index, string);
     }
-}
-
-std::optional<std::string> ValueArray::ExchangeText(unsigned long index) const {
-    const std::unique_ptr<VqTypeConvertData> record(Manager().ConvertTo(id_, At(index), 1));
-    const VqString* text = record ? record->GetString(0) : nullptr;
-    if (!text || text->IsNullValue()) return std::nullopt;
-    return ToUtf8(*text);
 }
 
 void ValueArray::TakeExchangeText(unsigned long index, const VqString& text) const {

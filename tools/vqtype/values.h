@@ -38,6 +38,9 @@ bool CanSort(VqTypeId id);
 /// its text starting with `place`, for characters that those do not have.
 VqString ScannedText(VqTypeId id, std::string_view text, const TextOptions& options, const std::string& place);
 
+/// The text through which the value is converted, in UTF-8; none where that is the null string.
+std::optional<std::string> ExchangeTextOf(VqTypeId id, void* value);
+
 /// An array of values of one type; it owns them.
 class ValueArray {
   public:
@@ -84,8 +87,7 @@ class ValueArray {
     /// All values as one text under `format`, as Print takes it; strings in the code set of `options`.
     std::string PrintAll(const char* format, const TextOptions& options) const;
 
-    /// The text through which the value is converted, in UTF-8; none where that is the null string.
-    std::optional<std::string> ExchangeText(unsigned long index) const;
+    std::optional<std::string> ExchangeText(unsigned long index) const { return ExchangeTextOf(id_, At(index)); }
     /// Sets a value from such a text.
     void TakeExchangeText(unsigned long index, const VqString& text) const;
 
