@@ -79,7 +79,7 @@ class StoreDamage : public testing::Test {
         }
         EXPECT_EQ(LoadText(store, csv), "");
         Store made(store, Purpose::Write);
-        BuildIndexes(made, {0, 1}, false);
+        BuildIndexes(made, {0, 1});
         return store;
     }
 
@@ -262,7 +262,11 @@ const Change Changes[] = {
     {"the next record is 9, and there is a record 1000",
      [](Transaction& transaction) { PutEntry(transaction, NextEntry, "9"); }},
     {"index name: 7 cut keys are counted, and there are",
-     [](Transaction& transaction) { PutEntry(transaction, "index name", "cut-keys=7"); }},
+     [](Transaction& transaction) { PutEntry(transaction, "index name", "cut keys=7, nulls=0, no numbers=0"); }},
+    {"index size: 9 nulls are counted, and there are 77",
+     [](Transaction& transaction) { PutEntry(transaction, "index size", "cut keys=0, nulls=9, no numbers=0"); }},
+    {"entry \"index size\" is \"cut keys=0, nulls=77\"",
+     [](Transaction& transaction) { PutEntry(transaction, "index size", "cut keys=0, nulls=77"); }},
     {"entry \"store\" is not what was written",
      [](Transaction& transaction) { PutEntry(transaction, StoreEntry, "format-version=1", false); }},
     {"index size: its tree is missing",

@@ -321,8 +321,12 @@ TEST(Ground, MapsGrowAndDroppedChangesAreGone) {
         transaction.Commit();
     };
     Store store(name, Purpose::Write);
+    const auto readIndexes = [&store] {
+        Transaction transaction(store.Env(), Access::Read);
+        store.ReadIndexes(transaction);
+    };
     EXPECT_THROW(fill(store), MapFull);
-    store.ReadIndexes();
+    readIndexes();
     EXPECT_TRUE(store.Indexes().empty());
     EXPECT_EQ(store.NextNumber(Transaction(store.Env(), Access::Read)), 1u);
     store.Env().Grow();
@@ -331,11 +335,11 @@ TEST(Ground, MapsGrowAndDroppedChangesAreGone) {
     Transaction transaction(store.Env(), Access::Write);
     EXPECT_FALSE(transaction.Append(store.Records(), IdOf(80, store.Format()), large));
     EXPECT_TRUE(transaction.Append(store.Records(), IdOf(81, store.Format()), large));
-    store.SetCutKeys(transaction, *store.Indexes().begin(), 7);
+    store.SetCounts(transaction, *store.Indexes().begin(), {7, 8, 9});
     transaction.Commit();
-    store.ReadIndexes();
+    readIndexes();
     ASSERT_NE(store.FindIndex(1), nullptr);
-    EXPECT_EQ(store.FindIndex(1)->cutKeys, 7u);
+    EXPECT_EQ(*store.FindIndex(1), (KeyCounts{7, 8, 9}));
     EXPECT_EQ(store.FindIndex(0), nullptr);
 }
 

@@ -119,10 +119,11 @@ class IndexTrees : public testing::Test {
     }
 
     static std::string Dump(Store& store) {
-        const Transaction transaction(store.Env(), Access::Read);
+        Transaction transaction(store.Env(), Access::Read);
+        store.ReadIndexes(transaction);
         std::string dump;
         for (const Index& index : store.Indexes()) {
-            dump += fmt::format("\n{} cut\n", index.cutKeys);
+            dump += fmt::format("\n{}\n", index.Format());
             Cursor cursor(transaction, index.database);
             for (bool more = cursor.First(); more; more = cursor.Next())
                 dump.append(cursor.Key().begin(), cursor.Key().end()) += '\n';
@@ -143,15 +144,15 @@ const std::vector<std::size_t> AllColumns{0, 1, 2, 3};
 
 TEST_F(IndexTrees, AreTheSameByBatchesAndAtOnce) {
     Store& store = Made(VqFormat_BigEndian);
-    BuildIndexes(store, AllColumns, false);
+    BuildIndexes(store, AllColumns);
     EXPECT_EQ(store.Indexes().size(), AllColumns.size());
     AddBatches(store, 9, 700);
     const std::string byBatches = Dump(store);
     EXPECT_GT(store.FindIndex(0)->cutKeys, 0u);
     EXPECT_EQ(store.FindIndex(2)->cutKeys, 0u);
     for (const std::size_t memory : {SortMemory, std::size_t{1}}) {
-        BuildIndexes(store, {3, 0}, false, memory);
-        BuildIndexes(store, AllColumns, true, memory);
+        BuildIndexes(store, {3, 0}, memory);
+        BuildIndexes(store, {}, memory);
         EXPECT_TRUE(Dump(store) == byBatches) << memory;
     }
     EXPECT_TRUE(Dump(*std::make_unique<Store>(name_, Purpose::Read)) == byBatches);
@@ -159,7 +160,7 @@ TEST_F(IndexTrees, AreTheSameByBatchesAndAtOnce) {
 
 TEST_F(IndexTrees, StayAsTheyWereWhereARecordIsDamaged) {
     Store& store = Made(VqFormat_LittleEndian);
-    BuildIndexes(store, {0}, false);
+    BuildIndexes(store, {0});
     AddBatches(store, 1, 500);
     const std::string before = Dump(store);
     Transaction damage(store.Env(), Access::Write);
@@ -169,7 +170,7 @@ TEST_F(IndexTrees, StayAsTheyWereWhereARecordIsDamaged) {
     damage.Put(store.Records(), id, record);
     damage.Commit();
     try {
-        BuildIndexes(store, AllColumns, true);
+        BuildIndexes(store, AllColumns);
         ADD_FAILURE() << "indexes of a damaged record";
     } catch (const CommandError& error) {
         EXPECT_NE(std::string(error.what()).find("record 321"), std::string::npos) << error.what();

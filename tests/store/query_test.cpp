@@ -105,7 +105,7 @@ class Stored {
         transaction.Commit();
         std::vector<std::size_t> columns(store_->GetSchema().Count());
         std::iota(columns.begin(), columns.end(), std::size_t{0});
-        BuildIndexes(*store_, columns, false);
+        BuildIndexes(*store_, columns);
     }
     ~Stored() {
         store_.reset();

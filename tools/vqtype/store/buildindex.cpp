@@ -27,7 +27,8 @@ struct Keys {
 
     void Add(ByteView form, ByteView id) {
         key.clear();
-        cutKeys += maker.Append(key, form, id);
+        maker.Append(key, form, id);
+        counts.Count(key);
         sorter.Add(key);
     }
 
@@ -35,7 +36,7 @@ struct Keys {
     KeyMaker maker;
     KeySorter sorter;
     Bytes key;
-    std::uint64_t cutKeys = 0;
+    KeyCounts counts;
 };
 using AllKeys = std::vector<std::unique_ptr<Keys>>;
 
@@ -150,15 +151,19 @@ void WriteTree(Store& store, Transaction& transaction, Keys& keys) {
     });
 }
 
-void Build(Store& store, const std::vector<std::size_t>& columns, bool renew, std::size_t memory, KeySorter::Use use) {
+void Build(Store& store, std::vector<std::size_t> columns, std::size_t memory, KeySorter::Use use) {
     Transaction transaction(store.Env(), Access::Write);
+    store.ReadIndexes(transaction);
+    const bool areAll = columns.empty();
+    if (areAll) {
+        for (const Index& index : store.Indexes()) columns.push_back(index.column);
+    }
     AllKeys all;
     for (const std::size_t column : columns) all.push_back(std::make_unique<Keys>(store, column, use));
     if (!all.empty()) Collect(store, transaction, all, memory);
-    for (const auto& keys : all)
-        store.SetCutKeys(transaction, store.MakeIndex(transaction, keys->column), keys->cutKeys);
+    for (const auto& keys : all) store.SetCounts(transaction, store.MakeIndex(transaction, keys->column), keys->counts);
     SortEach(all, [&](Keys& keys) { WriteTree(store, transaction, keys); });
-    if (renew) store.Renew(transaction);
+    if (areAll) store.Renew(transaction);
     transaction.Commit();
 }
 
@@ -176,21 +181,16 @@ void MakeRoom(Store& store, std::size_t indexes) {
 
 }  // namespace
 
-void BuildIndexes(Store& store, const std::vector<std::size_t>& columns, bool renew, std::size_t memory) {
+void BuildIndexes(Store& store, const std::vector<std::size_t>& columns, std::size_t memory) {
     KeySorter::Use use = KeySorter::Use::Hints;
-    MakeRoom(store, columns.size());
+    MakeRoom(store, columns.empty() ? store.Indexes().size() : columns.size());
     for (;;) {
         try {
-            return Build(store, columns, renew, memory, use);
+            return Build(store, columns, memory, use);
         } catch (const MapFull&) {
-            store.ReadIndexes();
             store.Env().Grow();
         } catch (const OutOfOrder&) {
-            store.ReadIndexes();
             if (std::exchange(use, KeySorter::Use::Comparisons) == KeySorter::Use::Comparisons) throw;
-        } catch (...) {
-            store.ReadIndexes();
-            throw;
         }
     }
 }
@@ -205,7 +205,7 @@ void AddKeys(Store& store, Transaction& transaction, Index& index, const std::ve
         isBehind = isBehind && transaction.Append(index.database, key, {});
         if (!isBehind) transaction.Put(index.database, key, {});
     });
-    if (keys.cutKeys != 0) store.SetCutKeys(transaction, index, index.cutKeys + keys.cutKeys);
+    if (keys.counts != KeyCounts()) store.SetCounts(transaction, index, keys.counts += index);
 }
 
 }  // namespace store

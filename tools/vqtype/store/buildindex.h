@@ -12,11 +12,11 @@ namespace store {
 /// Bytes of memory that keys take while indexes are made, all together, before they go to the disk.
 constexpr std::size_t SortMemory = std::size_t{96} << 20;
 
-/// Makes the indexes on these columns anew, in one transaction. Takes a bounded amount of memory, whatever the number
-/// of records is: `memory` bytes for the keys, and what LMDB holds of its pages. `renew` writes the header as this
-/// library would: for when these are all indexes that there are. Throws CommandError, and the store is as it was,
+/// Makes the indexes on these columns anew, in one transaction. Without columns these are all indexes that there are,
+/// and the header is written as this library would. Takes a bounded amount of memory, whatever the number of records
+/// is: `memory` bytes for the keys, and what LMDB holds of its pages. Throws CommandError, and the store is as it was,
 /// where a record is damaged; the text names it.
-void BuildIndexes(Store& store, const std::vector<std::size_t>& columns, bool renew, std::size_t memory = SortMemory);
+void BuildIndexes(Store& store, const std::vector<std::size_t>& columns, std::size_t memory = SortMemory);
 
 /// Adds the keys of a batch's records to an index: `forms` holds the disk form of the index's column of each, `ids`
 /// their identifiers. They are sorted first, so that neighbours in the tree are written one after the other.

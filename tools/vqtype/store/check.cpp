@@ -60,12 +60,13 @@ class HeaderReader : public TreeVisitor {
         Report("entry {} is missing", Quoted(name));
         return std::nullopt;
     }
-    std::optional<std::uint64_t> TakeNumber(const std::string& name) {
+    // The same for what `parse` reads from the text.
+    template <class Parse>
+    auto Take(const std::string& name, Parse parse) {
         const std::optional<std::string> text = Take(name);
-        if (!text) return std::nullopt;
-        const std::optional<std::uint64_t> number = EntryNumber(*text);
-        if (!number) Report("entry {} is {}", Quoted(name), Echo(*text));
-        return number;
+        const auto value = text ? parse(*text) : std::nullopt;
+        if (text && !value) Report("entry {} is {}", Quoted(name), Echo(*text));
+        return value;
     }
     bool Has(const std::string& name) const { return entries_.count(name) != 0; }
     void ReportRest() {
@@ -257,7 +258,7 @@ class StoreCheck {
         RecordChecker records(header, result_.findings);
         Walk(tree, records);
         result_.records = records.Count();
-        const std::optional<std::uint64_t> next = entries.TakeNumber(NextEntry);
+        const std::optional<std::uint64_t> next = entries.Take(NextEntry, EntryNumber);
         if (!next || *next > records.Highest()) return;
         Report("header",
                fmt::format("header: the next record is {}, and there is a record {}", *next, records.Highest()));
@@ -269,20 +270,20 @@ class StoreCheck {
             const std::optional<PageTree> tree = TakeTree(name);
             if (!tree && !entries.Has(name)) continue;
             ++result_.indexes;
-            const std::optional<std::uint64_t> cutKeys = entries.TakeNumber(name);
+            const std::optional<KeyCounts> counts = entries.Take(name, KeyCounts::Parse);
             if (!tree) {
                 Report(name, name + ": its tree is missing");
             } else if (!CanIndex(header.schema[i].type)) {
                 Report(name, name + ": the column's values have no order");
                 WalkPages(*tree);
             } else {
-                CheckIndex(header, i, records, *tree, cutKeys);
+                CheckIndex(header, i, records, *tree, counts);
             }
         }
     }
 
     void CheckIndex(const Header& header, std::size_t column, const std::optional<PageTree>& records,
-                    const PageTree& tree, std::optional<std::uint64_t> cutKeys) {
+                    const PageTree& tree, const std::optional<KeyCounts>& counts) {
         ExpectedKeys expected(header, column, result_.records);
         if (records) {
             PageUse use = pages_->MakeUse();
@@ -291,7 +292,7 @@ class StoreCheck {
         expected.Finish();
         IndexChecker checker(header, column, expected, tree.name, result_.findings);
         Walk(tree, checker);
-        checker.Finish(cutKeys);
+        checker.Finish(counts);
     }
 
     const std::string name_;

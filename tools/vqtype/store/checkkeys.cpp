@@ -36,7 +36,8 @@ void ExpectedKeys::Entry(ByteView id, ByteView record) {
         return;
     }
     key_.clear();
-    if (maker_.Append(key_, forms_[column_], id)) ++cutKeys_;
+    maker_.Append(key_, forms_[column_], id);
+    counts_.Count(key_);
     keys_.push_back({number, Hash(key_)});
 }
 
@@ -70,9 +71,7 @@ ExpectedKeys::Match ExpectedKeys::Find(ByteView key) {
     return Match::Exact;
 }
 
-std::optional<std::uint64_t> ExpectedKeys::CutKeys() const {
-    return damaged_ == 0 ? std::optional(cutKeys_) : std::nullopt;
-}
+std::optional<KeyCounts> ExpectedKeys::Counts() const { return damaged_ == 0 ? std::optional(counts_) : std::nullopt; }
 
 // --- What the index holds
 
@@ -132,12 +131,14 @@ void IndexChecker::Entry(ByteView key, ByteView value) {
     }
 }
 
-void IndexChecker::Finish(std::optional<std::uint64_t> cutKeys) {
+void IndexChecker::Finish(const std::optional<KeyCounts>& counts) {
     expected_.ForEachMissing(
         [this](std::uint64_t number) { Report(fmt::format("the key of record {} is missing", number)); });
-    const std::optional<std::uint64_t> found = expected_.CutKeys();
-    if (cutKeys && found && *cutKeys != *found) {
-        Report(fmt::format("{} cut keys are counted, and there are {}", *cutKeys, *found));
+    const std::optional<KeyCounts> found = expected_.Counts();
+    if (!counts || !found) return;
+    for (const auto& [name, count] : KeyCountFields) {
+        if ((*counts).*count == (*found).*count) continue;
+        Report(fmt::format("{} {} are counted, and there are {}", (*counts).*count, name, (*found).*count));
     }
 }
 

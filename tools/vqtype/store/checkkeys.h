@@ -10,6 +10,7 @@
 
 #include "findings.h"
 #include "header.h"
+#include "keycounts.h"
 #include "pages.h"
 #include "treekey.h"
 
@@ -49,8 +50,8 @@ class ExpectedKeys : public TreeVisitor {
             if (keys_[i].hash != Damaged && !isFound_[i]) take(keys_[i].number);
         }
     }
-    /// How many keys are cut; none where records are damaged.
-    std::optional<std::uint64_t> CutKeys() const;
+    /// None where records are damaged.
+    std::optional<KeyCounts> Counts() const;
 
   private:
     struct Key {
@@ -67,7 +68,8 @@ class ExpectedKeys : public TreeVisitor {
     KeyMaker maker_;
     std::vector<Key> keys_;  // by number
     std::vector<bool> isFound_;
-    std::uint64_t cutKeys_ = 0, damaged_ = 0;
+    KeyCounts counts_;
+    std::uint64_t damaged_ = 0;
     std::vector<ByteView> forms_;
     Bytes key_;
 };
@@ -81,8 +83,8 @@ class IndexChecker : public TreeVisitor {
 
     void Separator(ByteView key) override;
     void Entry(ByteView key, ByteView value) override;
-    /// Reports what is missing, and the count of cut keys where it is not `cutKeys`.
-    void Finish(std::optional<std::uint64_t> cutKeys);
+    /// Reports what is missing, and each count of keys that is not as the header has it.
+    void Finish(const std::optional<KeyCounts>& counts);
 
   private:
     void Report(std::string text) { findings_.Add(part_, part_ + ": " + text); }

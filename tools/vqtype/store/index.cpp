@@ -11,30 +11,16 @@ namespace {
 
 using Columns = std::vector<std::size_t>;
 
-std::size_t FindColumn(const Schema& schema, const std::string& name) {
-    const std::size_t column = schema.Find(name, "COLUMN");
-    if (CanIndex(schema[column].type)) return column;
-    throw CommandError(
-        "COLUMN {}: {} has no order of its own, so that it cannot be indexed (`vqtype types` shows "
-        "which can)",
-        schema[column].name, TypeName(schema[column].type));
-}
-
-std::string WithoutBlanks(std::string name) {
-    std::erase_if(name, [](char c) { return c == ' '; });
-    return name;
-}
-
-// Names with commas between, in the schema's order.
+// In the schema's order.
 Columns ParseColumns(const Schema& schema, const std::string& names) {
-    Columns columns;
-    for (std::size_t start = 0; start <= names.size();) {
-        const std::size_t end = std::min(names.find(',', start), names.size());
-        columns.push_back(FindColumn(schema, WithoutBlanks(names.substr(start, end - start))));
-        start = end + 1;
+    Columns columns = ParseColumnList(schema, names, "COLUMNS");
+    for (const std::size_t column : columns) {
+        if (CanIndex(schema[column].type)) continue;
+        throw CommandError(
+            "COLUMNS: {}: {} has no order of its own, so that it cannot be indexed (`vqtype types` shows which can)",
+            schema[column].name, TypeName(schema[column].type));
     }
     std::sort(columns.begin(), columns.end());
-    columns.erase(std::unique(columns.begin(), columns.end()), columns.end());
     return columns;
 }
 
@@ -47,7 +33,7 @@ Columns IndexedColumns(const Store& store) {
 // --- What was made
 
 std::string Note(VqTypeId type, const char* done) {
-    return IsInByteOrder(type) ? std::string(done) + "; by raw bytes, so that it answers `is null` alone" : done;
+    return IsInByteOrder(type) ? std::string(done) + "; by raw bytes, so that it serves no comparison" : done;
 }
 
 void AddIndex(Table& table, Store& store, const Transaction& transaction, const Index& index, const char* done) {
@@ -60,7 +46,8 @@ void AddIndex(Table& table, Store& store, const Transaction& transaction, const 
 
 std::string Report(Store& store, const Columns& asked, const Columns& made, const char* done) {
     Table table{{"index"}, {"type"}, {"entries", true}, {"cut keys", true}, {"pages", true}, {""}};
-    const Transaction transaction(store.Env(), Access::Read);
+    Transaction transaction(store.Env(), Access::Read);
+    store.ReadIndexes(transaction);
     for (const std::size_t column : asked) {
         const bool isMade = std::find(made.begin(), made.end(), column) != made.end();
         AddIndex(table, store, transaction, *store.FindIndex(column), isMade ? done : "was there already");
@@ -78,25 +65,33 @@ void MakeMissing(const IndexOptions& options) {
     for (const std::size_t column : asked) {
         if (store.FindIndex(column) == nullptr) missing.push_back(column);
     }
-    if (!missing.empty()) BuildIndexes(store, missing, false);
+    if (!missing.empty()) BuildIndexes(store, missing);
     Write(Report(store, asked, missing, "made"));
 }
 
-Columns ColumnsToRebuild(const Store& store, const IndexOptions& options) {
-    if (options.columns.empty()) return IndexedColumns(store);
+// None for all.
+Columns ColumnsToRebuild(const Store& store, const std::string& names) {
+    if (names.empty()) return {};
     if (!store.Obstacles().empty()) {
-        throw CommandError("{}: {}; that concerns all indexes: --rebuild without COLUMNS", Printable(options.store),
+        throw CommandError("{}: {}; that concerns all indexes: --rebuild without COLUMNS", Printable(store.Name()),
                            store.Obstacles().front().reason);
     }
-    return ParseColumns(store.GetSchema(), options.columns);
+    const Columns columns = ParseColumns(store.GetSchema(), names);
+    for (const std::size_t column : columns) {
+        if (store.FindIndex(column)) continue;
+        throw CommandError("COLUMNS: {} has no index to rebuild; without --rebuild one is made",
+                           store.GetSchema()[column].name);
+    }
+    return columns;
 }
 
 void Rebuild(const IndexOptions& options) {
     Store store(options.store, Purpose::Repair);
-    const Columns columns = ColumnsToRebuild(store, options);
-    BuildIndexes(store, columns, options.columns.empty());
-    Write(columns.empty() ? fmt::format("{}: has no indexes\n", Printable(options.store))
-                          : Report(store, columns, columns, "made anew"));
+    const Columns asked = ColumnsToRebuild(store, options.columns);
+    BuildIndexes(store, asked);
+    const Columns made = asked.empty() ? IndexedColumns(store) : asked;
+    Write(made.empty() ? fmt::format("{}: has no indexes\n", Printable(options.store))
+                       : Report(store, made, made, "made anew"));
 }
 
 }  // namespace

@@ -19,16 +19,14 @@ constexpr const char* RecordsDatabase = "records";
 /// The database of a column's index, and its entry in the header.
 inline std::string IndexName(const Column& column) { return "index " + column.name; }
 
-/// Entries of the header: its text, the next number, and behind this word the count of an index' cut keys.
+/// Entries of the header: its text, and the next number. That of an index holds its KeyCounts.
 /// @{
 constexpr const char* StoreEntry = "store";
 constexpr const char* NextEntry = "next";
-constexpr std::string_view CutKeysField = "cut-keys=";
 /// @}
 
 /// The number that is the text of an entry; none where it is anything else.
 inline std::optional<std::uint64_t> EntryNumber(std::string_view text) {
-    if (text.substr(0, CutKeysField.size()) == CutKeysField) text.remove_prefix(CutKeysField.size());
     std::uint64_t number = 0;
     const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
     const bool isNumber = result.ec == std::errc() && result.ptr == text.data() + text.size();

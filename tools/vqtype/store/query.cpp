@@ -13,24 +13,11 @@ namespace store {
 
 namespace {
 
-constexpr const char* ColumnsOption = "--columns";
-
-std::string WithoutBlanks(std::string name) {
-    std::erase_if(name, [](char c) { return c == ' '; });
-    return name;
-}
-
 // The columns that are shown: those of a list of names, or all.
 std::vector<std::size_t> ColumnsShown(const Schema& schema, const std::string& names) {
+    if (!names.empty()) return ParseColumnList(schema, names, "--columns");
     std::vector<std::size_t> columns(schema.Count());
     std::iota(columns.begin(), columns.end(), std::size_t{0});
-    if (names.empty()) return columns;
-    columns.clear();
-    for (std::size_t at = 0; at <= names.size();) {
-        const std::size_t end = std::min(names.find(',', at), names.size());
-        columns.push_back(schema.Find(WithoutBlanks(names.substr(at, end - at)), ColumnsOption));
-        at = end + 1;
-    }
     return columns;
 }
 
@@ -65,7 +52,8 @@ void RunQuery(const QueryOptions& options) {
     const Query query = ParseQuery(options.query, store.GetSchema(), store.Format());
     const std::vector<std::size_t> columns = ColumnsShown(store.GetSchema(), options.columns);
     const RowStyle style = StyleOf(options);
-    const Transaction transaction(store.Env(), Access::Read);
+    Transaction transaction(store.Env(), Access::Read);
+    store.ReadIndexes(transaction);
     const Plan plan = MakePlan(store, transaction, query, options.noIndex);
     if (options.explain) WriteInFront(style, Explain(store, transaction, query, plan));
     const std::unique_ptr<RowWriter> rows = MakeRowWriter(style, store.GetHeader(), columns);

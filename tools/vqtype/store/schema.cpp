@@ -184,4 +184,21 @@ std::size_t Schema::Find(std::string_view name, const std::string& place) const 
     throw CommandError("{}: there is no column {}{}", place, Echo(name), nearest.Question());
 }
 
+std::vector<std::size_t> ParseColumnList(const Schema& schema, std::string_view names, const std::string& place) {
+    std::vector<std::size_t> columns;
+    for (;;) {
+        const std::size_t end = names.find(',');
+        std::string_view name = names.substr(0, end);
+        while (!name.empty() && IsBlank(name.front())) name.remove_prefix(1);
+        while (!name.empty() && IsBlank(name.back())) name.remove_suffix(1);
+        if (name.empty()) throw CommandError("{}: expected columns' names with commas between", place);
+        columns.push_back(schema.Find(name, place));
+        if (std::count(columns.begin(), columns.end(), columns.back()) > 1) {
+            throw CommandError("{}: column {} is there twice", place, schema[columns.back()].name);
+        }
+        if (end == names.npos) return columns;
+        names.remove_prefix(end + 1);
+    }
+}
+
 }  // namespace store

@@ -42,6 +42,10 @@ class Schema {
     std::vector<Column> columns_;
 };
 
+/// Reads names of columns with commas between, each found as Schema::Find does; blanks around a name do not count.
+/// Throws CommandError, its text starting with `place`, also where a name is missing or a column is there twice.
+std::vector<std::size_t> ParseColumnList(const Schema& schema, std::string_view names, const std::string& place);
+
 }  // namespace store
 
 #endif

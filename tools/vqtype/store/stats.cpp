@@ -78,6 +78,7 @@ IndexFacts FactsOf(const Store& store, const Transaction& transaction, const Ind
 
 Facts FactsOf(Store& store) {
     Transaction transaction(store.Env(), Access::Read);
+    store.ReadIndexes(transaction);
     MDB_envinfo map;
     store.Env().Check(mdb_env_info(store.Env().Handle(), &map), "looking at the map");
     Facts facts;

@@ -38,14 +38,14 @@ std::string RequireEntry(const Transaction& transaction, Database header, const 
                        Printable(transaction.Env().Name()), Echo(name));
 }
 
-std::uint64_t RequireNumber(const Transaction& transaction, Database header, const std::string& name) {
+// `parse` reads the text, and gives none where it cannot.
+template <class Parse>
+auto RequireEntry(const Transaction& transaction, Database header, const std::string& name, Parse parse) {
     const std::string text = RequireEntry(transaction, header, name);
-    if (const std::optional<std::uint64_t> number = EntryNumber(text)) return *number;
+    if (const auto value = parse(text)) return *value;
     throw CommandError("{}: the store's header is damaged: its entry {} is {}", Printable(transaction.Env().Name()),
                        Echo(name), Echo(text));
 }
-
-std::string CutKeysText(std::uint64_t count) { return fmt::format("{}{}", CutKeysField, count); }
 
 // --- What each purpose bears
 
@@ -114,7 +114,9 @@ Store::Store(const std::string& name, Purpose purpose) : environment_(name, Acce
     records_ = *records;
     transaction.Commit();
     try {
-        ReadIndexes();
+        Transaction indexes(environment_, Access::Read);
+        ReadIndexes(indexes);
+        indexes.Commit();
     } catch (const CommandError&) {
         if (purpose != Purpose::Export) throw;
     }
@@ -131,7 +133,7 @@ std::uint64_t Store::CountRecords(const Transaction& transaction) const {
 }
 
 std::uint64_t Store::NextNumber(const Transaction& transaction) const {
-    return RequireNumber(transaction, headerDatabase_, NextEntry);
+    return RequireEntry(transaction, headerDatabase_, NextEntry, EntryNumber);
 }
 
 void Store::SetNextNumber(Transaction& transaction, std::uint64_t number) {
@@ -146,15 +148,15 @@ Index& Store::MakeIndex(Transaction& transaction, std::size_t column) {
     const auto place = std::lower_bound(indexes_.begin(), indexes_.end(), column,
                                         [](const Index& index, std::size_t wanted) { return index.column < wanted; });
     const bool isThere = place != indexes_.end() && place->column == column;
-    Index& index = isThere ? *place : *indexes_.insert(place, {column, *database});
+    Index& index = isThere ? *place : *indexes_.insert(place, {{}, column, *database});
     index.database = *database;
-    SetCutKeys(transaction, index, 0);
+    SetCounts(transaction, index, {});
     return index;
 }
 
-void Store::SetCutKeys(Transaction& transaction, Index& index, std::uint64_t count) {
-    index.cutKeys = count;
-    WriteEntry(transaction, headerDatabase_, IndexName(GetSchema()[index.column]), CutKeysText(count));
+void Store::SetCounts(Transaction& transaction, Index& index, const KeyCounts& counts) {
+    static_cast<KeyCounts&>(index) = counts;
+    WriteEntry(transaction, headerDatabase_, IndexName(GetSchema()[index.column]), counts.Format());
 }
 
 void Store::Renew(Transaction& transaction) {
@@ -163,8 +165,7 @@ void Store::Renew(Transaction& transaction) {
     WriteEntry(transaction, headerDatabase_, StoreEntry, header_.Format());
 }
 
-void Store::ReadIndexes() {
-    Transaction transaction(environment_, Access::Read);
+void Store::ReadIndexes(Transaction& transaction) {
     std::vector<Index> indexes;
     for (std::size_t i = 0; i < GetSchema().Count(); ++i) {
         const Column& column = GetSchema()[i];
@@ -174,9 +175,8 @@ void Store::ReadIndexes() {
         if (!database) {
             throw CommandError("{}: the store is damaged: the index on {} is missing", Printable(Name()), column.name);
         }
-        indexes.push_back({i, *database, RequireNumber(transaction, headerDatabase_, name)});
+        indexes.push_back({RequireEntry(transaction, headerDatabase_, name, KeyCounts::Parse), i, *database});
     }
-    transaction.Commit();
     indexes_ = std::move(indexes);
 }
 

@@ -15,17 +15,17 @@
 #include <vector>
 
 #include "header.h"
+#include "keycounts.h"
 #include "lmdb.h"
 #include "record.h"
 #include "treekey.h"
 
 namespace store {
 
-/// An index on one column, as the header tells it. Its keys are counted by LMDB.
-struct Index {
+/// An index on one column, with what the header counts of its keys; all of them are counted by LMDB.
+struct Index : KeyCounts {
     std::size_t column;  ///< in the schema
     Database database;
-    std::uint64_t cutKeys = 0;  ///< how many keys are only the beginning of their values
 };
 
 /// How a store is opened.
@@ -54,26 +54,28 @@ class Store {
     const std::vector<Obstacle>& Obstacles() const { return obstacles_; }
 
     Database Records() const { return records_; }
-    /// In the order of the schema's columns, as they were when the store was opened or written last.
+    /// In the order of the schema's columns, as they were at the last call of ReadIndexes or change.
     const std::vector<Index>& Indexes() const { return indexes_; }
     std::vector<Index>& Indexes() { return indexes_; }
     /// The index on that column, or null.
     const Index* FindIndex(std::size_t column) const;
 
     std::uint64_t CountRecords(const Transaction& transaction) const;
+    /// Reads which indexes there are, and the counts of their keys, as that transaction sees them. It comes first in
+    /// every transaction that uses indexes: other programs make them, and add keys, at any time. Their databases are
+    /// open until the transaction is dropped or, where it is committed, from then on.
+    void ReadIndexes(Transaction& transaction);
     /// The number that the next new object gets, from 1.
     std::uint64_t NextNumber(const Transaction& transaction) const;
 
-    /// Within a transaction that writes; seen by others after its commit. Where a transaction is dropped or cannot be
-    /// committed, ReadIndexes brings this object back to what the file has.
+    /// Within a transaction that writes; seen by others after its commit.
     /// @{
     void SetNextNumber(Transaction& transaction, std::uint64_t number);
     /// An empty index on the column; one that is there already is emptied.
     Index& MakeIndex(Transaction& transaction, std::size_t column);
-    void SetCutKeys(Transaction& transaction, Index& index, std::uint64_t count);
+    void SetCounts(Transaction& transaction, Index& index, const KeyCounts& counts);
     /// The header as this library would write it now: all indexes have been rebuilt.
     void Renew(Transaction& transaction);
-    void ReadIndexes();
     /// @}
 
   private:

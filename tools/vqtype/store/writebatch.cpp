@@ -56,6 +56,7 @@ void WriteKeys(Store& store, Transaction& transaction, const Sealed& sealed) {
 
 void Write(Store& store, const Batch& batch) {
     Transaction transaction(store.Env(), Access::Write);
+    store.ReadIndexes(transaction);
     const std::uint64_t number = store.NextNumber(transaction);
     const Sealed sealed = Seal(batch, number, store.Format());
     WriteRecords(store, transaction, sealed);
@@ -71,11 +72,7 @@ void WriteBatch(Store& store, const Batch& batch) {
         try {
             return Write(store, batch);
         } catch (const MapFull&) {
-            store.ReadIndexes();
             store.Env().Grow();
-        } catch (const CommandError&) {
-            store.ReadIndexes();
-            throw;
         }
     }
 }
