@@ -8,7 +8,7 @@ namespace store {
 namespace {
 
 [[noreturn]] void Refuse() {
-    throw CommandError("this vqtype was built without the store, which stands on LMDB and libcsv");
+    throw CommandError("this vqtype was built without the store, which stands on LMDB, libcsv and libdeflate");
 }
 
 }  // namespace

@@ -110,14 +110,18 @@ Choices Columns(const Typed& typed) {
     return names;
 }
 
-// A query begins with a column, if not with the order.
+// A query begins with a column, if not with the order, whose columns have directions behind them.
 Choices QueryWords(const Typed& typed) {
-    Choices words = Columns(typed);
-    const Choices begin = {"order by", "limit"};
-    const Choices later = {"like", "not", "between", "and", "is", "null", "asc", "desc", "offset"};
-    words.insert(words.end(), begin.begin(), begin.end());
-    if (!typed.before.empty()) words.insert(words.end(), later.begin(), later.end());
-    return words;
+    const std::string before = Lowered(typed.before);
+    const std::size_t order = before.rfind(" by ");
+    if (order == before.npos) {
+        Choices words = Columns(typed);
+        words.insert(words.end(), {"order by", "limit"});
+        if (!before.empty()) words.insert(words.end(), {"like", "not", "between", "and", "is", "null", "offset"});
+        return words;
+    }
+    const bool isBehindColumn = before.size() > order + 4 && LastOf(before) != ',';
+    return isBehindColumn ? Choices{"asc", "desc", "limit", "offset"} : Columns(typed);
 }
 
 // COLUMN=, and behind it the format of the column's type.

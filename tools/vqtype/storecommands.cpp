@@ -41,7 +41,9 @@ void AddCreateCommand(CLI::App& group) {
     command.add_flag("--ignore-case", options->ignoreCase, "Queries do not distinguish case");
     command.add_flag("--ignore-accents", options->ignoreAccents, "Queries do not distinguish accents");
     command.footer(
-        "A schema is columns with commas between, each a name, ':' and a type of `vqtype types` that can be encoded. "
+        "A schema is columns with commas between, each a name, ':' and a type of `vqtype types` that can be encoded. A "
+        "name "
+        "is ASCII letters, digits and '_', and begins with no digit. "
         "The type of a string can have (language=L, codeset=C) behind it: a number, a name or an ISO 639 code of "
         "`vqtype languages`, by which it sorts, and a number or a name of `vqtype codesets`. Without them strings are "
         "Unicode and of no language.\n\n"
@@ -81,7 +83,8 @@ void AddLoadCommand(CLI::App& group) {
     command.footer(
         "The first line names the columns, in any sequence; those that it leaves out become null. Fields are quoted as "
         "usual: a quoted field may hold commas, line breaks, and quotes, each written twice. A field has at most 1 "
-        "MiB.\n\n"
+        "MiB. Under a format of --scan a text must print again as it is: a year has four digits, a day and a month "
+        "two.\n\n"
         "A row that does not fit is reported with its line, column and text, and with what was expected. It neither "
         "stops the load nor takes another row with it; the status is 2 in the end.\n\n"
         "Batches are there as a whole or not at all, and stay once they were reported, whatever happens to the "
@@ -132,7 +135,7 @@ void AddQueryCommand(CLI::App& group) {
         "\n"
         "A literal is a value's text as `vqtype encode` takes it, in single quotes (two for one inside) or, without "
         "blanks, as it is. Texts compare as the store was created to. Order is the library's exact one, in which null "
-        "is first.\n\n"
+        "is first. A column whose name is a word of the query, such as order, is written in double quotes.\n\n"
         "  $ vqtype store query places.db \"name like 'S*' and people >= 100000 order by name limit 20\"\n"
         "  $ vqtype store query places.db \"founded < 1300-01-01\" --explain");
 }
