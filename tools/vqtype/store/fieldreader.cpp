@@ -187,19 +187,6 @@ namespace {
 // Strings are values as they stand.
 bool IsText(VqTypeId id) { return RowFormat(id) == "%s"; }
 
-// A text that differs from another in nothing but case, and zeros in front of numbers, is the same in this form.
-std::string Plain(std::string_view text) {
-    std::string plain;
-    for (const char c : Lowered(text)) {
-        const bool follows = !plain.empty() && IsDigit(plain.back());
-        if (follows && IsDigit(c) && plain.back() == '0' && (plain.size() == 1 || !IsDigit(plain[plain.size() - 2]))) {
-            plain.pop_back();
-        }
-        plain += c;
-    }
-    return plain;
-}
-
 }  // namespace
 
 FieldReader::FieldReader(const Column& column, unsigned char format, const std::optional<std::string>& null,
@@ -224,7 +211,33 @@ FieldReader::FieldReader(const Column& column, unsigned char format, const std::
         nothing.SetNull(0);
         nullForm_ = nothing.Store(format);
     }
-    if (scan) scanFormat_ = MakeString(*scan, {VqString::GetDefault8CodeSet(), 0, false}, "--scan " + column.name);
+    if (!scan) return;
+    scanFormat_ = MakeString(*scan, {VqString::GetDefault8CodeSet(), 0, false}, "--scan " + column.name);
+    CheckFormat();
+}
+
+// A format that prints two values alike, but for one that rounds, shows none: a text like it would be one of them.
+void FieldReader::CheckFormat() const {
+    constexpr const char* pairs[][2] = {{"1", "0"},
+                                        {"2001-01-01", "2002-02-02"},
+                                        {"01:01:01", "02:02:02"},
+                                        {"2001-01-01T01:01:01", "2002-02-02T02:02:02"}};
+    const ValueArray one(column_.type, 1), other(column_.type, 1);
+    const auto isRead = [&](const auto& pair) {
+        try {
+            Scan(one, pair[0]);
+            Scan(other, pair[1]);
+            return true;
+        } catch (const CommandError&) {
+            return false;
+        }
+    };
+    if (std::none_of(std::begin(pairs), std::end(pairs), isRead)) return;
+    const char* const format = scanFormat_->StrGet();
+    if (one.Print(0, format) == other.Print(0, format)) {
+        throw CommandError("--scan {}={}: the format shows no value: different ones print as {}", column_.name,
+                           Printable(*scan_), Echo(one.Print(0, format)));
+    }
 }
 
 void FieldReader::Append(const ValueArray& value, Bytes& record) const {
@@ -255,12 +268,17 @@ bool FieldReader::ReadText(std::string_view text, Bytes& record) try {
     return true;
 } catch (const CommandError& error) {
     fault_ = error.what();
+    if (!fault_.starts_with(place_)) fault_ = place_ + ": " + fault_;
     return false;
 }
 
 void FieldReader::Scan(const ValueArray& value, std::string_view text) const {
     if (column_.type == VqTypeId_VqString) {
         *static_cast<VqString*>(value.Data()) = MakeString(text, options_, place_);
+    } else if (column_.type == VqTypeId_VqBoolean && text.starts_with("0x")) {
+        throw CommandError(
+            "{}: {} is no VqBoolean that has an order: expected TRUE (true, T, t, 1) or FALSE (false, F, f, 0)", place_,
+            Echo(text));
     } else if (text != nullText_) {
         value.Scan(0, text, options_, place_);
     } else if (IsText(column_.type)) {
@@ -283,7 +301,7 @@ void FieldReader::ScanUnder(const char* format, const ValueArray& value, std::st
 
 bool FieldReader::IsReadBack(const ValueArray& value, std::string_view text, std::string_view printed) const {
     if (value.IsNull(0) && !IsText(column_.type)) return false;
-    if (Plain(printed) == Plain(text)) return true;
+    if (EqualIgnoringCase(printed, text)) return true;
     try {
         const ValueArray own(column_.type, 1);
         Scan(own, text);

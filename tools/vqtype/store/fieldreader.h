@@ -23,9 +23,10 @@ namespace store {
 class FieldReader {
   public:
     /// `null` is the text of null fields; without it they are those without a byte and without quotes. With `scan`
-    /// texts are read by the manager under that format. They are values if those print again as the text did, but for
-    /// case and zeros in front, or if the text is the same value in the type's own form: a format may round a number.
-    /// Throws CommandError for a format that the manager cannot take. The column outlives the reader.
+    /// texts are read by the manager under that format. They are values if those print again as the text, but for case,
+    /// or if the text is the same value in the type's own form: a format may round a number. So a year has all its
+    /// digits. Truth values are true or false, as others have no order. Throws CommandError for a format under
+    /// which different values print alike. The column outlives the reader.
     FieldReader(const Column& column, unsigned char format, const std::optional<std::string>& null,
                 const std::optional<std::string>& scan = std::nullopt);
 
@@ -63,6 +64,7 @@ class FieldReader {
     void ScanUnder(const char* format, const ValueArray& value, std::string_view text) const;
     bool IsReadBack(const ValueArray& value, std::string_view text, std::string_view printed) const;
     void Append(const ValueArray& value, Bytes& record) const;
+    void CheckFormat() const;
 
     const Column& column_;
     TextOptions options_;

@@ -24,9 +24,13 @@ void Rejects::Add(std::string_view row, const std::string& fault) {
     if (file_) Keep(row);
 }
 
+void Rejects::Flush() {
+    if (file_) Check(std::fflush(file_.get()) == 0);
+}
+
 void Rejects::Finish() {
     if (count_ > ToldInFull) tell_(fmt::format("and {} more like these", count_ - ToldInFull));
-    if (file_) Check(std::fflush(file_.get()) == 0);
+    Flush();
 }
 
 // The last row of a file may lack its line break.

@@ -25,7 +25,9 @@ class Rejects {
     /// A row that did not fit: its bytes, and a line that tells where it is and what was expected. Throws CommandError
     /// where it cannot be kept.
     void Add(std::string_view row, const std::string& fault);
-    /// Tells how many were not told.
+    /// Hands what is kept to the system: it stays where the program is killed. Throws CommandError where that fails.
+    void Flush();
+    /// Tells how many were not told, and flushes.
     void Finish();
 
     std::uint64_t Count() const { return count_; }

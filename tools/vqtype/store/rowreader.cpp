@@ -15,7 +15,10 @@ Formats FormatsOf(const Schema& schema, const std::vector<std::string>& scans) {
     for (const std::string& scan : scans) {
         const std::size_t equals = scan.find('=');
         if (equals == scan.npos) throw CommandError("--scan {}: expected column=FORMAT", Echo(scan));
-        formats[schema.Find(scan.substr(0, equals), "--scan")] = scan.substr(equals + 1);
+        const std::size_t column = schema.Find(scan.substr(0, equals), "--scan");
+        if (!formats.emplace(column, scan.substr(equals + 1)).second) {
+            throw CommandError("--scan {}: the column {} has a format already", Echo(scan), schema[column].name);
+        }
     }
     return formats;
 }
