@@ -1,5 +1,8 @@
 #include <cstring>
 #include <filesystem>
+#include <iterator>
+#include <optional>
+#include <sstream>
 
 #include "../files.h"
 #include "../table.h"
@@ -19,10 +22,12 @@ struct TreeFacts {
     MDB_stat pages;
 };
 
+using Text = std::optional<std::string>;
+
 struct IndexFacts {
     std::string column;
     std::uint64_t entries = 0, cutKeys = 0, nulls = 0;
-    std::string first, last;  // values that are not null
+    Text first, last;  // of the values that are not null, where their records can be read
 };
 
 struct Facts {
@@ -45,15 +50,15 @@ std::uint64_t CountFreePages(const Transaction& transaction) {
 }
 
 // A value as the record of its key has it: a key can be less.
-std::string ValueOf(const Store& store, const Transaction& transaction, std::size_t column, ByteView key) {
+Text ValueOf(const Store& store, const Transaction& transaction, std::size_t column, ByteView key) {
     TreeKey parts;
-    if (!TreeKey::Read(key, parts)) return "damaged";
+    if (!TreeKey::Read(key, parts)) return std::nullopt;
     const std::optional<ByteView> record = transaction.Get(store.Records(), parts.id);
     std::vector<ByteView> forms;
-    if (!record || !RecordForm(store.GetSchema(), store.Format()).Check(parts.id, *record, forms).empty())
-        return "damaged";
-    const std::optional<std::string> text = ColumnText(store.GetSchema()[column], store.Format()).Of(forms[column]);
-    return text ? Echo(*text) : "damaged";
+    if (!record || !RecordForm(store.GetSchema(), store.Format()).Check(parts.id, *record, forms).empty()) {
+        return std::nullopt;
+    }
+    return ColumnText(store.GetSchema()[column], store.Format()).Of(forms[column]);
 }
 
 bool IsNullKey(ByteView key) {
@@ -66,9 +71,10 @@ IndexFacts FactsOf(const Store& store, const Transaction& transaction, const Ind
     facts.column = store.GetSchema()[index.column].name;
     facts.entries = transaction.Statistics(index.database).ms_entries;
     facts.cutKeys = index.cutKeys;
+    facts.nulls = index.nulls;
     Cursor cursor(transaction, index.database);
     bool isThere = cursor.First();
-    for (; isThere && IsNullKey(cursor.Key()); isThere = cursor.Next()) ++facts.nulls;
+    for (; isThere && IsNullKey(cursor.Key()); isThere = cursor.Next()) continue;
     if (!isThere) return facts;
     facts.first = ValueOf(store, transaction, index.column, cursor.Key());
     cursor.Last();
@@ -83,7 +89,8 @@ Facts FactsOf(Store& store) {
     store.Env().Check(mdb_env_info(store.Env().Handle(), &map), "looking at the map");
     Facts facts;
     facts.records = store.CountRecords(transaction);
-    facts.fileSize = std::filesystem::file_size(PathOf(store.Name()));
+    std::error_code ignored;
+    facts.fileSize = std::filesystem::file_size(PathOf(store.Name()), ignored);
     facts.mapSize = map.me_mapsize;
     facts.freePages = CountFreePages(transaction);
     const auto add = [&](const std::string& name, Database database) {
@@ -144,18 +151,20 @@ std::vector<std::pair<const char*, std::uint64_t>> NumberLines(const Facts& fact
             {"free pages", facts.freePages}};
 }
 
+std::string Shown(const Text& value) { return value ? Echo(*value) : "-"; }
+
 std::string Tables(const Store& store, const Facts& facts) {
-    Table values({{"FACT"}, {"VALUE"}});
+    Table values({{"fact"}, {"value"}});
     values.AddRow({"store", Printable(store.Name())});
     for (const auto& [name, number] : NumberLines(facts)) values.AddRow({name, fmt::to_string(number)});
     for (const Line& line : HeaderLines(store)) values.AddRow({line.first, line.second});
 
-    Table trees({{"DATABASE"},
-                 {"ENTRIES", true},
-                 {"DEPTH", true},
-                 {"BRANCH PAGES", true},
-                 {"LEAF PAGES", true},
-                 {"OVERFLOW PAGES", true}});
+    Table trees({{"database"},
+                 {"entries", true},
+                 {"depth", true},
+                 {"branch pages", true},
+                 {"leaf pages", true},
+                 {"overflow pages", true}});
     for (const TreeFacts& tree : facts.trees) {
         const MDB_stat& pages = tree.pages;
         trees.AddRow({tree.name, fmt::to_string(pages.ms_entries), fmt::to_string(pages.ms_depth),
@@ -164,38 +173,67 @@ std::string Tables(const Store& store, const Facts& facts) {
     }
     std::string text = values.Format() + '\n' + trees.Format();
     if (facts.indexes.empty()) return text;
-    Table indexes({{"INDEX"}, {"KEYS", true}, {"CUT", true}, {"NULLS", true}, {"FIRST"}, {"LAST"}});
+    Table indexes({{"index"}, {"keys", true}, {"cut", true}, {"nulls", true}, {"first"}, {"last"}});
     for (const IndexFacts& index : facts.indexes) {
         indexes.AddRow({index.column, fmt::to_string(index.entries), fmt::to_string(index.cutKeys),
-                        fmt::to_string(index.nulls), index.first, index.last});
+                        fmt::to_string(index.nulls), Shown(index.first), Shown(index.last)});
     }
     return text + '\n' + indexes.Format();
 }
 
 // --- Facts as JSON
 
-std::string Key(std::string name) {
-    for (char& c : name) c = c == ' ' ? '_' : c;
-    return Quoted(name);
+std::string JsonText(const Text& text) { return text ? Quoted(*text) : "null"; }
+
+// The list, of what `one` makes of each.
+template <class Items, class One>
+std::string JsonList(const Items& items, One one) {
+    std::string list;
+    for (const auto& item : items) list += (list.empty() ? "" : ",") + one(item);
+    return '[' + list + ']';
+}
+
+// Code points, and null for a wildcard that there is not.
+std::string JsonWildcards(const std::string& wildcards) {
+    std::istringstream text(wildcards);
+    const std::vector<std::string> words(std::istream_iterator<std::string>(text), {});
+    return JsonList(words, [](const std::string& word) { return JsonText(word == "-" ? Text() : word); });
+}
+
+std::string JsonLanguage(const CollationLanguage& one) {
+    return fmt::format(R"({{"language":{},"codeSet":{},"class":{}}})", one.language, one.codeSet, one.collationClass);
+}
+
+std::string JsonHeader(const Store& store) {
+    const Header& header = store.GetHeader();
+    return fmt::format(
+        R"("schema":{},"byteOrder":"{}","library":{},"orderVersion":"{:08x}","nativeCodeSet":{},"ignoreCase":{},)"
+        R"("ignoreAccents":{},"wildcards":{},"languages":{},"canBeUsed":{},"obstacles":{})",
+        Quoted(header.schema.Format()), header.format == VqFormat_BigEndian ? "big" : "little",
+        Quoted(header.libraryVersion), header.orderVersion, header.nativeCodeSet,
+        (header.defaultCmpOp & VqCmp_IgnoreCase) != 0, (header.defaultCmpOp & VqCmp_IgnoreAccents) != 0,
+        JsonWildcards(header.wildcards), JsonList(header.languages, JsonLanguage), store.Obstacles().empty(),
+        JsonList(store.Obstacles(), [](const Obstacle& obstacle) { return Quoted(obstacle.reason); }));
+}
+
+std::string JsonTree(const TreeFacts& tree) {
+    const MDB_stat& pages = tree.pages;
+    return fmt::format(R"({{"name":{},"entries":{},"depth":{},"branchPages":{},"leafPages":{},"overflowPages":{}}})",
+                       Quoted(tree.name), pages.ms_entries, pages.ms_depth, pages.ms_branch_pages, pages.ms_leaf_pages,
+                       pages.ms_overflow_pages);
+}
+
+std::string JsonIndex(const IndexFacts& index) {
+    return fmt::format(R"({{"column":{},"keys":{},"cut":{},"nulls":{},"first":{},"last":{}}})", Quoted(index.column),
+                       index.entries, index.cutKeys, index.nulls, JsonText(index.first), JsonText(index.last));
 }
 
 std::string Json(const Store& store, const Facts& facts) {
-    std::string text = "{\"store\":" + Quoted(Printable(store.Name()));
-    for (const auto& [name, number] : NumberLines(facts)) text += fmt::format(",{}:{}", Key(name), number);
-    for (const Line& line : HeaderLines(store)) text += fmt::format(",{}:{}", Key(line.first), Quoted(line.second));
-    std::string trees, indexes;
-    for (const TreeFacts& tree : facts.trees) {
-        trees += fmt::format(
-            "{}{{\"name\":{},\"entries\":{},\"depth\":{},\"branch_pages\":{},\"leaf_pages\":{},\"overflow_pages\":{}}}",
-            trees.empty() ? "" : ",", Quoted(tree.name), tree.pages.ms_entries, tree.pages.ms_depth,
-            tree.pages.ms_branch_pages, tree.pages.ms_leaf_pages, tree.pages.ms_overflow_pages);
-    }
-    for (const IndexFacts& index : facts.indexes) {
-        indexes += fmt::format("{}{{\"column\":{},\"keys\":{},\"cut\":{},\"nulls\":{},\"first\":{},\"last\":{}}}",
-                               indexes.empty() ? "" : ",", Quoted(index.column), index.entries, index.cutKeys,
-                               index.nulls, Quoted(index.first), Quoted(index.last));
-    }
-    return fmt::format("{},\"databases\":[{}],\"indexes\":[{}]}}\n", text, trees, indexes);
+    return fmt::format(
+        R"({{"store":{},"records":{},"fileSize":{},"mapSize":{},"pageSize":{},"freePages":{},{},"databases":{},)"
+        "\"indexes\":{}}}\n",
+        Quoted(Printable(store.Name())), facts.records, facts.fileSize, facts.mapSize, facts.pageSize, facts.freePages,
+        JsonHeader(store), JsonList(facts.trees, JsonTree), JsonList(facts.indexes, JsonIndex));
 }
 
 }  // namespace
