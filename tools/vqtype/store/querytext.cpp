@@ -34,6 +34,8 @@ std::string PlaceOf(std::size_t position) { return fmt::format("QUERY, position 
 
 constexpr std::string_view Blanks = " \t\r\n\f\v";
 constexpr std::string_view Symbols = "=<>!,()";
+constexpr std::string_view Numeric = "0123456789+-.";
+constexpr std::string_view WordEnds = " \t\r\n\f\v=<>!,()'\"";
 constexpr std::string_view LongSymbols[] = {"<=", ">=", "<>", "!="};
 constexpr std::string_view Reserved[] = {"and",   "or",    "not",    "like", "between", "is",  "null",
                                          "order", "limit", "offset", "by",   "asc",     "desc"};
@@ -49,7 +51,7 @@ class Reader {
         const char c = text_[at_];
         if (c == '\'' || c == '"') return Quote(c);
         if (Symbols.find(c) != Symbols.npos) return {Kind::Symbol, Take(SymbolLength()), token.position};
-        const std::size_t end = text_.find_first_of(std::string(Blanks) + std::string(Symbols) + "'\"", at_);
+        const std::size_t end = text_.find_first_of(WordEnds, at_);
         return {Kind::Word, Take(std::min(end, text_.size()) - at_), token.position};
     }
 
@@ -136,17 +138,24 @@ class Parser {
 
     [[noreturn]] void RefuseRest() const {
         if (token_.Is("or")) Refuse(token_, "`and`: conditions are joined by it alone; ask once for each case instead");
-        if (token_.Is("offset")) Refuse(token_, "`limit` in front of it");
-        if (!query_.limit)
-            Refuse(token_, query_.order.empty() ? "`and`, `order by`, `limit` or the end" : "`,`, `limit` or the end");
-        Refuse(token_, "the end");
+        if (token_.Is("offset") && !query_.limit) Refuse(token_, "`limit` in front of it");
+        Refuse(token_, rest_);
+    }
+
+    // What to tell of a word of the language that may be meant for the column of that name.
+    std::string Hint(std::string_view word) const {
+        const auto isIt = [&](const Column& column) { return EqualIgnoringCase(column.name, word); };
+        const bool is = std::any_of(schema_.Columns().begin(), schema_.Columns().end(), isIt);
+        return is ? fmt::format(" (the column is \"{}\", in double quotes)", word) : "";
     }
 
     std::size_t ParseColumn() {
         if (token_.IsSymbol("(")) Refuse(token_, "a column: there are no parentheses, conditions are joined by `and`");
         if (token_.Is("not")) Refuse(token_, "a column: `not` stands behind it, before `like` and `between`");
-        if (token_.kind == Kind::Literal) Refuse(token_, "a column: the literal stands on the right");
-        if (token_.kind != Kind::Name && (token_.kind != Kind::Word || IsReserved(token_))) Refuse(token_, "a column");
+        const bool isNumber = token_.kind == Kind::Word && Numeric.find(token_.text[0]) != Numeric.npos;
+        if (token_.kind == Kind::Literal || isNumber) Refuse(token_, "a column: the literal stands on the right");
+        if (token_.kind == Kind::Word && IsReserved(token_)) Refuse(token_, "a column" + Hint(token_.text));
+        if (token_.kind != Kind::Name && token_.kind != Kind::Word) Refuse(token_, "a column");
         const std::size_t column = schema_.Find(token_.text, PlaceOf(token_.position));
         Advance();
         if (token_.IsSymbol("(")) Refuse(token_, "a comparison: there are no functions");
@@ -260,12 +269,13 @@ class Parser {
     // --- Clauses
 
     void ParseOrder() {
-        Expect("by");
+        if (!Accept("by")) Refuse(token_, "`by`" + Hint("order"));
         do {
             const std::size_t position = token_.position, column = ParseColumn();
             RequireOrder(column, position);
             const bool isDescending = Accept("desc");
-            if (!isDescending) Accept("asc");
+            const bool isTold = isDescending || Accept("asc");
+            rest_ = isTold ? "`,`, `limit` or the end" : "`asc`, `desc`, `,`, `limit` or the end";
             query_.order.push_back({column, isDescending});
         } while (AcceptComma());
     }
@@ -277,16 +287,19 @@ class Parser {
     }
 
     void ParseLimit() {
-        query_.limit = ParseNumber();
-        if (Accept("offset")) query_.offset = ParseNumber();
+        query_.limit = ParseNumber("limit");
+        rest_ = "`offset` or the end";
+        if (!Accept("offset")) return;
+        query_.offset = ParseNumber("offset");
+        rest_ = "the end";
     }
 
-    std::uint64_t ParseNumber() {
+    std::uint64_t ParseNumber(std::string_view word) {
         std::uint64_t number = 0;
         const char* const end = token_.text.data() + token_.text.size();
         const auto result = std::from_chars(token_.text.data(), end, number);
         if (token_.kind != Kind::Word || result.ec != std::errc() || result.ptr != end) {
-            Refuse(token_, "a number of rows");
+            Refuse(token_, "a number of rows" + Hint(word));
         }
         Advance();
         return number;
@@ -296,6 +309,7 @@ class Parser {
     const Schema& schema_;
     const unsigned char format_;
     Token token_;
+    std::string_view rest_ = "`and`, `order by`, `limit` or the end";  // what may follow
     Query query_;
 };
 
