@@ -9,12 +9,13 @@ namespace store {
 namespace {
 
 using Length = std::uint32_t;
-constexpr std::size_t LeastDropped = 4096;
+constexpr std::size_t BytesKept = 4 << 20;
 
 }  // namespace
 
-RowSorter::RowSorter(const Header& header, const std::vector<OrderColumn>& order, std::uint64_t most)
-    : header_(header), order_(order), most_(most) {
+RowSorter::RowSorter(const Header& header, const std::vector<OrderColumn>& order, std::uint64_t most,
+                     std::size_t leastDropped)
+    : header_(header), order_(order), most_(most), leastDropped_(leastDropped) {
     for (const OrderColumn& column : order) {
         makers_.push_back(std::make_unique<KeyMaker>(header.schema[column.column], header.format));
     }
@@ -27,7 +28,8 @@ void RowSorter::Add(ByteView id, const std::vector<ByteView>& forms) {
     for (std::size_t i = 0; i < order_.size(); ++i) {
         AppendKey(i, forms[order_[i].column], i + 1 < order_.size() ? ByteView(None) : id);
     }
-    if (records_.size() / 2 >= most_ && records_.size() >= LeastDropped) DropLast();
+    const bool isMuch = records_.size() >= leastDropped_ || keys_.size() >= BytesKept;
+    if (isMuch && records_.size() / 2 >= most_) DropLast();
 }
 
 void RowSorter::AppendKey(std::size_t column, ByteView form, ByteView id) {

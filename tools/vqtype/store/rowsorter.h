@@ -18,8 +18,10 @@ namespace store {
 /// order outlive the sorter.
 class RowSorter {
   public:
-    /// Of more than `most` records only the first ones are kept.
-    RowSorter(const Header& header, const std::vector<OrderColumn>& order, std::uint64_t most);
+    /// Of more than `most` records only the first ones are kept. The others are dropped from time to time: once there
+    /// are twice as many, and at least `leastDropped` or some megabytes of keys.
+    RowSorter(const Header& header, const std::vector<OrderColumn>& order, std::uint64_t most,
+              std::size_t leastDropped = 4096);
 
     void Add(ByteView id, const std::vector<ByteView>& forms);
     /// The identifiers of the records that are kept, in order.
@@ -34,6 +36,7 @@ class RowSorter {
     const Header& header_;
     const std::vector<OrderColumn>& order_;
     const std::uint64_t most_;
+    const std::size_t leastDropped_;
     std::vector<std::unique_ptr<KeyMaker>> makers_;  // one for each column of the order
     Bytes keys_;                                     // of each record, one behind the other, their lengths in front
     std::vector<std::size_t> records_;               // where their keys begin
