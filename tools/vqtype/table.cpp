@@ -8,7 +8,7 @@
 namespace {
 
 std::string Padded(const std::string& cell, std::size_t width, bool right) {
-    const std::string blanks(width - DisplayWidth(cell), ' ');
+    const std::string blanks(width - std::min(width, DisplayWidth(cell)), ' ');
     return right ? blanks + cell : cell + blanks;
 }
 
@@ -25,21 +25,28 @@ std::vector<std::size_t> Table::Widths() const {
         widths.push_back(std::max(DisplayWidth(column.title), DisplayWidth(column.second ? column.second : "")));
     }
     for (const auto& row : rows_) {
-        for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], DisplayWidth(row[i]));
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            widths[i] = std::max(widths[i], std::min(DisplayWidth(row[i]), columns_[i].most));
+        }
     }
     return widths;
 }
 
 std::string Table::Format(unsigned indent) const {
-    const std::vector<std::size_t> widths = Widths();
     std::string out;
+    Format([&out](const std::string& line) { out += line; }, indent);
+    return out;
+}
+
+void Table::Format(const std::function<void(const std::string&)>& write, unsigned indent) const {
+    const std::vector<std::size_t> widths = Widths();
     const auto addLine = [&](auto cellAt) {
         std::string line(indent, ' ');
         for (std::size_t i = 0; i < columns_.size(); ++i) {
             line += (i ? "  " : "") + Padded(cellAt(i), widths[i], columns_[i].right);
         }
         line.erase(line.find_last_not_of(' ') + 1);
-        out += line + '\n';
+        write(line + '\n');
     };
     const auto dashes = [&](std::size_t i) { return std::string(widths[i], '-'); };
 
@@ -56,5 +63,4 @@ std::string Table::Format(unsigned indent) const {
             addLine([&](std::size_t i) { return row[i]; });
         }
     }
-    return out;
 }

@@ -3,7 +3,9 @@
 #ifndef VQTYPE_TABLE_H
 #define VQTYPE_TABLE_H
 
+#include <functional>
 #include <initializer_list>
+#include <limits>
 #include <string>
 #include <utility>
 #include <vector>
@@ -15,6 +17,8 @@ class Table {
         const char* title;
         bool right = false;            ///< numbers stand right-aligned
         const char* second = nullptr;  ///< stands under the title
+        /// A cell that is wider stands out of its column, which it does not widen.
+        std::size_t most = std::numeric_limits<std::size_t>::max();
     };
 
     Table(std::initializer_list<Column> columns) : columns_(columns) {}
@@ -27,6 +31,8 @@ class Table {
 
     /// The whole table with its titles, one line a row, without blanks at line ends. `indent` blanks precede each line.
     std::string Format(unsigned indent = 0) const;
+    /// The same, handed on line by line.
+    void Format(const std::function<void(const std::string&)>& write, unsigned indent = 0) const;
 
   private:
     std::vector<std::size_t> Widths() const;

@@ -1,5 +1,7 @@
 #include "csvfield.h"
 
+#include "../error.h"
+
 namespace store {
 
 namespace {
@@ -20,6 +22,11 @@ void AppendCsvField(std::string& line, std::string_view text) {
     line += '"';
     for (const char c : text) line.append(c == '"' ? 2 : 1, c);
     line += '"';
+}
+
+void RefuseNullAlone(std::string_view place, std::string_view column, std::string_view mending) {
+    throw CommandError("{}: column {}: a null alone would be a line without a byte, which is no row: {}", place, column,
+                       mending);
 }
 
 }  // namespace store

@@ -12,6 +12,10 @@ namespace store {
 /// could drop blanks at its ends, and where it is empty, as a field without quotes would be null.
 void AppendCsvField(std::string& line, std::string_view text);
 
+/// Throws CommandError, for a row of one column that is null: it would be a line without a byte, which no reader takes
+/// for a row. `place` is the beginning of the text, `mending` its end: what the user can do.
+[[noreturn]] void RefuseNullAlone(std::string_view place, std::string_view column, std::string_view mending);
+
 }  // namespace store
 
 #endif

@@ -78,8 +78,7 @@ class Dumper : public TreeVisitor {
         if (text) return AppendCsvField(lines_, *text);
         if (null_) return AppendCsvField(lines_, *null_);
         if (forms_.size() > 1) return;
-        throw CommandError("{}: column {}: a null alone would be a line without a byte, which is no row: give a --null",
-                           PlaceOf(id), name);
+        RefuseNullAlone(PlaceOf(id), name, "give a --null");
     }
 
     Store& store_;

@@ -18,17 +18,17 @@ using Visit = std::function<bool(ByteView id, const std::vector<ByteView>& forms
 
 class Search {
   public:
-    Search(const Store& store, const Transaction& transaction, const Query& query, Work& work)
+    Search(const Store& store, const Transaction& transaction, const Query& query, double mostCost, Work& work)
         : store_(store),
           transaction_(transaction),
           query_(query),
           work_(work),
-          form_(store.GetSchema(), store.Format()) {}
+          form_(store.GetSchema(), store.Format()),
+          mostCost_(mostCost) {}
 
     // Visits the records that the plan's way finds. True when nobody ended it.
     bool Run(const Candidate& way, const Visit& visit) {
-        if (!way.index) return ScanRecords(visit);
-        return way.range.isEmpty || ScanIndex(way, visit);
+        return way.index ? ScanIndex(way, visit) : ScanRecords(visit);
     }
 
     // Splits the record of that identifier and sees that it is what was written.
@@ -66,45 +66,42 @@ class Search {
 
     // Conditions on the index's column are put to its keys, where these are whole, before a record is read.
     bool ScanIndex(const Candidate& way, const Visit& visit) {
-        Filter ofKey(store_.GetHeader()), others(store_.GetHeader()), all(store_.GetHeader());
+        Filter ofKey(store_.GetHeader()), all(store_.GetHeader());
         for (const Condition& condition : query_.conditions) {
-            (condition.column == way.index->column ? ofKey : others).Add(condition);
+            if (condition.column == way.index->column) ofKey.Add(condition);
             all.Add(condition);
         }
-        std::vector<ByteView> forms;
-        return ScanKeys(way, [&](const TreeKey& key) {
-            const bool isWhole = !key.isCut && key.keyClass != KeyClass::Null;
-            if (isWhole && !ofKey.Selects(key.stored)) return true;
-            Read(key.id, forms);
-            return !(isWhole ? others : all).Selects(forms) || visit(key.id, forms);
-        });
-    }
-
-    bool ScanKeys(const Candidate& way, const std::function<bool(const TreeKey&)>& take) {
-        const VqTypeId type = store_.GetSchema()[way.index->column].type;
-        const Bytes low = ScanEnd(way.range.low.keyClass, way.range.low.stored, End::Below);
-        const Bytes high = ScanEnd(way.range.high.keyClass, way.range.high.stored, End::Above);
         const bool isBackward = !query_.order.empty() && way.isOrdered && query_.order[0].isDescending;
-        const auto isInside = [&](ByteView key) {
-            return isBackward ? CompareTreeKeys(type, store_.Format(), low, key) < 0
-                              : CompareTreeKeys(type, store_.Format(), key, high) < 0;
-        };
-        Cursor cursor(transaction_, way.index->database);
-        bool is = isBackward ? GoToLast(cursor, high) : cursor.Seek(low);
-        for (; is && isInside(cursor.Key()); is = isBackward ? cursor.Previous() : cursor.Next()) {
+        RangeCursor cursor(store_, transaction_, *way.index, way.range, isBackward);
+        std::vector<ByteView> forms;
+        while (cursor.Next()) {
             ++work_.keysScanned;
-            TreeKey key;
-            if (!TreeKey::Read(cursor.Key(), key)) {
-                throw CommandError("{}: the index on {} has a key that is none; `vqtype store check` lists all damage",
-                                   Printable(store_.Name()), store_.GetSchema()[way.index->column].name);
-            }
-            if (!take(key)) return false;
+            work_.gaveUp = IsTooDear();
+            if (work_.gaveUp) return false;
+            const TreeKey key = KeyAt(cursor, *way.index);
+            if (!key.isCut && key.keyClass != KeyClass::Null && !ofKey.Selects(key.stored)) continue;
+            Read(key.id, forms);
+            if (all.Selects(forms) && !visit(key.id, forms)) return false;
         }
         return true;
     }
 
-    static bool GoToLast(Cursor& cursor, const Bytes& high) {
-        return cursor.Seek(high) ? cursor.Previous() : cursor.Last();
+    bool IsTooDear() const {
+        const double cost =
+            static_cast<double>(work_.keysScanned) * CostOfKey + static_cast<double>(work_.recordsRead) * CostOfRecord;
+        return work_.rows == 0 && cost > mostCost_;
+    }
+
+    TreeKey KeyAt(const RangeCursor& cursor, const Index& index) const {
+        const Column& column = store_.GetSchema()[index.column];
+        TreeKey key;
+        bool is = TreeKey::Read(cursor.Key(), key);
+        if (is && key.keyClass != KeyClass::Null && Manager().IsFixed(column.type)) {
+            is = key.stored.size() == Manager().DiskLenGet(column.type, nullptr, store_.Format(), 1, VqFormat_Memory);
+        }
+        if (is) return key;
+        throw CommandError("{}: the index on {} has a key that is none; `vqtype store check` lists all damage",
+                           Printable(store_.Name()), column.name);
     }
 
     const Store& store_;
@@ -112,6 +109,7 @@ class Search {
     const Query& query_;
     Work& work_;
     RecordForm form_;
+    const double mostCost_;
 };
 
 std::uint64_t RowsNeeded(const Query& query) {
@@ -140,6 +138,7 @@ void RunSorted(Search& search, const Store& store, const Query& query, const Can
         sorter.Add(id, forms);
         return true;
     });
+    if (work.gaveUp && way.index) return;
     const std::vector<Id> ids = sorter.Sorted();
     std::vector<ByteView> forms;
     for (std::size_t i = std::min<std::uint64_t>(query.offset, ids.size()); i < ids.size(); ++i) {
@@ -154,13 +153,13 @@ void RunSorted(Search& search, const Store& store, const Query& query, const Can
 Work Execute(const Store& store, const Transaction& transaction, const Query& query, const Plan& plan,
              const RowSink& sink) {
     Work work;
-    Search search(store, transaction, query, work);
-    const Candidate& way = plan.Chosen();
-    if (way.isOrdered) {
-        RunInOrder(search, query, way, sink, work);
-    } else {
+    Search search(store, transaction, query, plan.mostCost, work);
+    const auto run = [&](const Candidate& way) {
+        if (way.isOrdered) return RunInOrder(search, query, way, sink, work);
         RunSorted(search, store, query, way, sink, work);
-    }
+    };
+    run(plan.Chosen());
+    if (work.gaveUp) run(plan.candidates[0]);
     return work;
 }
 
@@ -174,7 +173,7 @@ std::vector<std::uint64_t> CountTruly(const Store& store, const Transaction& tra
     std::vector<std::uint64_t> counts(sets.size());
     Work work;
     Query all;
-    Search(store, transaction, all, work).Run({}, [&](ByteView, const std::vector<ByteView>& forms) {
+    Search(store, transaction, all, 0, work).Run({}, [&](ByteView, const std::vector<ByteView>& forms) {
         for (std::size_t i = 0; i < filters.size(); ++i) counts[i] += filters[i].Selects(forms);
         return true;
     });

@@ -11,12 +11,12 @@
 
 namespace store {
 
-/// A plan, and how many records are truly in the range of each of its candidates.
+/// A plan, and how many records the conditions of each of its candidates truly select, and all conditions together.
 struct Explanation {
     const Store& store;
     const Query& query;
     const Plan& plan;
-    std::vector<std::uint64_t> trueRows;
+    std::vector<std::uint64_t> trueRows;  ///< as many as candidates, and that of the whole query
 };
 
 /// Explains a plan; reads every record once, to count.
@@ -27,6 +27,8 @@ std::string FormatPlan(const Explanation& explanation);
 /// The same as a JSON object.
 std::string FormatPlanAsJson(const Explanation& explanation);
 
+/// "1 row", "2 rows".
+std::string Counted(std::uint64_t count, const char* one);
 /// One line: what the execution took.
 std::string FormatWork(const Work& work);
 std::string FormatWorkAsJson(const Work& work);

@@ -110,6 +110,8 @@ class Cursor {
     bool Previous() { return Move(MDB_PREV); }
     /// To the first key that is not below `key` in the database's order.
     bool Seek(ByteView key);
+    /// To the last key that is below `key`.
+    bool SeekBefore(ByteView key) { return Seek(key) ? Previous() : Last(); }
 
     ByteView Key() const { return key_; }
     ByteView Value() const { return value_; }

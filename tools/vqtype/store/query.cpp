@@ -26,7 +26,7 @@ RowStyle StyleOf(const QueryOptions& options) {
 }
 
 std::string CountText(const Work& work, const Query& query) {
-    std::string text = fmt::format("{} {}", work.rows, work.rows == 1 ? "row" : "rows");
+    std::string text = Counted(work.rows, "row");
     if (work.selected && *work.selected != work.rows) return text + fmt::format(" of {}", *work.selected);
     const bool isAtLimit = query.limit && work.rows == *query.limit && !work.selected;
     return text + (isAtLimit ? ", which is the limit; how many more there are was not counted" : "");

@@ -1,6 +1,7 @@
 #include "range.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "../keys.h"
 #include "vqtypevl.h"
@@ -40,32 +41,6 @@ unsigned short OperatorsOf(Test test) {
 
 // --- Contents
 
-constexpr double MostCounted = 5000;
-
-// Nulls, as their keys go by the objects' identifiers.
-double CountNulls(const Store& store, const Transaction& transaction, const Index& index, double objects) {
-    Cursor cursor(transaction, index.database);
-    double count = 0;
-    TreeKey key;
-    for (bool is = cursor.First(); is && TreeKey::Read(cursor.Key(), key) && key.keyClass == KeyClass::Null;
-         is = cursor.Next()) {
-        if (++count < MostCounted) continue;
-        const auto number = static_cast<double>(NumberOf(key.id, store.Format()));
-        return std::max(count, count * objects / std::max(number, 1.0));
-    }
-    return count;
-}
-
-double CountNoNumbers(const Transaction& transaction, const Index& index) {
-    Cursor cursor(transaction, index.database);
-    double count = 0;
-    for (bool is = cursor.Seek(ScanEnd(KeyClass::NoNumber, {}, End::Below)); is && count < MostCounted;
-         is = cursor.Next()) {
-        ++count;
-    }
-    return count;
-}
-
 Bytes ValueAt(const Cursor& cursor) {
     TreeKey key;
     const bool isValue = TreeKey::Read(cursor.Key(), key) && key.keyClass == KeyClass::Value;
@@ -96,17 +71,38 @@ std::optional<Bytes> BeginningPattern(const Bytes& stored, unsigned char format)
 
 }  // namespace
 
-IndexContents LookAt(const Store& store, const Transaction& transaction, const Index& index, std::uint64_t records) {
+IndexContents LookAt(const Transaction& transaction, const Index& index) {
     IndexContents contents;
     contents.keys = static_cast<double>(transaction.Statistics(index.database).ms_entries);
-    const auto objects = static_cast<double>(std::max(records, store.NextNumber(transaction)));
-    contents.nulls = std::min(contents.keys, CountNulls(store, transaction, index, objects));
-    contents.noNumbers = std::min(contents.keys - contents.nulls, CountNoNumbers(transaction, index));
+    contents.nulls = static_cast<double>(index.nulls);
+    contents.noNumbers = static_cast<double>(index.noNumbers);
     Cursor cursor(transaction, index.database);
     if (cursor.Seek(ScanEnd(KeyClass::Value, {}, End::Below))) contents.first = ValueAt(cursor);
-    const bool hasLast = cursor.Seek(ScanEnd(KeyClass::Value, {}, End::Above)) ? cursor.Previous() : cursor.Last();
-    if (hasLast) contents.last = ValueAt(cursor);
+    if (cursor.SeekBefore(ScanEnd(KeyClass::Value, {}, End::Above))) contents.last = ValueAt(cursor);
     return contents;
+}
+
+RangeCursor::RangeCursor(const Store& store, const Transaction& transaction, const Index& index, const Range& range,
+                         bool isBackward)
+    : type_(store.GetSchema()[index.column].type),
+      format_(store.Format()),
+      low_(ScanEnd(range.low.keyClass, range.low.stored, End::Below)),
+      high_(ScanEnd(range.high.keyClass, range.high.stored, End::Above)),
+      cursor_(transaction, index.database),
+      isBackward_(isBackward),
+      isEmpty_(range.isEmpty) {}
+
+bool RangeCursor::Next() {
+    if (isEmpty_) return false;
+    const bool isFirst = !std::exchange(isBegun_, true);
+    const bool is = isBackward_ ? (isFirst ? cursor_.SeekBefore(high_) : cursor_.Previous())
+                                : (isFirst ? cursor_.Seek(low_) : cursor_.Next());
+    return is && IsInside();
+}
+
+bool RangeCursor::IsInside() const {
+    return isBackward_ ? CompareTreeKeys(type_, format_, low_, cursor_.Key()) < 0
+                       : CompareTreeKeys(type_, format_, cursor_.Key(), high_) < 0;
 }
 
 bool CanNarrow(const Schema& schema, const Condition& condition) {
@@ -160,12 +156,8 @@ void Selection::NarrowToValues(const Condition& condition) {
     const unsigned short operators = OperatorsOf(condition.test);
     const Bound bound = NeedsWidening(condition) ? AskWidened(condition, operators) : Ask(condition.literal, operators);
     RangeEnd low{KeyClass::Value, {}, "the first value"}, high{KeyClass::Value, {}, "the last value"};
-    if (bound.low) low = {KeyClass::Value, *bound.low, Describe(*bound.low)};
-    if (bound.high) {
-        // A high key that goes on behind the low one stands for all that begins so.
-        const bool goesOn = bound.low && *bound.low != *bound.high;
-        high = {KeyClass::Value, *bound.high, goesOn ? low.text + "\u2026" : Describe(*bound.high)};
-    }
+    if (bound.low) low = {KeyClass::Value, *bound.low, DescribeEnd(bound.literal, false)};
+    if (bound.high) high = {KeyClass::Value, *bound.high, DescribeEnd(bound.literal, true)};
     Narrow(std::move(low), std::move(high));
     double& least = (operators & VqOperator_Greater) ? above_ : (operators & VqOperator_Less) ? below_ : point_;
     least = std::min(least, bound.estimate);
@@ -180,11 +172,16 @@ Selection::Bound Selection::Ask(const Bytes& literal, unsigned short operators) 
     const float estimate = Manager().EvalAndBound(type_, isKnown ? &index : nullptr, operators, literal.data(), format_,
                                                   1, &scan, nullptr);
     return {static_cast<double>(estimate), BytesOf(scan.lowKey, scan.lowKeyLength),
-            BytesOf(scan.highKey, scan.highKeyLength)};
+            BytesOf(scan.highKey, scan.highKeyLength), literal};
 }
 
+// A text of few characters has its place in front of, or behind, what is cut of longer ones.
 bool Selection::NeedsWidening(const Condition& condition) const {
-    return index_.cutKeys != 0 || condition.literal.size() > VqINDEX_MAX_KEYLEN;
+    if (index_.cutKeys == 0 && condition.literal.size() <= VqINDEX_MAX_KEYLEN) return false;
+    if (type_ != VqTypeId_VqString) return true;
+    const ValueArray text(type_, 1);
+    Manager().Load(type_, text.Data(), condition.literal.data(), format_, 1);
+    return static_cast<const VqString*>(text.Data())->Len() >= CharactersCompared;
 }
 
 // Ends that find the cut keys of what is selected, too. Cut blobs keep their place among each other; a text that is cut
@@ -196,6 +193,7 @@ Selection::Bound Selection::AskWidened(const Condition& condition, unsigned shor
         const Bound wide = pattern ? Ask(*pattern, VqOperator_Equal) : Bound();
         if (bound.low) bound.low = wide.low;
         if (bound.high) bound.high = wide.high;
+        bound.literal = wide.literal;
     } else if (bound.low) {
         Bytes cut;
         KeyMaker(schema_[index_.column], format_).AppendCut(cut, *bound.low, VqINDEX_MAX_KEYLEN);
@@ -224,6 +222,14 @@ void Selection::Narrow(RangeEnd low, RangeEnd high) {
     if (isTighter(low, range_.low, true)) range_.low = std::move(low);
     if (isTighter(high, range_.high, false)) range_.high = std::move(high);
     range_.isEmpty = range_.isEmpty || isBelow(range_.high, range_.low);
+}
+
+// A high key of a pattern is filled up behind what its texts begin with: the low one tells that.
+std::string Selection::DescribeEnd(const Bytes& literal, bool isHigh) const {
+    const Bound whole = Ask(literal, VqOperator_Equal);
+    if (!whole.low) return Describe(literal);
+    const bool goesOn = isHigh && whole.high && *whole.low != *whole.high;
+    return (goesOn ? "all that begins with " : "") + Describe(*whole.low);
 }
 
 std::string Selection::Describe(const Bytes& stored) const {

@@ -29,15 +29,34 @@ struct Range {
 
 /// What an index holds.
 struct IndexContents {
-    double keys = 0, nulls = 0, noNumbers = 0;  ///< nulls and numbers that are none: counted, or estimated where many
-    Bytes first, last;                          ///< stored keys of the first and the last value; empty without values
+    double keys = 0, nulls = 0, noNumbers = 0;
+    Bytes first, last;  ///< stored keys of the first and the last value; empty without values
 
     double Values() const { return keys - nulls - noNumbers; }
 };
 
-/// Looks at both ends of an index. Of many nulls only the first ones are counted, and how close their objects' numbers
-/// are to each other tells of the others. `records` is the number of all records.
-IndexContents LookAt(const Store& store, const Transaction& transaction, const Index& index, std::uint64_t records);
+/// Looks at both ends of the values of an index.
+IndexContents LookAt(const Transaction& transaction, const Index& index);
+
+/// The keys of an index that are in a range, in the tree's order or, backward, from the last one on.
+class RangeCursor {
+  public:
+    RangeCursor(const Store& store, const Transaction& transaction, const Index& index, const Range& range,
+                bool isBackward = false);
+
+    /// To the next key, at first to the first one. False where there is none.
+    bool Next();
+    ByteView Key() const { return cursor_.Key(); }
+
+  private:
+    bool IsInside() const;
+
+    VqTypeId type_;
+    unsigned char format_;
+    Bytes low_, high_;
+    Cursor cursor_;
+    bool isBackward_, isEmpty_, isBegun_ = false;
+};
 
 /// True for a condition that an index on its column can narrow.
 bool CanNarrow(const Schema& schema, const Condition& condition);
@@ -61,6 +80,7 @@ class Selection {
     struct Bound {
         double estimate = 0;
         std::optional<Bytes> low, high;
+        Bytes literal = {};  // of which they are the ends
     };
 
     Bound Ask(const Bytes& literal, unsigned short operators) const;
@@ -70,6 +90,7 @@ class Selection {
     void Narrow(RangeEnd low, RangeEnd high);
     void NarrowToValues(const Condition& condition);
     std::string Describe(const Bytes& stored) const;
+    std::string DescribeEnd(const Bytes& literal, bool isHigh) const;
 
     const Schema& schema_;
     const Index& index_;

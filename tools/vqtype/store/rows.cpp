@@ -54,18 +54,24 @@ ColumnsShown MakeColumns(const Header& header, const std::vector<std::size_t>& c
 
 // --- Table
 
-constexpr std::size_t RowsOfTable = 10000;
+// Of the rows of a table, which are held to be laid out; and the width up to which a cell widens its column.
+constexpr std::size_t TableBytes = 4 << 20, MostWidth = 64;
+
+std::string CellText(const std::optional<std::string>& text) {
+    if (!text) return "-";
+    return *text == "-" ? Quoted(*text) : Printable(*text);
+}
 
 class TableWriter : public RowWriter {
   public:
     explicit TableWriter(ColumnsShown columns) : columns_(std::move(columns)) {}
 
     void Add(const std::vector<ByteView>& forms) override {
-        if (rows_.size() == RowsOfTable) WriteTable();
+        if (bytes_ >= TableBytes) WriteTable();
         std::vector<std::string> cells;
         for (ColumnShown& column : columns_) {
-            const std::optional<std::string> text = column.Of(forms);
-            cells.push_back(text ? Printable(*text) : "-");
+            cells.push_back(CellText(column.Of(forms)));
+            bytes_ += sizeof(std::string) + cells.back().size();
         }
         rows_.push_back(std::move(cells));
     }
@@ -78,17 +84,20 @@ class TableWriter : public RowWriter {
     void WriteTable() {
         std::vector<Table::Column> titles;
         for (ColumnShown& column : columns_) {
-            titles.push_back({column.name.c_str(), column.isNumber, column.type.c_str()});
+            titles.push_back({column.name.c_str(), column.isNumber, column.type.c_str(), MostWidth});
         }
         Table table(std::move(titles));
         for (std::vector<std::string>& row : rows_) table.AddRow(std::move(row));
-        Write((isBegun_ ? "\n" : "") + table.Format());
+        if (isBegun_) Write("\n");
+        table.Format([](const std::string& line) { Write(line); });
         isBegun_ = true;
         rows_.clear();
+        bytes_ = 0;
     }
 
     ColumnsShown columns_;
     std::vector<std::vector<std::string>> rows_;
+    std::size_t bytes_ = 0;
     bool isBegun_ = false;
 };
 
@@ -169,7 +178,9 @@ class CsvWriter : public StreamWriter {
         for (ColumnShown& column : columns_) {
             text += separator;
             separator = ",";
-            if (const std::optional<std::string> value = column.Of(forms)) AppendCsvField(text, *value);
+            const std::optional<std::string> value = column.Of(forms);
+            if (!value && columns_.size() == 1) RefuseNullAlone("--csv", column.name, "show another column with it");
+            if (value) AppendCsvField(text, *value);
         }
         text += '\n';
     }

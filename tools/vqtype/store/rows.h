@@ -13,9 +13,9 @@
 namespace store {
 
 enum class RowStyle {
-    Table,  ///< names, types, rows; laid out ten thousand rows at a time
+    Table,  ///< names, types, rows; laid out as many rows at a time as take a few megabytes
     Json,   ///< an array of objects, one a line; written row by row
-    Csv,    ///< a header line and rows; written row by row
+    Csv,    ///< a header line and rows; written row by row. A null alone in a row is refused by a CommandError
 };
 
 /// Writes rows to standard output.
