@@ -21,8 +21,8 @@ BatchWriter::~BatchWriter() { End(); }
 
 void BatchWriter::Put(Batch& batch) {
     std::unique_lock lock(mutex_);
-    changed_.wait(lock, [this] { return !isWaiting_ || failure_; });
-    if (failure_) std::rethrow_exception(failure_);
+    changed_.wait(lock, [this] { return !isWaiting_ || hasFailed_; });
+    Check();
     std::swap(waiting_, batch);
     Empty(batch);
     isWaiting_ = true;
@@ -31,7 +31,7 @@ void BatchWriter::Put(Batch& batch) {
 
 void BatchWriter::Finish() {
     End();
-    if (failure_) std::rethrow_exception(failure_);
+    Check();
 }
 
 void BatchWriter::End() {
@@ -50,6 +50,7 @@ void BatchWriter::Run() {
     } catch (...) {
         if (!lock.owns_lock()) lock.lock();
         failure_ = std::current_exception();
+        hasFailed_ = true;
         changed_.notify_all();
     }
 }

@@ -3,6 +3,7 @@
 #ifndef VQTYPE_STORE_BATCHWRITER_H
 #define VQTYPE_STORE_BATCHWRITER_H
 
+#include <atomic>
 #include <condition_variable>
 #include <exception>
 #include <functional>
@@ -24,6 +25,10 @@ class BatchWriter {
     /// Takes the batch over and leaves an empty one; waits while another one is waiting. Throws what writing one
     /// before has thrown: then nothing behind that is written.
     void Put(Batch& batch);
+    /// Throws as Put does, where there is something to throw by now.
+    void Check() const {
+        if (hasFailed_) std::rethrow_exception(failure_);
+    }
     /// Waits until all are written. Throws as Put does.
     void Finish();
 
@@ -39,6 +44,7 @@ class BatchWriter {
     Batch waiting_;
     bool isWaiting_ = false, isEnding_ = false;
     std::exception_ptr failure_;
+    std::atomic<bool> hasFailed_ = false;  // behind that, failure_ changes no more
     std::thread thread_;
 };
 

@@ -2,9 +2,11 @@
 
 #include <csv.h>
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <new>
@@ -12,6 +14,7 @@
 #include "../error.h"
 #include "../files.h"
 #include "../text.h"
+#include "descriptor.h"
 
 namespace store {
 
@@ -25,27 +28,13 @@ constexpr std::size_t ChunkSize = std::size_t{1} << 18;
 
 namespace {
 
-class Descriptor {
-  public:
-    explicit Descriptor(int number) : number_(number) {}
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() {
-        if (number_ != STDIN_FILENO) ::close(number_);
-    }
-    operator int() const { return number_; }
-
-  private:
-    int number_;
-};
-
 [[noreturn]] void FailToRead(const std::string& name) {
     throw CommandError("{}: cannot be read: {}", name, std::strerror(errno));
 }
 
 }  // namespace
 
-ByteSource OpenSource(const std::string& name, std::uint64_t& size) {
+ByteSource OpenSource(const std::string& name, std::uint64_t& size, std::function<void()> wait) {
     const bool isInput = name == "-";
     const std::string shown = isInput ? "standard input" : Printable(name);
     const int number = isInput ? STDIN_FILENO : ::open(PathOf(name).c_str(), O_RDONLY | O_CLOEXEC);
@@ -54,7 +43,10 @@ ByteSource OpenSource(const std::string& name, std::uint64_t& size) {
     struct stat status {};
     if (::fstat(*file, &status) != 0) FailToRead(shown);
     size = S_ISREG(status.st_mode) ? static_cast<std::uint64_t>(status.st_size) : 0;
-    return [file, shown](char* to, std::size_t most) {
+    return [file, shown, wait = std::move(wait)](char* to, std::size_t most) {
+        constexpr int milliseconds = 100;
+        pollfd input{*file, POLLIN, 0};
+        while (wait && ::poll(&input, 1, milliseconds) == 0) wait();
         for (;;) {
             const ssize_t count = ::read(*file, to, most);
             if (count >= 0) return static_cast<std::size_t>(count);
@@ -165,10 +157,10 @@ bool CsvReader::Fill() {
     return !isEnded_;
 }
 
-// Makes the next line that of TheLine(). False at the end. A line that passes the row's limit is cut there.
+// Makes the next line that of TheLine(). False at the end. A line that passes the row's limit is cut there, wherever
+// the reads ended.
 bool CsvReader::NextLine() {
     lineStart_ = at_;
-    isTooLong_ = false;
     for (std::size_t searched = 0;;) {
         const std::size_t from = lineStart_ + searched;
         const void* found = from == filled_ ? nullptr : std::memchr(buffer_.data() + from, '\n', filled_ - from);
@@ -178,9 +170,10 @@ bool CsvReader::NextLine() {
         }
         searched = filled_ - lineStart_;
         at_ = filled_;
-        isTooLong_ = filled_ - rowStart_ > RowLimit;
-        if (isTooLong_ || !Fill()) break;
+        if (at_ - rowStart_ > RowLimit || !Fill()) break;
     }
+    isTooLong_ = at_ - rowStart_ > RowLimit;
+    if (isTooLong_) at_ = std::max(rowStart_ + RowLimit, lineStart_ + 1);
     line_ += at_ > lineStart_;
     return at_ > lineStart_;
 }
@@ -260,8 +253,22 @@ bool CsvReader::TakeLine(const Opening& opening) {
 void CsvReader::CheckSizes() {
     if (at_ - rowStart_ <= FieldLimit) return;
     for (std::size_t i = 0; i < fields_.size(); ++i) {
-        if (fields_[i].text.size() > FieldLimit) return Fail(i, "the field is longer than 1 MiB");
+        if (fields_[i].text.size() > FieldLimit) return FailAsTooLong(i);
     }
+}
+
+// The line on which the field begins is behind all line breaks of those in front of it.
+void CsvReader::FailAsTooLong(std::size_t field) {
+    const auto breaks = [this](std::size_t i) {
+        return static_cast<std::size_t>(std::count(fields_[i].text.begin(), fields_[i].text.end(), '\n'));
+    };
+    Opening opening{firstLine_, field, 0};
+    for (std::size_t i = 0; i < field; ++i) opening.line += breaks(i);
+    for (std::size_t line = firstLine_; line <= opening.line; ++line) opening.size = Raw().find('\n', opening.size) + 1;
+    constexpr const char* reason = "the field is longer than 1 MiB";
+    if (breaks(field) > 0) return FailAt(opening, reason);
+    Fail(field, reason);
+    fault_.line = opening.line;
 }
 
 void CsvReader::Fail(std::size_t field, std::string text) { fault_ = {line_, field, std::move(text)}; }

@@ -33,9 +33,9 @@ struct CsvFault {
 /// Reads up to `size` bytes to `to`. Returns how many; 0 at the end. Throws CommandError where that fails.
 using ByteSource = std::function<std::size_t(char* to, std::size_t size)>;
 
-/// The bytes of the file, or of standard input for "-". `size` becomes the file's, 0 where it has none. Throws
-/// CommandError where it cannot be opened.
-ByteSource OpenSource(const std::string& name, std::uint64_t& size);
+/// The bytes of the file, or of standard input for "-". `size` becomes the file's, 0 where it has none. While no bytes
+/// come, `wait` is called ten times a second, and may throw. Throws CommandError where the file cannot be opened.
+ByteSource OpenSource(const std::string& name, std::uint64_t& size, std::function<void()> wait = nullptr);
 
 /// The line, or the row, without the line break at its end.
 std::string_view Trimmed(std::string_view line);
@@ -82,6 +82,7 @@ class CsvReader {
     void Parse();
     bool TakeLine(const Opening& opening);
     void CheckSizes();
+    void FailAsTooLong(std::size_t field);
     void Fail(std::size_t field, std::string text);
     void FailAt(const Opening& opening, std::string text);
 
