@@ -7,6 +7,7 @@
 
 #include "../files.h"
 #include "checkkeys.h"
+#include "columntext.h"
 #include "commands.h"
 #include "names.h"
 #include "pages.h"
@@ -40,12 +41,12 @@ class HeaderReader : public TreeVisitor {
   public:
     explicit HeaderReader(Findings& findings) : findings_(findings) {}
 
-    void Separator(ByteView key) override { separator_ = TextOf(key); }
+    void Separator(ByteView key) override {
+        if (!order_.TakeSeparator(key)) Report("a key in its branch pages is not in its place");
+    }
     void Entry(ByteView key, ByteView value) override {
         const std::string name = TextOf(key);
-        if (name < separator_ || (!entries_.empty() && name <= entries_.rbegin()->first)) {
-            Report("entry {} is not in its place", Quoted(name));
-        }
+        if (!order_.TakeEntry(key)) Report("entry {} is not in its place", Quoted(name));
         if (IsSealed(value, key)) {
             entries_[name] = TextOf(Unsealed(value));
         } else {
@@ -81,7 +82,7 @@ class HeaderReader : public TreeVisitor {
 
     Findings& findings_;
     std::map<std::string, std::string> entries_;
-    std::string separator_;
+    KeyOrder order_{KeyOrder::ByBytes};
 };
 
 class RecordChecker : public TreeVisitor {
@@ -89,16 +90,17 @@ class RecordChecker : public TreeVisitor {
     RecordChecker(const Header& header, Findings& findings)
         : header_(header),
           form_(header.schema, header.format),
-          order_(RecordOrder(header.format)),
+          order_(OrderOf(RecordOrder(header.format))),
           findings_(findings) {
-        for (const Column& column : header.schema.Columns())
+        for (const Column& column : header.schema.Columns()) {
             values_.emplace_back(std::make_unique<ValueArray>(column.type, 1));
+            texts_.emplace_back(column, header.format);
+        }
     }
 
     void Separator(ByteView key) override {
         if (key.size() != IdSize) return Report("a key in their branch pages is none");
-        if (!last_.empty() && Order(last_, key) >= 0) Report("a key in their branch pages is not in its place");
-        separator_ = key;
+        if (!order_.TakeSeparator(key)) Report("a key in their branch pages is not in its place");
     }
     void Entry(ByteView id, ByteView record) override {
         ++count_;
@@ -109,7 +111,7 @@ class RecordChecker : public TreeVisitor {
         const Id same = IdOf(number, header_.format);
         if (!std::equal(id.begin(), id.end(), same.begin()))
             Report(name + ": its identifier is none that a store gives");
-        CheckPlace(id, name);
+        if (!order_.TakeEntry(id)) Report(name + ": it is not in its place");
         std::string fault = form_.Check(id, record, forms_);
         if (fault.empty()) fault = Load();
         if (!fault.empty()) Report(name + ": " + fault);
@@ -120,41 +122,42 @@ class RecordChecker : public TreeVisitor {
 
   private:
     void Report(std::string text) { findings_.Add("records", std::move(text)); }
-    int Order(ByteView a, ByteView b) const {
-        const auto valOf = [](ByteView bytes) {
-            return MDB_val{bytes.size(), const_cast<unsigned char*>(bytes.data())};
+    static KeyOrder::Compare OrderOf(MDB_cmp_func* order) {
+        return [order](ByteView a, ByteView b) {
+            const auto valOf = [](ByteView bytes) {
+                return MDB_val{bytes.size(), const_cast<unsigned char*>(bytes.data())};
+            };
+            const MDB_val first = valOf(a), second = valOf(b);
+            return order(&first, &second);
         };
-        const MDB_val first = valOf(a), second = valOf(b);
-        return order_(&first, &second);
     }
 
-    void CheckPlace(ByteView id, const std::string& name) {
-        if ((!last_.empty() && Order(last_, id) >= 0) || (!separator_.empty() && Order(separator_, id) > 0)) {
-            Report(name + ": it is not in its place");
-        }
-        last_ = id;
-        separator_ = {};
-    }
-
-    // Every value takes all of its form.
+    // Every value takes all of its form, and has a text.
     std::string Load() {
-        for (std::size_t i = 0; i < values_.size(); ++i) {
-            const VqTypeId type = values_[i]->GetType();
-            const std::size_t size = Manager().Load(type, values_[i]->At(0), forms_[i].data(), header_.format, 1);
-            if (size == forms_[i].size()) continue;
-            return fmt::format("column {}: its value takes {} of its {} bytes", header_.schema[i].name, size,
-                               forms_[i].size());
+        for (std::size_t i = 0; i < texts_.size(); ++i) {
+            const Column& column = header_.schema[i];
+            const std::size_t size =
+                Manager().Load(column.type, values_[i]->At(0), forms_[i].data(), header_.format, 1);
+            if (size != forms_[i].size()) {
+                return fmt::format("column {}: its value takes {} of its {} bytes", column.name, size,
+                                   forms_[i].size());
+            }
+            try {
+                texts_[i].Of(forms_[i]);
+            } catch (const CommandError& error) {
+                return fmt::format("column {}: {}", column.name, error.what());
+            }
         }
         return "";
     }
 
     const Header& header_;
     RecordForm form_;
-    MDB_cmp_func* order_;
+    KeyOrder order_;
     Findings& findings_;
     std::vector<std::unique_ptr<ValueArray>> values_;
+    std::vector<ColumnText> texts_;
     std::vector<ByteView> forms_;
-    ByteView last_, separator_;
     std::uint64_t count_ = 0, highest_ = 0;
 };
 
@@ -245,6 +248,8 @@ class StoreCheck {
             bool hidesRecords = false;
             for (const Obstacle& obstacle : Adopt(header)) {
                 Report("header", "header: " + obstacle.reason);
+                ++result_.obstacles;
+                result_.isMended = result_.isMended && obstacle.isMended;
                 hidesRecords = hidesRecords || obstacle.hidesRecords;
             }
             return hidesRecords ? std::nullopt : std::optional(std::move(header));
@@ -259,9 +264,9 @@ class StoreCheck {
         Walk(tree, records);
         result_.records = records.Count();
         const std::optional<std::uint64_t> next = entries.Take(NextEntry, EntryNumber);
-        if (!next || *next > records.Highest()) return;
+        if (!next || *next == records.Highest() + 1) return;
         Report("header",
-               fmt::format("header: the next record is {}, and there is a record {}", *next, records.Highest()));
+               fmt::format("header: the next record is {}, and the last one is {}", *next, records.Highest()));
     }
 
     void CheckIndexes(const Header& header, const std::optional<PageTree>& records, HeaderReader& entries) {
@@ -306,7 +311,7 @@ class StoreCheck {
 
 // --- Output
 
-std::string Rest(const Findings& findings) {
+std::string CountsOf(const Findings& findings) {
     std::string text;
     for (const auto& [part, count] : findings.Parts()) {
         text += fmt::format("{}{} {}", text.empty() ? "" : ", ", count, part);
@@ -327,9 +332,12 @@ std::string Lines(const CheckResult& result) {
     std::string lines;
     for (const std::string& text : findings.Texts()) lines += text + '\n';
     if (findings.Count() > findings.Texts().size()) {
-        lines += fmt::format("and {} more: of all, {}\n", findings.Count() - findings.Texts().size(), Rest(findings));
+        lines +=
+            fmt::format("and {} more: of all, {}\n", findings.Count() - findings.Texts().size(), CountsOf(findings));
     }
-    return lines + fmt::format("damaged: {}\n", Plural(findings.Count(), "finding", "findings"));
+    return lines + fmt::format("{}: {}\n",
+                               result.IsDamaged() ? "damaged" : "not damaged, but not to be used by this library",
+                               Plural(findings.Count(), "finding", "findings"));
 }
 
 std::string Json(const std::string& name, const CheckResult& result) {
@@ -352,8 +360,10 @@ void RunCheck(const CheckOptions& options) {
     const CheckResult result = CheckStore(options.store);
     Write(options.json ? Json(options.store, result) : Lines(result));
     if (result.findings.Count() == 0) return;
-    throw CommandError("{}: the store is damaged: {}", Printable(options.store),
-                       Plural(result.findings.Count(), "finding", "findings"));
+    const std::string name = Printable(options.store), count = Plural(result.findings.Count(), "finding", "findings");
+    if (result.IsDamaged()) throw CommandError("{}: the store is damaged: {}", name, count);
+    throw CommandError("{}: this library cannot use the store: {}{}", name, count,
+                       result.isMended ? "; `vqtype store index --rebuild` mends it" : "");
 }
 
 }  // namespace store

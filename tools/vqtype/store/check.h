@@ -14,6 +14,10 @@ struct CheckResult {
     Findings findings;
     std::uint64_t records = 0;  ///< that were reached, damaged ones among them
     std::uint64_t indexes = 0;
+    std::uint64_t obstacles = 0;  ///< findings that say what stands between a sound store and this library
+    bool isMended = true;         ///< `vqtype store index --rebuild` mends all of these
+
+    bool IsDamaged() const { return findings.Count() > obstacles; }
 };
 
 /// Looks at every page, record and key that can be reached, whatever else is damaged. All that LMDB does for it is to

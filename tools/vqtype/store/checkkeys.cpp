@@ -81,7 +81,8 @@ IndexChecker::IndexChecker(const Header& header, std::size_t column, ExpectedKey
       format_(header.format),
       expected_(expected),
       part_(part),
-      findings_(findings) {}
+      findings_(findings),
+      order_([this](ByteView a, ByteView b) { return CompareTreeKeys(type_, format_, a, b); }) {}
 
 std::string IndexChecker::NameOf(ByteView key) const {
     return fmt::format("record {}", NumberOf(key.last(IdSize), format_));
@@ -90,26 +91,18 @@ std::string IndexChecker::NameOf(ByteView key) const {
 // Only keys that are a record's are compared: no others need be values at all. Those of branch pages are copies of
 // some.
 void IndexChecker::Separator(ByteView key) {
-    separator_ = {};
     const ExpectedKeys::Match match = expected_.Look(key);
     if (match == ExpectedKeys::Match::Unknowable) return;
     if (match != ExpectedKeys::Match::Exact) return Report("a key in its branch pages is none of a record");
-    if (!last_.empty() && CompareTreeKeys(type_, format_, last_, key) >= 0) {
-        Report(fmt::format("in its branch pages the key of {} is not above that of {}", NameOf(key), NameOf(last_)));
-    }
-    separator_ = key;
+    const ByteView last = order_.Last();
+    if (order_.TakeSeparator(key)) return;
+    Report(fmt::format("in its branch pages the key of {} is not above that of {}", NameOf(key), NameOf(last)));
 }
 
 void IndexChecker::CheckPlace(ByteView key) {
-    if (!last_.empty() && CompareTreeKeys(type_, format_, last_, key) >= 0) {
-        Report(
-            fmt::format("the key of {} is not in its place: it is not above that of {}", NameOf(key), NameOf(last_)));
-    }
-    if (!separator_.empty() && CompareTreeKeys(type_, format_, separator_, key) > 0) {
-        Report(fmt::format("the key of {} is not in its place: its branch page begins above it", NameOf(key)));
-    }
-    last_ = key;
-    separator_ = {};
+    const ByteView last = order_.Last();
+    if (order_.TakeEntry(key)) return;
+    Report(fmt::format("the key of {} is not in its place: it is not above that of {}", NameOf(key), NameOf(last)));
 }
 
 void IndexChecker::Entry(ByteView key, ByteView value) {

@@ -96,7 +96,7 @@ class IndexChecker : public TreeVisitor {
     ExpectedKeys& expected_;
     const std::string part_;
     Findings& findings_;
-    ByteView last_, separator_;  // in the file; empty where there was none, or a damaged one
+    KeyOrder order_;  // of keys that are a record's
 };
 
 }  // namespace store

@@ -13,6 +13,7 @@
 
 #include "../error.h"
 #include "../text.h"
+#include "descriptor.h"
 
 namespace store {
 
@@ -90,9 +91,10 @@ class TreeWalk {
           use_(use),
           report_(report) {}
 
-    void Run() {
+    bool Run() {
         if (tree_.root != PageTree::NoPage) Visit(tree_.root, 1);
-        CompareCounts();
+        if (reports_ == 0) CompareCounts();
+        return reports_ == 0;
     }
 
   private:
@@ -242,7 +244,6 @@ class TreeWalk {
 
     // Of a tree that is damaged the counts are of no interest.
     void CompareCounts() {
-        if (reports_ > 0) return;
         const struct {
             const char* what;
             std::uint64_t told, found;
@@ -277,15 +278,11 @@ class DatabaseReader : public TreeVisitor {
     explicit DatabaseReader(const PageReport& report) : report_(report) {}
 
     void Separator(ByteView key) override {
-        if (!trees_.empty() && AsText(key) <= last_) ReportOrder(std::string(AsText(key)));
-        last_ = AsText(key);
-        isSeparator_ = true;
+        if (!order_.TakeSeparator(key)) ReportOrder(std::string(AsText(key)));
     }
     void Entry(ByteView key, ByteView value) override {
         const std::string name(AsText(key));
-        if (!last_.empty() && (isSeparator_ ? name < last_ : name <= last_)) ReportOrder(name);
-        last_ = name;
-        isSeparator_ = false;
+        if (!order_.TakeEntry(key)) ReportOrder(name);
         if (value.size() != TreeSize) return report_(fmt::format("database {}: its entry is damaged", Quoted(name)));
         trees_.push_back(ReadTree(value, name));
         // All trees of a store are of the plain kind.
@@ -301,8 +298,7 @@ class DatabaseReader : public TreeVisitor {
 
     const PageReport& report_;
     std::vector<PageTree> trees_;
-    std::string last_;
-    bool isSeparator_ = false;
+    KeyOrder order_{KeyOrder::ByBytes};
 };
 
 // Each entry of the list of free pages is of a transaction: how many, then their numbers, the highest first.
@@ -311,9 +307,9 @@ class FreeReader : public TreeVisitor {
     FreeReader(std::uint64_t transaction, std::uint64_t pages, const PageReport& report)
         : transaction_(transaction), isFree_(pages), report_(report) {}
 
-    void Separator(ByteView key) override { CheckKey(key, true); }
+    void Separator(ByteView key) override { CheckKey(key, order_.TakeSeparator(key)); }
     void Entry(ByteView key, ByteView value) override {
-        CheckKey(key, false);
+        CheckKey(key, order_.TakeEntry(key));
         const std::uint64_t present = value.size() / sizeof(std::uint64_t);
         const std::uint64_t count = present == 0 ? 0 : Read<std::uint64_t>(value, 0);
         if (present == 0 || count > present - 1) {
@@ -331,14 +327,16 @@ class FreeReader : public TreeVisitor {
     const std::vector<bool>& FreePages() const { return isFree_; }
 
   private:
-    void CheckKey(ByteView key, bool isSeparator) {
-        const std::uint64_t number = key.size() == sizeof(std::uint64_t) ? Read<std::uint64_t>(key, 0) : 0;
-        const bool isInPlace = wasSeparator_ && !isSeparator ? number >= last_ : number > last_;
-        if (!isInPlace || number > transaction_) {
-            report_(fmt::format("free pages: the entry of transaction {} is not in its place", number));
-        }
-        last_ = number;
-        wasSeparator_ = isSeparator;
+    static std::uint64_t NumberOf(ByteView key) {
+        return key.size() == sizeof(std::uint64_t) ? Read<std::uint64_t>(key, 0) : 0;
+    }
+    static int CompareNumbers(ByteView a, ByteView b) {
+        return NumberOf(a) < NumberOf(b) ? -1 : NumberOf(a) > NumberOf(b);
+    }
+    void CheckKey(ByteView key, bool isInPlace) {
+        const std::uint64_t number = NumberOf(key);
+        if (isInPlace && number != 0 && number <= transaction_) return;
+        report_(fmt::format("free pages: the entry of transaction {} is not in its place", number));
     }
 
     void Add(std::uint64_t page) {
@@ -354,35 +352,19 @@ class FreeReader : public TreeVisitor {
     const std::uint64_t transaction_;
     std::vector<bool> isFree_;
     const PageReport& report_;
-    std::uint64_t last_ = 0;
-    bool wasSeparator_ = false;
+    KeyOrder order_{CompareNumbers};
 };
 
 // --- The file
 
-class Descriptor {
-  public:
-    explicit Descriptor(const std::string& name) : number_(::open(name.c_str(), O_RDONLY | O_CLOEXEC)) {}
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() {
-        if (number_ >= 0) ::close(number_);
-    }
-    int Get() const { return number_; }
-
-  private:
-    int number_;
-};
-
 ByteView MapFile(const std::string& name) {
-    const Descriptor file(name);
+    const Descriptor file(::open(name.c_str(), O_RDONLY | O_CLOEXEC));
     struct stat facts {};
-    if (file.Get() < 0 || ::fstat(file.Get(), &facts) != 0)
-        throw CommandError("{}: {}", Printable(name), std::strerror(errno));
+    if (file < 0 || ::fstat(file, &facts) != 0) throw CommandError("{}: {}", Printable(name), std::strerror(errno));
     if (!S_ISREG(facts.st_mode)) throw CommandError("{}: it is no file", Printable(name));
     const auto size = static_cast<std::size_t>(facts.st_size);
     if (size == 0) return {};
-    void* const bytes = ::mmap(nullptr, size, PROT_READ, MAP_SHARED, file.Get(), 0);
+    void* const bytes = ::mmap(nullptr, size, PROT_READ, MAP_SHARED, file, 0);
     if (bytes == MAP_FAILED) throw CommandError("{}: {}", Printable(name), std::strerror(errno));
     return {static_cast<const unsigned char*>(bytes), size};
 }
@@ -399,6 +381,16 @@ bool PageUse::Claim(std::uint64_t first, std::uint64_t count) {
     if (std::find(begin, end, true) != end) return false;
     std::fill(begin, end, true);
     return true;
+}
+
+int KeyOrder::ByBytes(ByteView a, ByteView b) { return AsText(a).compare(AsText(b)); }
+
+bool KeyOrder::Take(ByteView key, bool isSeparator) {
+    const int order = last_.empty() ? -1 : compare_(last_, key);
+    const bool mayBeEqual = isSeparator_ && !isSeparator;
+    last_ = key;
+    isSeparator_ = isSeparator;
+    return order < 0 || (order == 0 && mayBeEqual);
 }
 
 // --- Meta pages
@@ -508,9 +500,17 @@ PageUse PageFile::MakeUse() const {
 
 // --- Trees
 
-void PageFile::Walk(const PageTree& tree, TreeVisitor& visitor, PageUse& use, const PageReport& report) const {
+bool PageFile::Walk(const PageTree& tree, TreeVisitor& visitor, PageUse& use, const PageReport& report) const {
     const std::uint16_t nodeFlags = &tree == &main_ ? SubData : 0;
-    TreeWalk(bytes_, static_cast<std::size_t>(pageSize_), nodeFlags, tree, visitor, use, report).Run();
+    return TreeWalk(bytes_, static_cast<std::size_t>(pageSize_), nodeFlags, tree, visitor, use, report).Run();
+}
+
+bool PageFile::WalkPages(const PageTree& tree, PageUse& use, const PageReport& report) const {
+    class : public TreeVisitor {
+        void Separator(ByteView) override {}
+        void Entry(ByteView, ByteView) override {}
+    } nothing;
+    return Walk(tree, nothing, use, report);
 }
 
 std::vector<PageTree> PageFile::ReadDatabases(PageUse& use, const PageReport& report) const {

@@ -10,6 +10,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "bytes.h"
@@ -52,6 +53,30 @@ class TreeVisitor {
     virtual void Entry(ByteView key, ByteView value) = 0;
 };
 
+/// Tells which keys of a tree are not in their place, in the sequence in which a visitor takes them.
+class KeyOrder {
+  public:
+    /// Below 0, 0 or above 0 as the first key is below, equal to or above the second.
+    using Compare = std::function<int(ByteView, ByteView)>;
+    explicit KeyOrder(Compare compare) : compare_(std::move(compare)) {}
+
+    /// LMDB's own order: by bytes.
+    static int ByBytes(ByteView a, ByteView b);
+
+    /// True where the key is above what was taken last; an entry may be equal to the separator in front of it.
+    bool TakeSeparator(ByteView key) { return Take(key, true); }
+    bool TakeEntry(ByteView key) { return Take(key, false); }
+    /// What was taken last. The bytes stay the visitor's.
+    ByteView Last() const { return last_; }
+
+  private:
+    bool Take(ByteView key, bool isSeparator);
+
+    Compare compare_;
+    ByteView last_;
+    bool isSeparator_ = false;
+};
+
 /// An LMDB file, open for reading. Its pages are those of one transaction; whoever wants them to stay while others
 /// write holds a transaction of LMDB that reads the same.
 class PageFile {
@@ -78,7 +103,10 @@ class PageFile {
     /// The named databases, in the order of their names.
     std::vector<PageTree> ReadDatabases(PageUse& use, const PageReport& report) const;
     /// Visits all of a tree that can be reached; pages that are marked in `use` already are left out.
-    void Walk(const PageTree& tree, TreeVisitor& visitor, PageUse& use, const PageReport& report) const;
+    /// True where nothing is wrong with its pages; what is counted of them aside.
+    bool Walk(const PageTree& tree, TreeVisitor& visitor, PageUse& use, const PageReport& report) const;
+    /// The same for the pages alone.
+    bool WalkPages(const PageTree& tree, PageUse& use, const PageReport& report) const;
     /// Compares the list of free pages with those in use, after all trees have been walked: each page is either one.
     void CheckFreeList(PageUse& use, const PageReport& report) const;
     /// @}
