@@ -28,9 +28,13 @@ class Documents(unittest.TestCase):
                     console.check(self, PROGRAM, name, block, line, folder)
 
     def test_the_tour_is_the_readmes(self):
-        shown = {step.command for _, block in blocks(TEXTS[README], "console") for step in console.parse(block)}
-        tour = (console.ROOT / "examples/tour").read_text(encoding="utf-8")
-        self.assertFalse(set(re.findall(r"^vqtype store.*", tour, re.MULTILINE)) - shown)
+        shown = {step.command: step.expected.rstrip("\n") for _, block in blocks(TEXTS[README], "console") for step in console.parse(block)}
+        with console.working_folder() as folder:
+            tour = console.parse(console.run([], f"examples/tour '{PROGRAM[-1]}' made", folder))
+        self.assertTrue(tour)
+        for step in tour:
+            with self.subTest(step.command):
+                self.assertEqual(shown[step.command], step.expected.rstrip("\n"))
 
     def test_code_is_taken_from_examples(self):
         for language in ("cpp", "c"):

@@ -77,6 +77,8 @@ class Protocol(unittest.TestCase):
             cases = [(["query", store, ""], ["name", "people", "founded", "order by", "limit"]),
                      (["query", store, "people > 5 and F"], ["people > 5 and founded"]),
                      (["query", store, "name = x o"], ["name = x order by", "name = x offset"]),
+                     (["query", store, "order by n"], ["order by name"]),
+                     (["query", store, "order by name "], ["order by name " + word for word in ("asc", "desc", "limit", "offset")]),
                      (["index", store, "name, p"], ["name, people"]),
                      (["load", store, "f.csv", "--scan", "n"], ["name="]),
                      (["load", store, "f.csv", "--scan=founded=%"], ["--scan=founded=%a %e.%b %Y"]),
