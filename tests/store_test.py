@@ -82,10 +82,10 @@ class StoreTest(unittest.TestCase):
     def load(self, store, rows):
         return self.succeed("load", store, "-", stdin=HEADER + "".join(rows))
 
-    def start_load(self, store, rows, **options):
+    def start_load(self, store, rows, *arguments, **options):
         source = self.folder / "rows.csv"
         source.write_text(HEADER + "".join(rows), encoding="utf-8", newline="")
-        return subprocess.Popen([*PROGRAM, "store", "load", store, source, "--batch", str(BATCH), "--batches"],
+        return subprocess.Popen([*PROGRAM, "store", "load", store, source, "--batch", str(BATCH), "--batches", *arguments],
                                 stdout=subprocess.PIPE, text=True, env=console.ENVIRONMENT, **options)
 
     def check_holds(self, store, expected):
@@ -140,6 +140,19 @@ class Kills(StoreTest):
             self.assertEqual(before, self.succeed("query", store, "name like 'See*' order by name", "--csv"))
 
 
+    def test_rejected_rows_are_kept_up_to_the_last_report(self):
+        store, rejected = self.create(), self.folder / "rejected.csv"
+        bad = ["too few\n" if number % 7 == 0 else row for number, row in enumerate(ROWS[:20000])]
+        process = self.start_load(store, bad, "--reject", rejected, stderr=subprocess.DEVNULL)
+        lines = [process.stdout.readline() for _ in range(5)]
+        process.kill()
+        lines += process.stdout.readlines()
+        process.wait()
+        process.stdout.close()
+        last = int(re.search(r"line (\d+)$", lines[-1].strip())[1])
+        self.assertGreaterEqual(rejected.read_text().count("too few\n"), sum(row == "too few\n" for row in bad[:last - 1]))
+
+
 class Readers(StoreTest):
     def test_queries_during_a_load_see_whole_batches(self):
         store = self.create(index="population")
@@ -154,6 +167,24 @@ class Readers(StoreTest):
         self.assertEqual(0, process.returncode)
         self.assertGreater(len(seen), 3)
         self.check_holds(store, VALUES[:100 * BATCH])
+
+    def test_what_others_make_meanwhile_counts(self):
+        """A load waits for its input while an index is made, and another load adds texts that no key holds whole."""
+        store = self.create(rows=ROWS[:10])
+        long = [f"{'long ' * 60}{number},{number},,0.5,\n" for number in range(5)]
+        process = subprocess.Popen([*PROGRAM, "store", "load", store, "-", "--batch", "10", "--batches"],
+                                   stdin=subprocess.PIPE, stdout=subprocess.PIPE, env=console.ENVIRONMENT)
+        process.stdin.write((HEADER + "".join(ROWS[10:25])).encode("utf-8"))
+        process.stdin.flush()
+        self.assertEqual(b"committed 10 rows, to line 12\n", process.stdout.readline())
+        self.succeed("index", store, "name,founded")
+        self.load(store, long)
+        process.communicate("".join(ROWS[25:40] + long).encode("utf-8"), timeout=60)
+        self.assertEqual(0, process.returncode)
+        expected = values_of(HEADER + "".join(ROWS[:20] + long + ROWS[20:40] + long))
+        self.check_holds(store, expected)
+        answer = values_of(self.succeed("query", store, "name like 'long *' and name like '*4'", "--csv"))
+        self.assertEqual([4, 4], [row[1] for row in answer])
 
 
 class Room(StoreTest):
@@ -204,7 +235,7 @@ class Damage(StoreTest):
         contents = whole.read_bytes()
         store = self.folder / "flipped.db"
         answers = None
-        for flip in range(201):
+        for flip in range(41):
             damaged = bytearray(contents)
             bit = self.random.randrange(len(contents) * 8)
             if answers is not None:
@@ -217,8 +248,7 @@ class Damage(StoreTest):
             with self.subTest(bit=bit):
                 if status == 0:
                     self.assertTrue(answers == results, "check is content, but the answers are others")
-                else:
-                    self.assertTrue(output or errors)
+                self.assertLessEqual(set(values_of(results[1][1])), set(VALUES[:400]), "a row that was never loaded")
 
 
 def with_other_digit(value):
@@ -231,11 +261,8 @@ class Headers(StoreTest):
     # A line of the header, its new value, what is said of that, whether the records can be read, whether --rebuild mends it.
     OTHERS = (
         ("order-version", with_other_digit, "sorted by version", True, True),
-        ("collation", with_other_digit, "collation class", True, True),
         ("library-version", lambda value: re.sub(rb"\d", b"9", value), "written by version", True, False),
-        ("comparison", lambda value: b"0x0410", "0x0410", True, False),
         ("native-code-set", lambda value: b"0" * len(value), "native code set", False, False),
-        ("format-version", lambda value: b"2", "format 2", False, False),
     )
 
     def change(self, store, name, edit):
@@ -289,6 +316,15 @@ class Csv(StoreTest):
            ("keine Zahl,,1x\r\n", "Zahl,,4\r\n"), ("nichts,,\r\n", "etwas,,5\r\n"), ("kein \udcff Zeichen,,6\r\n", "Zeichen,,6\r\n"),
            ('"offen,1999-01-01,7\r\n', '"zu",1999-01-01,7\r\n')]
     MANY = "Zeile,1999-01-01,11\r\n" * 60000 + "ohne Ende,,12"
+
+    def test_rejected_rows_never_overwrite_what_is_read(self):
+        store, source = self.create(), self.folder / "rows.csv"
+        source.write_text(HEADER + "".join(ROWS[:10]), encoding="utf-8", newline="")
+        before = source.read_bytes()
+        with source.open() as rows:
+            done = subprocess.run([*PROGRAM, "store", "load", store, "-", "--reject", source], stdin=rows,
+                                  capture_output=True, env=console.ENVIRONMENT, timeout=60)
+        self.assertEqual((2, before), (done.returncode, source.read_bytes()))
 
     def test_rows_that_do_not_fit_cost_only_themselves(self):
         store = self.create(schema="name:VqString(language=de), population:VqInt64, founded:VqDate", index="name")
