@@ -1,8 +1,5 @@
 #include "buildindex.h"
 
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <chrono>
 #include <deque>
@@ -13,6 +10,8 @@
 
 #include "../text.h"
 #include "keysorter.h"
+#include "names.h"
+#include "pages.h"
 #include "progress.h"
 
 namespace store {
@@ -54,26 +53,6 @@ void Spill(const AllKeys& all) {
 
 // --- From the records
 
-// What has been read of the map counts as memory of this process, until it is given back.
-class ReadPages {
-  public:
-    void Add(ByteView bytes) {
-        const auto first = reinterpret_cast<std::uintptr_t>(bytes.data()), last = first + bytes.size();
-        first_ = std::min(first_, first);
-        last_ = std::max(last_, last);
-    }
-    // They are read again from the file where they are wanted.
-    void GiveBack() {
-        const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
-        if (first_ < last_)
-            ::madvise(reinterpret_cast<void*>(first_ / page * page), last_ - first_ / page * page, MADV_DONTNEED);
-        *this = ReadPages();
-    }
-
-  private:
-    std::uintptr_t first_ = ~std::uintptr_t{0}, last_ = 0;
-};
-
 void CheckRecord(const Store& store, const RecordForm& form, const Cursor& record, std::vector<ByteView>& forms) {
     const std::string fault = form.Check(record.Key(), record.Value(), forms);
     if (fault.empty()) return;
@@ -86,19 +65,24 @@ void Collect(const Store& store, const Transaction& transaction, const AllKeys& 
     const RecordForm form(store.GetSchema(), store.Format());
     Progress progress("indexing", store.CountRecords(transaction));
     Cursor record(transaction, store.Records());
-    ReadPages pages;
     std::vector<ByteView> forms;
     std::uint64_t count = 0;
+    std::size_t held = 0;
     for (bool more = record.First(); more; more = record.Next()) {
         CheckRecord(store, form, record, forms);
-        for (const auto& keys : all) keys->Add(forms[keys->column], record.Key());
-        pages.Add(record.Value());
+        for (const auto& keys : all) {
+            held -= keys->sorter.Memory();
+            keys->Add(forms[keys->column], record.Key());
+            held += keys->sorter.Memory();
+            if (held <= memory) continue;
+            Spill(all);
+            held = MemoryOf(all);
+        }
         ++count;
         if (count % often == 0) progress.Update(count, count);
-        if (count % often == 0 && MemoryOf(all) > memory) Spill(all);
-        if (count % seldom == 0) pages.GiveBack();
+        if (count % seldom == 0) transaction.Env().GiveBackPages();
     }
-    pages.GiveBack();
+    transaction.Env().GiveBackPages();
 }
 
 // --- Sorting on one thread, while this one writes
@@ -151,6 +135,25 @@ void WriteTree(Store& store, Transaction& transaction, Keys& keys) {
     });
 }
 
+// LMDB takes all pages that a tree names for free where the tree is emptied. Where one is part of something else, too,
+// that would be written over.
+void RequireSoundPages(const Store& store, const Transaction& transaction) {
+    bool areSound = true;
+    const PageReport note = [&](const std::string&) { areSound = false; }, ignore = [](const std::string&) {};
+    PageFile file(store.Name());
+    if (file.ReadMeta(mdb_txn_id(transaction.Handle()) - 1, ignore)) {
+        PageUse use = file.MakeUse();
+        for (const PageTree& tree : file.ReadDatabases(use, note)) areSound &= file.WalkPages(tree, use, ignore);
+        file.CheckFreeList(use, note);
+        if (areSound) return;
+    }
+    throw CommandError(
+        "{}: its pages are damaged, so that no index can be made in place of another; `vqtype store dump`, `create` "
+        "and "
+        "`load` make the store anew",
+        Printable(store.Name()));
+}
+
 void Build(Store& store, std::vector<std::size_t> columns, std::size_t memory, KeySorter::Use use) {
     Transaction transaction(store.Env(), Access::Write);
     store.ReadIndexes(transaction);
@@ -158,6 +161,10 @@ void Build(Store& store, std::vector<std::size_t> columns, std::size_t memory, K
     if (areAll) {
         for (const Index& index : store.Indexes()) columns.push_back(index.column);
     }
+    const bool isAnyThere = std::any_of(columns.begin(), columns.end(), [&](std::size_t column) {
+        return transaction.Open(IndexName(store.GetSchema()[column]), nullptr).has_value();
+    });
+    if (isAnyThere) RequireSoundPages(store, transaction);
     AllKeys all;
     for (const std::size_t column : columns) all.push_back(std::make_unique<Keys>(store, column, use));
     if (!all.empty()) Collect(store, transaction, all, memory);
@@ -167,16 +174,19 @@ void Build(Store& store, std::vector<std::size_t> columns, std::size_t memory, K
     transaction.Commit();
 }
 
-// Address space for the trees, so that they are not made twice: no key is larger than its record, a node's head and
-// half a page left empty aside.
+// Address space for the trees, so that they are not made twice. The stored keys of all columns are not larger than the
+// records; each has an identifier, a class and a node's head besides. What the trees tell of themselves can be damaged.
 void MakeRoom(Store& store, std::size_t indexes) {
     MDB_stat records;
     {
         const Transaction transaction(store.Env(), Access::Read);
         records = transaction.Statistics(store.Records());
     }
-    const std::size_t pages = records.ms_leaf_pages + records.ms_branch_pages + records.ms_overflow_pages;
-    store.Env().Grow(1 + (pages * records.ms_psize + records.ms_entries * IdSize) * indexes);
+    constexpr std::size_t eachKey = IdSize + 1 + 10;
+    MDB_envinfo info;
+    mdb_env_info(store.Env().Handle(), &info);
+    const std::size_t bytes = info.me_last_pgno * records.ms_psize;
+    store.Env().Grow(1 + bytes + std::min(records.ms_entries * eachKey, bytes) * indexes);
 }
 
 }  // namespace
@@ -201,7 +211,10 @@ void AddKeys(Store& store, Transaction& transaction, Index& index, const std::ve
     for (std::size_t i = 0; i < forms.size(); ++i) keys.Add(forms[i], ids[i]);
     keys.sorter.Sort();
     bool isBehind = true;  // all keys that are there
+    constexpr std::uint64_t seldom = 2048;
+    std::uint64_t count = 0;
     keys.sorter.Drain([&](ByteView key) {
+        if (++count % seldom == 0) transaction.Env().GiveBackPages();
         isBehind = isBehind && transaction.Append(index.database, key, {});
         if (!isBehind) transaction.Put(index.database, key, {});
     });

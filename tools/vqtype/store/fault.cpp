@@ -17,9 +17,12 @@ namespace {
 std::array<char, 512> message;
 std::size_t messageSize = 0;
 
-void Prepare(const std::string& name) {
+void Prepare(const std::string& name, bool isLocked) {
     constexpr std::string_view before = "vqtype store: ";
-    constexpr std::string_view after = ": the store's pages are damaged; `vqtype store check` tells where\n";
+    constexpr std::string_view damaged = ": the store's pages are damaged; `vqtype store check` tells where\n";
+    constexpr std::string_view changed =
+        ": the store was changed while it was read, and this user has no permission to lock it; or it is damaged\n";
+    const std::string_view after = isLocked ? damaged : changed;
     const std::string text = std::string(before) +
                              Shortened(Printable(name), message.size() - before.size() - after.size() - 3) +
                              std::string(after);
@@ -35,8 +38,8 @@ extern "C" void EndAtFault(int) { End(); }
 
 }  // namespace
 
-void WatchFaults(MDB_env* environment, const std::string& name) {
-    Prepare(name);
+void WatchFaults(MDB_env* environment, const std::string& name, bool isLocked) {
+    Prepare(name, isLocked);
     struct sigaction action {};
     action.sa_handler = EndAtFault;
     sigemptyset(&action.sa_mask);

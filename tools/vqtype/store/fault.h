@@ -11,8 +11,9 @@ namespace store {
 
 /// From now on a fault of the program (memory that is not there, a division by zero), or a broken assertion of LMDB, is
 /// told as what it is where a store is read: damage of that store. The program ends with status 2, at once. There is
-/// one handler in a process: the store that was opened last is named.
-void WatchFaults(MDB_env* environment, const std::string& name);
+/// one handler in a process: the store that was opened last is named. Where it is not `isLocked`, that another program
+/// has written while it was read is the likelier reason.
+void WatchFaults(MDB_env* environment, const std::string& name, bool isLocked);
 
 }  // namespace store
 

@@ -5,6 +5,7 @@
 
 #include <sys/mman.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -25,7 +26,7 @@ class KeyArena {
     bool HasRoom() const { return blocks_.size() < MostBlocks; }
 
     Place Add(ByteView key) {
-        if (blocks_.empty() || BlockSize - blocks_.back().used < key.size() + LengthSize) StartBlock();
+        if (blocks_.empty() || blocks_.back().size - blocks_.back().used < key.size() + LengthSize) StartBlock();
         Block& block = blocks_.back();
         unsigned char* const to = block.bytes.get() + block.used;
         const auto length = static_cast<std::uint16_t>(key.size());
@@ -56,32 +57,36 @@ class KeyArena {
     /// Lets the processor fetch a key that is wanted soon.
     void Prefetch(Place place) const { __builtin_prefetch(At(place)); }
 
-    std::size_t Bytes() const { return blocks_.size() * BlockSize; }
-    void Clear() { blocks_.clear(); }
+    std::size_t Bytes() const { return bytes_; }
+    void Clear() { *this = KeyArena(); }
 
   private:
     static constexpr std::size_t BlockSize = std::size_t{1} << 21, MostBlocks = (std::size_t{1} << 32) / BlockSize;
-    static constexpr std::size_t LengthSize = 2;
+    static constexpr std::size_t FirstBlockSize = std::size_t{1} << 17, LengthSize = 2;
 
     struct Free {
         void operator()(unsigned char* bytes) const { std::free(bytes); }
     };
     struct Block {
         std::unique_ptr<unsigned char, Free> bytes;
-        std::size_t used = 0;
+        std::size_t size, used = 0;
     };
 
-    // A block is a large page, where the system has such: keys in order lie anywhere, and most of the time that it
-    // takes to get to one would be spent on finding its page.
+    // Each of the first blocks is twice the one before. From then on a block is a large page, where the system has
+    // such: keys in order lie anywhere, and most of the time that it takes to get to one would be spent on finding its
+    // page.
     void StartBlock() {
-        auto* const bytes = static_cast<unsigned char*>(std::aligned_alloc(BlockSize, BlockSize));
+        const std::size_t size = blocks_.empty() ? FirstBlockSize : std::min(BlockSize, 2 * blocks_.back().size);
+        auto* const bytes = static_cast<unsigned char*>(std::aligned_alloc(size, size));
         if (bytes == nullptr) throw std::bad_alloc();
-        blocks_.push_back({std::unique_ptr<unsigned char, Free>(bytes)});
-        ::madvise(bytes, BlockSize, MADV_HUGEPAGE);
+        blocks_.push_back({std::unique_ptr<unsigned char, Free>(bytes), size});
+        bytes_ += size;
+        if (size == BlockSize) ::madvise(bytes, size, MADV_HUGEPAGE);
     }
     const unsigned char* At(Place place) const { return blocks_[place / BlockSize].bytes.get() + place % BlockSize; }
 
     std::vector<Block> blocks_;
+    std::size_t bytes_ = 0;  // of all blocks
 };
 
 }  // namespace store

@@ -7,27 +7,16 @@
 #include "vqlanguagecontext.h"
 
 namespace store {
-namespace {
-
-KeyClass ClassOf(ByteView key) { return static_cast<KeyClass>(key[0] & ~CutKey); }
-ByteView StoredPart(ByteView key) { return key.subspan(1, key.size() - 1 - IdSize); }
-
-}  // namespace
 
 // Sorts entries whose keys stay where they are.
 class KeySorter::Sorting {
   public:
     explicit Sorting(const KeySorter& sorter) : sorter_(sorter) {}
 
+    // Of one class.
     void Sort(Entry* first, Entry* last) {
-        Entry* const values =
-            std::stable_partition(first, last, [this](const Entry& e) { return Is(KeyClass::Null, e); });
-        Entry* const others =
-            std::stable_partition(values, last, [this](const Entry& e) { return Is(KeyClass::Value, e); });
-        ByComparison(first, values);
-        if (sorter_.use_ == Use::Hints && ChooseHint(values, others)) ByHints(values, others, 0);
-        if (!letters_) ByComparison(values, others);  // estimates are not meant as an order, and some types' are none
-        ByComparison(others, last);
+        if (first != last && sorter_.use_ == Use::Hints && ChooseHint(*first)) ByHints(first, last, 0);
+        if (!letters_) ByComparison(first, last);  // estimates are not meant as an order, and some types' are none
     }
 
   private:
@@ -35,24 +24,20 @@ class KeySorter::Sorting {
     static constexpr unsigned MostDepth = 30;
 
     ByteView Key(const Entry& entry) const { return sorter_.arena_.Key(entry.place); }
-    bool Is(KeyClass keyClass, const Entry& entry) const { return ClassOf(Key(entry)) == keyClass; }
     int Compare(const Entry& a, const Entry& b) const {
         return CompareTreeKeys(sorter_.type_, sorter_.format_, Key(a), Key(b));
     }
 
     void ByComparison(Entry* first, Entry* last) const {
-        if (std::is_sorted(first, last, [this](const Entry& a, const Entry& b) { return Compare(a, b) < 0; })) return;
-        std::sort(first, last, [this](const Entry& a, const Entry& b) {
-            const int order = Compare(a, b);
-            return order != 0 ? order < 0 : a.place < b.place;
-        });
+        const auto isBefore = [this](const Entry& a, const Entry& b) { return Compare(a, b) < 0; };
+        if (!std::is_sorted(first, last, isBefore)) std::sort(first, last, isBefore);
     }
 
     // Strings are told apart by their letters, all others by the manager's estimates. False where nothing tells.
-    bool ChooseHint(const Entry* first, const Entry* last) {
-        if (first == last || IsInByteOrder(sorter_.type_)) return false;
+    bool ChooseHint(const Entry& entry) {
+        if (ClassOf(Key(entry)) != KeyClass::Value || IsInByteOrder(sorter_.type_)) return false;
         if (sorter_.type_ != VqTypeId_VqString) return true;
-        const ByteView stored = StoredPart(Key(*first));
+        const ByteView stored = StoredOf(Key(entry));
         if (stored.size() < 4 || VqLanguageContext::QueryCodeSet(stored[2]) == nullptr) return false;
         letters_.emplace(stored[2], stored[3], sorter_.format_);
         return true;
@@ -91,7 +76,7 @@ class KeySorter::Sorting {
     Entry* TellPlaces(Entry* first, Entry* last) const {
         const auto ends =
             std::minmax_element(first, last, [this](const Entry& a, const Entry& b) { return Compare(a, b) < 0; });
-        const ByteView least = StoredPart(Key(*ends.first)), greatest = StoredPart(Key(*ends.second));
+        const ByteView least = StoredOf(Key(*ends.first)), greatest = StoredOf(Key(*ends.second));
         return Tell(first, last, [=, this](ByteView stored) {
             return PlaceBetween(sorter_.type_, sorter_.format_, stored, least, greatest);
         });
@@ -103,7 +88,7 @@ class KeySorter::Sorting {
         for (const Entry* at = first; at != last; ++at) {
             sorter_.PrefetchBehind(at);
             const KeyArena::Place place = at->place;
-            if (const std::optional<std::uint64_t> word = hint(StoredPart(Key(*at)))) {
+            if (const std::optional<std::uint64_t> word = hint(StoredOf(Key(*at)))) {
                 *told++ = {*word, place};
             } else {
                 untold.push_back({0, place});
@@ -118,9 +103,12 @@ class KeySorter::Sorting {
 };
 
 void KeySorter::SortMemory() {
-    entries_.reserve(held_);
-    arena_.ForEach([this](KeyArena::Place place) { entries_.push_back({0, place}); });
-    Sorting(*this).Sort(entries_.data(), entries_.data() + entries_.size());
+    entries_.resize(Held());
+    Entry* ends[] = {entries_.data(), entries_.data() + held_[0], entries_.data() + held_[0] + held_[1]};
+    arena_.ForEach([&](KeyArena::Place place) {
+        *ends[static_cast<std::size_t>(ClassOf(arena_.Key(place)))]++ = {0, place};
+    });
+    for (std::size_t i = 0; i < held_.size(); ++i) Sorting(*this).Sort(ends[i] - held_[i], ends[i]);
 }
 
 void KeySorter::EachInMemory(const std::function<void(ByteView)>& take) const {
@@ -133,11 +121,11 @@ void KeySorter::EachInMemory(const std::function<void(ByteView)>& take) const {
 void KeySorter::Release() {
     arena_.Clear();
     Entries().swap(entries_);
-    held_ = 0;
+    held_ = {};
 }
 
 void KeySorter::Spill() {
-    if (held_ == 0) return;
+    if (Held() == 0) return;
     SortMemory();
     runs_.Start();
     EachInMemory([this](ByteView key) { runs_.Add(key); });

@@ -3,6 +3,7 @@
 #ifndef VQTYPE_STORE_KEYSORTER_H
 #define VQTYPE_STORE_KEYSORTER_H
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -14,8 +15,7 @@
 
 namespace store {
 
-/// Collects tree keys (treekey.h), then gives them in the order of CompareTreeKeys. Keys that are equal, which no two
-/// objects' keys are, keep their sequence.
+/// Collects tree keys (treekey.h), then gives them in the order of CompareTreeKeys.
 class KeySorter {
   public:
     enum class Use {
@@ -32,14 +32,14 @@ class KeySorter {
         arena_.Add(key);
         ++count_;
         bytes_ += key.size();
-        ++held_;
+        ++held_[static_cast<std::size_t>(ClassOf(key))];
     }
 
     std::uint64_t Count() const { return count_; }
     /// Bytes of all keys.
     std::uint64_t Bytes() const { return bytes_; }
     /// Bytes of memory that the keys take, and their sorting.
-    std::size_t Memory() const { return arena_.Bytes() + held_ * sizeof(Entry); }
+    std::size_t Memory() const { return arena_.Bytes() + Held() * sizeof(Entry); }
     /// Moves what is in memory to the disk, sorted. Throws CommandError where there is no room.
     void Spill();
 
@@ -56,6 +56,7 @@ class KeySorter {
     using Entries = std::vector<Entry>;
     class Sorting;
 
+    std::size_t Held() const { return held_[0] + held_[1] + held_[2]; }
     void SortMemory();
     // Neighbours in order lie anywhere in memory: those that follow are fetched in time.
     void PrefetchBehind(const Entry* entry) const {
@@ -69,7 +70,7 @@ class KeySorter {
     unsigned char format_;
     Use use_;
     std::uint64_t count_ = 0, bytes_ = 0;
-    std::size_t held_ = 0;  // keys in memory
+    std::array<std::size_t, 3> held_{};  // keys in memory, of each class
     KeyArena arena_;
     std::vector<Entry> entries_;
     KeyRuns runs_;

@@ -1,15 +1,18 @@
 #include "lmdb.h"
 
 #include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <vector>
 
 #include "../files.h"
 #include "../text.h"
@@ -19,7 +22,7 @@ namespace store {
 
 namespace {
 
-constexpr std::size_t FirstMapSize = std::size_t{64} << 20;
+constexpr std::size_t FirstMapSize = std::size_t{64} << 20, MostMapSize = std::size_t{1} << 46;
 constexpr unsigned MostDatabases = 1024;
 
 // --- Words
@@ -68,8 +71,11 @@ constexpr std::uint32_t Magic = 0xBEEFC0DE;
 constexpr std::size_t MagicAt = sizeof(std::size_t) + 8, OtherMagicAt = MagicAt == 16 ? 12 : 16;
 
 const char* Fault(const std::filesystem::path& path) {
-    std::array<unsigned char, 20> bytes{};
-    std::ifstream(path, std::ios::binary).read(reinterpret_cast<char*>(bytes.data()), bytes.size());
+    // The beginning of both pages that tell of all others.
+    const auto pageSize = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+    std::vector<unsigned char> bytes(pageSize + 20);
+    std::ifstream(path, std::ios::binary)
+        .read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
     const auto at = [&bytes](std::size_t place) {
         std::uint32_t number = 0;
         std::memcpy(&number, bytes.data() + place, sizeof(number));
@@ -79,18 +85,8 @@ const char* Fault(const std::filesystem::path& path) {
     if (at(MagicAt) == __builtin_bswap32(Magic) || at(OtherMagicAt) == __builtin_bswap32(Magic)) {
         return "this is a store of a machine with the other byte order";
     }
+    if (at(MagicAt) != Magic && at(pageSize + MagicAt) != Magic) return "this is no store";
     return nullptr;
-}
-
-void ClaimFile(const std::string& name) {
-    const int file = ::open(PathOf(name).c_str(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, 0666);
-    if (file >= 0) {
-        ::close(file);
-    } else if (errno == EEXIST) {
-        throw CommandError("{}: there is a file of this name already", Printable(name));
-    } else {
-        throw CommandError("{}: cannot be made: {}", Printable(name), std::strerror(errno));
-    }
 }
 
 // LMDB's write of a file that must not grow ends in EFBIG then, and not in a signal.
@@ -115,30 +111,32 @@ void RequireStoreFile(const std::string& name) {
 
 // --- Environments
 
-Environment::Environment(const std::string& name, Access access, bool isNew) : name_(name) {
-    if (isNew) {
-        ClaimFile(name);
-    } else {
-        RequireStoreFile(name);
+Environment::Environment(const std::string& name, Access access) : name_(name) {
+    RequireStoreFile(name);
+    const unsigned flags = access == Access::Read ? MDB_RDONLY : 0u;
+    int code = Open(name, flags);
+    if (code == EACCES && access == Access::Read) {
+        isLocked_ = false;
+        code = Open(name, flags | MDB_NOLOCK);
     }
-    IgnoreFileSizeSignal();
-    const unsigned flags = MDB_NOSUBDIR | MDB_NOTLS | (access == Access::Read ? MDB_RDONLY : 0u);
-    int code = Open(flags, isNew);
-    // Who may only read cannot make the lock file.
-    if (code == EACCES && access == Access::Read) code = Open(flags | MDB_NOLOCK, isNew);
     Check(code, "opening the store");
     // What programs left behind that did not end by themselves keeps pages from being used again.
     if (access == Access::Write) Check(mdb_reader_check(Handle(), nullptr), "looking for readers");
 }
 
-int Environment::Open(unsigned flags, bool isNew) {
+Environment::Environment(const std::string& name, const std::string& newFile) : name_(name) {
+    Check(Open(newFile, 0, FirstMapSize), "making the store");
+}
+
+int Environment::Open(const std::string& file, unsigned flags, std::size_t mapSize) {
+    IgnoreFileSizeSignal();
     MDB_env* handle = nullptr;
     if (const int code = mdb_env_create(&handle)) return code;
     handle_.reset(handle);
-    WatchFaults(handle, name_);
+    WatchFaults(handle, name_, isLocked_);
     mdb_env_set_maxdbs(handle, MostDatabases);
-    if (isNew) mdb_env_set_mapsize(handle, FirstMapSize);
-    return mdb_env_open(handle, PathOf(name_).c_str(), flags, 0666);
+    if (mapSize != 0) mdb_env_set_mapsize(handle, mapSize);
+    return mdb_env_open(handle, PathOf(file).c_str(), flags | MDB_NOSUBDIR | MDB_NOTLS, 0666);
 }
 
 void Environment::Grow(std::size_t bytes) {
@@ -148,14 +146,41 @@ void Environment::Grow(std::size_t bytes) {
     Check(mdb_env_stat(Handle(), &pages), "looking at the map");
     const std::size_t needed = (info.me_last_pgno + 1) * pages.ms_psize + bytes;
     std::size_t size = info.me_mapsize * (bytes == 0 ? 2 : 1);
-    while (size < needed) size *= 2;
+    while (size < needed && size < MostMapSize) size *= 2;
     Check(mdb_env_set_mapsize(Handle(), size), "growing the map");
 }
 
+// LMDB does not tell where its map is. Giving back another map of the file does no harm.
+void Environment::GiveBackPages() const {
+    mdb_filehandle_t file;
+    struct stat facts {};
+    Check(mdb_env_get_fd(Handle(), &file), "looking at the map");
+    if (::fstat(file, &facts) != 0) return;
+    std::ifstream maps("/proc/self/maps");
+    for (std::string line; std::getline(maps, line);) {
+        unsigned long first = 0, last = 0, inode = 0;
+        char sharing = 0;
+        const int read = std::sscanf(line.c_str(), "%lx-%lx %*3c%c %*s %*s %lu", &first, &last, &sharing, &inode);
+        if (read != 4 || sharing != 's' || inode != facts.st_ino) continue;
+        ::madvise(reinterpret_cast<void*>(first), last - first, MADV_DONTNEED);
+    }
+}
+
 void Environment::Check(int code, const char* doing) const {
+    RequireUnchanged();
     if (code == MDB_SUCCESS) return;
     if (code == MDB_MAP_FULL) throw MapFull("{}: {}: {}", Printable(name_), doing, Reason(code));
     Fail(name_, doing, code);
+}
+
+// A page that one transaction frees is written by the second one behind it.
+void Environment::RequireUnchanged() const {
+    if (unlockedRead_ == 0) return;
+    MDB_envinfo info;
+    mdb_env_info(Handle(), &info);
+    if (info.me_last_txnid < unlockedRead_ + 2) return;
+    throw CommandError("{}: the store was changed while it was read, and this user has no permission to lock it",
+                       Printable(name_));
 }
 
 // --- Transactions
@@ -173,6 +198,7 @@ Transaction::Transaction(Environment& environment, Access access) : environment_
         code = begin();
     }
     environment.Check(code, "beginning a transaction");
+    if (!environment.isLocked_) environment.unlockedRead_ = mdb_txn_id(handle_);
 }
 
 Transaction::~Transaction() {
@@ -194,11 +220,6 @@ std::optional<Database> Transaction::Open(const std::string& name, MDB_cmp_func*
     environment_.Check(code, "opening a database");
     if (order) environment_.Check(mdb_set_compare(handle_, database, order), "opening a database");
     return database;
-}
-
-void Transaction::Drop(Database database) {
-    EndAppending();
-    environment_.Check(mdb_drop(handle_, database, 1), "removing a database");
 }
 
 void Transaction::Clear(Database database) {
@@ -223,15 +244,23 @@ ByteView ViewOf(const MDB_val& value) { return {static_cast<const unsigned char*
 std::optional<ByteView> Transaction::Get(Database database, ByteView key) const {
     MDB_val keyVal = ValOf(key), value;
     const int code = mdb_get(handle_, database, &keyVal, &value);
-    if (code == MDB_NOTFOUND) return std::nullopt;
-    environment_.Check(code, "reading");
-    return ViewOf(value);
+    environment_.Check(code == MDB_NOTFOUND ? MDB_SUCCESS : code, "reading");
+    return code == MDB_NOTFOUND ? std::nullopt : std::optional(ViewOf(value));
 }
 
 void Transaction::Put(Database database, ByteView key, ByteView value) {
     EndAppending();
     MDB_val keyVal = ValOf(key), valueVal = ValOf(value);
     environment_.Check(mdb_put(handle_, database, &keyVal, &valueVal, 0), "writing");
+}
+
+bool Transaction::Insert(Database database, ByteView key, ByteView value) {
+    EndAppending();
+    MDB_val keyVal = ValOf(key), valueVal = ValOf(value);
+    const int code = mdb_put(handle_, database, &keyVal, &valueVal, MDB_NOOVERWRITE);
+    if (code == MDB_KEYEXIST) return false;
+    environment_.Check(code, "writing");
+    return true;
 }
 
 bool Transaction::Append(Database database, ByteView key, ByteView value) {
@@ -270,8 +299,8 @@ bool Cursor::Seek(ByteView key) {
 bool Cursor::Move(MDB_cursor_op operation) {
     MDB_val key = ValOf(key_), value;
     const int code = mdb_cursor_get(handle_.get(), &key, &value, operation);
+    environment_.Check(code == MDB_NOTFOUND ? MDB_SUCCESS : code, "reading");
     if (code == MDB_NOTFOUND) return false;
-    environment_.Check(code, "reading");
     key_ = ViewOf(key);
     value_ = ViewOf(value);
     return true;

@@ -33,26 +33,37 @@ void RequireStoreFile(const std::string& name);
 /// One file and its lock file `FILE-lock`.
 class Environment {
   public:
-    /// Opens the file. `isNew` makes it, and fails where there is one already; else it must be there.
-    Environment(const std::string& name, Access access, bool isNew = false);
+    /// Opens the file. Who may read it but not make its lock file reads without locks, see RequireUnchanged.
+    Environment(const std::string& name, Access access);
+    /// Makes an empty store of the file `newFile`, to write; it will be called `name`, as errors do already.
+    Environment(const std::string& name, const std::string& newFile);
 
     const std::string& Name() const { return name_; }
     MDB_env* Handle() const { return handle_.get(); }
 
     /// Doubles the map, or makes it large enough for `bytes` more than the file has. No transaction may be alive.
     void Grow(std::size_t bytes = 0);
+    /// Gives back the memory of pages that have been read: it counts as this process's, until then. They are read again
+    /// where they are wanted.
+    void GiveBackPages() const;
     /// Throws for a code of LMDB that is not 0; `doing` says what failed ("reading index name"). MapFull where it is
-    /// that.
+    /// that. Whatever the code is, throws as RequireUnchanged does.
     void Check(int code, const char* doing) const;
+    /// Throws where the last transaction reads without locks, and others have written so much since its beginning that
+    /// its pages may be used for something else: what has been read since the last call may be anything.
+    void RequireUnchanged() const;
 
   private:
-    int Open(unsigned flags, bool isNew);
+    friend class Transaction;
+    int Open(const std::string& file, unsigned flags, std::size_t mapSize = 0);
 
     struct Close {
         void operator()(MDB_env* handle) const { mdb_env_close(handle); }
     };
     std::string name_;
     std::unique_ptr<MDB_env, Close> handle_;
+    bool isLocked_ = true;
+    std::size_t unlockedRead_ = 0;  // the number of the last transaction that reads without locks; 0 for none
 };
 
 using Database = MDB_dbi;
@@ -75,8 +86,6 @@ class Transaction {
     /// Opens a database by name; none when there is no such. With `isNew` it is made where it is missing. `order` null
     /// is LMDB's own, by bytes.
     std::optional<Database> Open(const std::string& name, MDB_cmp_func* order, bool isNew = false);
-    /// Removes the database with all that it holds.
-    void Drop(Database database);
     /// Removes all that the database holds; it stays open.
     void Clear(Database database);
     MDB_stat Statistics(Database database) const;
@@ -85,6 +94,8 @@ class Transaction {
     std::optional<ByteView> Get(Database database, ByteView key) const;
     /// Writes the key's value, also where it had one.
     void Put(Database database, ByteView key, ByteView value);
+    /// The same for a new key. False, and nothing changes, where it has a value.
+    bool Insert(Database database, ByteView key, ByteView value);
     /// The same for a key behind all others, which costs no search as long as the transaction writes nothing else.
     /// False, and nothing changes, for one that is not.
     bool Append(Database database, ByteView key, ByteView value);

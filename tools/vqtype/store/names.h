@@ -3,6 +3,8 @@
 #ifndef VQTYPE_STORE_NAMES_H
 #define VQTYPE_STORE_NAMES_H
 
+#include <fmt/format.h>
+
 #include <charconv>
 #include <cstdint>
 #include <optional>
@@ -10,6 +12,7 @@
 #include <string_view>
 
 #include "bytes.h"
+#include "record.h"
 #include "schema.h"
 
 namespace store {
@@ -25,11 +28,11 @@ constexpr const char* StoreEntry = "store";
 constexpr const char* NextEntry = "next";
 /// @}
 
-/// The number that is the text of an entry; none where it is anything else.
+/// The number of a record that is the text of an entry; none where it is anything else.
 inline std::optional<std::uint64_t> EntryNumber(std::string_view text) {
     std::uint64_t number = 0;
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
-    const bool isNumber = result.ec == std::errc() && result.ptr == text.data() + text.size();
+    std::from_chars(text.data(), text.data() + text.size(), number);
+    const bool isNumber = number >= 1 && number <= MostRecords && fmt::to_string(number) == text;
     return isNumber ? std::optional(number) : std::nullopt;
 }
 

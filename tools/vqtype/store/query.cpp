@@ -48,7 +48,7 @@ void WriteBehind(RowStyle style, const Work& work) {
 }  // namespace
 
 void RunQuery(const QueryOptions& options) {
-    Store store(options.store, Purpose::Read);
+    Store store(options.store, options.noIndex ? Purpose::Scan : Purpose::Read);
     const Query query = ParseQuery(options.query, store.GetSchema(), store.Format());
     const std::vector<std::size_t> columns = ColumnsShown(store.GetSchema(), options.columns);
     const RowStyle style = StyleOf(options);
@@ -59,6 +59,7 @@ void RunQuery(const QueryOptions& options) {
     const std::unique_ptr<RowWriter> rows = MakeRowWriter(style, store.GetHeader(), columns);
     const Work work = Execute(store, transaction, query, plan,
                               [&](ByteView, const std::vector<ByteView>& forms) { rows->Add(forms); });
+    store.Env().RequireUnchanged();
     rows->Finish();
     if (style == RowStyle::Table) Write('\n' + CountText(work, query) + '\n');
     if (options.explain) WriteBehind(style, work);

@@ -98,8 +98,6 @@ RecordForm::RecordForm(const Schema& schema, unsigned char format) : schema_(sch
     }
 }
 
-void RecordForm::Seal(Bytes& record, ByteView id) { SealBytes(record, id); }
-
 std::string RecordForm::Split(ByteView record, std::vector<ByteView>& forms) const {
     forms.resize(sizes_.size());
     if (record.size() < ChecksumSize) return "the record is cut off";

@@ -18,7 +18,10 @@ namespace store {
 constexpr std::size_t IdSize = 10;
 using Id = std::array<unsigned char, IdSize>;
 
-/// The identifier of that number (from 1, below 2^48) in stored form, and the number of one.
+/// Numbers of records are from 1 to this.
+constexpr std::uint64_t MostRecords = (std::uint64_t{1} << 48) - 1;
+
+/// The identifier of that number (from 1 to MostRecords) in stored form, and the number of one.
 Id IdOf(std::uint64_t number, unsigned char format);
 std::uint64_t NumberOf(ByteView id, unsigned char format);
 
@@ -33,14 +36,11 @@ bool IsSealed(ByteView bytes, ByteView key);
 /// Sealed bytes without the checksum; there are at least its four.
 ByteView Unsealed(ByteView bytes);
 
-/// Records of a schema in one byte order.
+/// Records of a schema in one byte order. They end with the checksum of the identifier and the forms (SealBytes).
 class RecordForm {
   public:
     /// The schema outlives it.
     RecordForm(const Schema& schema, unsigned char format);
-
-    /// Ends a record of all columns' disk forms: appends the checksum of the identifier and the forms, low byte first.
-    static void Seal(Bytes& record, ByteView id);
 
     /// Cuts a record into its columns' disk forms, `forms[i]` of column i, without a look at the checksum. Nothing is
     /// loaded before every length is known to lie within the bytes. Returns an empty text, or what is wrong ("column

@@ -1,6 +1,7 @@
 #include "schema.h"
 
 #include <algorithm>
+#include <set>
 
 #include "../error.h"
 #include "../nearest.h"
@@ -87,7 +88,7 @@ VqTypeId ReadType(Reader& reader) {
 }
 
 // language=L or codeset=C
-void ReadOption(Reader& reader, TextOptions& text) {
+void ReadOption(Reader& reader, TextOptions& text, std::set<std::string>& seen) {
     const std::size_t at = reader.At();
     const std::string name = Lowered(reader.RequireName("language=… or codeset=…"));
     const bool isLanguage = name == "language";
@@ -98,6 +99,7 @@ void ReadOption(Reader& reader, TextOptions& text) {
         throw CommandError("{}: {}: expected language=… or codeset=…{}", reader.Place(at), Echo(name),
                            nearest.Question());
     }
+    if (!seen.insert(name).second) throw CommandError("{}: {} is there twice", reader.Place(at), name);
     reader.Require('=', "'='");
     const std::string place = reader.Place(reader.At()) + ":";
     if (isLanguage) {
@@ -114,8 +116,9 @@ void ReadOptions(Reader& reader, Column& column) {
         throw CommandError("{}: only VqString has a language and a code set, and not {}", reader.Place(at),
                            TypeName(column.type));
     }
+    std::set<std::string> seen;
     do {
-        ReadOption(reader, column.text);
+        ReadOption(reader, column.text, seen);
     } while (reader.Take(','));
     reader.Require(')', "',' or ')'");
 }

@@ -13,7 +13,8 @@
 namespace store {
 namespace {
 
-constexpr std::size_t TextAt = 4;  // of a stored string, behind its length, code set and language
+// Of a stored string: its length, code set and language, then the text and two bytes that end it.
+constexpr std::size_t TextAt = 4, EndSize = 2;
 
 constexpr std::uint32_t PrimaryOfKey(std::int32_t key) { return static_cast<std::uint32_t>(key) >> 8 & 0xFFFF; }
 
@@ -118,7 +119,7 @@ std::optional<std::uint64_t> LetterHint::Word(ByteView stored, unsigned depth) c
     if (stored.size() < TextAt || stored[2] != codeSet_ || stored[3] != language_) return std::nullopt;
     Writer writer(depth);
     const unsigned char* at = stored.data() + TextAt;
-    const unsigned char* const end = stored.data() + stored.size();
+    const unsigned char* const end = stored.data() + std::max(TextAt, stored.size() - EndSize);
     while (!writer.IsFull() && at + charSize_ <= end) {
         const unsigned code = CodeAt(at);
         if (code == 0) break;

@@ -1,12 +1,11 @@
 #include "store.h"
 
 #include <algorithm>
-#include <filesystem>
 
 #include "../error.h"
-#include "../files.h"
 #include "../text.h"
 #include "names.h"
+#include "newfile.h"
 
 namespace store {
 
@@ -77,8 +76,7 @@ Database RequireHeader(Transaction& transaction) {
     throw CommandError("{}: this is a file of LMDB, but no store", Printable(transaction.Env().Name()));
 }
 
-void MakeDatabases(const std::string& name, const Header& header) {
-    Environment environment(name, Access::Write, true);
+void MakeDatabases(Environment&& environment, const Header& header) {
     Transaction transaction(environment, Access::Write);
     const Database database = *transaction.Open(HeaderDatabase, nullptr, true);
     transaction.Open(RecordsDatabase, RecordOrder(header.format), true);
@@ -90,20 +88,12 @@ void MakeDatabases(const std::string& name, const Header& header) {
 }  // namespace
 
 void Store::Create(const std::string& name, const Header& header) {
-    const std::filesystem::path path = PathOf(name), lock = PathOf(name + "-lock");
-    std::error_code ignored;
-    const bool wasThere = std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
-    const bool wasLocked = std::filesystem::exists(lock, ignored);
-    try {
-        MakeDatabases(name, header);
-    } catch (...) {
-        if (!wasThere) std::filesystem::remove(path, ignored);
-        if (!wasThere && !wasLocked) std::filesystem::remove(lock, ignored);
-        throw;
-    }
+    NewFile file(name);
+    MakeDatabases(Environment(name, file.TemporaryName()), header);
+    file.Keep();
 }
 
-Store::Store(const std::string& name, Purpose purpose) : environment_(name, AccessFor(purpose)) {
+Store::Store(const std::string& name, Purpose purpose) : purpose_(purpose), environment_(name, AccessFor(purpose)) {
     Transaction transaction(environment_, Access::Read);
     headerDatabase_ = RequireHeader(transaction);
     header_ = Header::Parse(RequireEntry(transaction, headerDatabase_, StoreEntry), Printable(name) + ": header");
@@ -113,13 +103,9 @@ Store::Store(const std::string& name, Purpose purpose) : environment_(name, Acce
     if (!records) throw CommandError("{}: the store is damaged: it has no records' tree", Printable(name));
     records_ = *records;
     transaction.Commit();
-    try {
-        Transaction indexes(environment_, Access::Read);
-        ReadIndexes(indexes);
-        indexes.Commit();
-    } catch (const CommandError&) {
-        if (purpose != Purpose::Export) throw;
-    }
+    Transaction indexes(environment_, Access::Read);
+    ReadIndexes(indexes);
+    indexes.Commit();
 }
 
 const Index* Store::FindIndex(std::size_t column) const {
@@ -168,16 +154,27 @@ void Store::Renew(Transaction& transaction) {
 void Store::ReadIndexes(Transaction& transaction) {
     std::vector<Index> indexes;
     for (std::size_t i = 0; i < GetSchema().Count(); ++i) {
-        const Column& column = GetSchema()[i];
-        const std::string name = IndexName(column);
-        if (!transaction.Get(headerDatabase_, ViewOf(name))) continue;
-        const std::optional<Database> database = transaction.Open(name, IndexOrder(column.type, Format()));
-        if (!database) {
-            throw CommandError("{}: the store is damaged: the index on {} is missing", Printable(Name()), column.name);
+        const std::string name = IndexName(GetSchema()[i]);
+        const bool isRepair = purpose_ == Purpose::Repair;
+        const bool isThere =
+            transaction.Get(headerDatabase_, ViewOf(name)) || (isRepair && transaction.Open(name, nullptr));
+        if (!isThere) continue;
+        try {
+            indexes.push_back(ReadIndex(transaction, i));
+        } catch (const CommandError&) {
+            if (isRepair) indexes.push_back({{}, i, 0});  // until MakeIndex makes it anew
+            if (!isRepair && purpose_ != Purpose::Scan && purpose_ != Purpose::Export) throw;
         }
-        indexes.push_back({RequireEntry(transaction, headerDatabase_, name, KeyCounts::Parse), i, *database});
     }
     indexes_ = std::move(indexes);
+}
+
+Index Store::ReadIndex(Transaction& transaction, std::size_t column) {
+    const Column& described = GetSchema()[column];
+    const std::string name = IndexName(described);
+    const std::optional<Database> database = transaction.Open(name, IndexOrder(described.type, Format()));
+    if (database) return {RequireEntry(transaction, headerDatabase_, name, KeyCounts::Parse), column, *database};
+    throw CommandError("{}: the store is damaged: the index on {} is missing", Printable(Name()), described.name);
 }
 
 }  // namespace store

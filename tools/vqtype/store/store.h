@@ -32,8 +32,9 @@ struct Index : KeyCounts {
 enum class Purpose {
     Read,    ///< records and indexes; refused while anything stands between the store and this library
     Write,   ///< the same, to add records or indexes
+    Scan,    ///< as Read, but for an index that is damaged, which is left out
     Export,  ///< records alone: refused only where they cannot be read
-    Repair,  ///< to rebuild the indexes: refused only where that does not mend it
+    Repair,  ///< to rebuild the indexes, the damaged ones too: refused only where that does not mend it
     Verify,  ///< to look at everything: nothing is refused but what cannot be read; Obstacles() tells
 };
 
@@ -79,6 +80,9 @@ class Store {
     /// @}
 
   private:
+    Index ReadIndex(Transaction& transaction, std::size_t column);
+
+    Purpose purpose_;
     Environment environment_;
     Header header_;
     std::vector<Obstacle> obstacles_;

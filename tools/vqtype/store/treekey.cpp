@@ -16,7 +16,6 @@ namespace store {
 namespace {
 
 constexpr unsigned char EndMarks = static_cast<unsigned char>(End::Below) | static_cast<unsigned char>(End::Above);
-constexpr unsigned char ClassMask = 0x03;
 constexpr unsigned short LetterLevel = VqCmp_Exact | VqCmp_IgnoreCase | VqCmp_IgnoreAccents;
 
 // The rows are one for all managers; this one is at hand without a call.
@@ -42,18 +41,18 @@ int IdOrder(unsigned char format, ByteView a, ByteView b) {
     return order != 0 ? order : BytesOrder(a, b);
 }
 
-// Like TreeKey::Read, for keys that are long enough.
-ByteView StoredOf(ByteView key) { return key.subspan(1, key.size() - 1 - IdSize); }
-ByteView IdOfKey(ByteView key) { return key.last(IdSize); }
-
 int SideOf(End end) { return end == End::Below ? -1 : 1; }
 End EndOf(ByteView key) { return static_cast<End>(key[0] & EndMarks); }
 bool IsEnd(ByteView key) { return (key[0] & EndMarks) != 0; }
 
-// What the manager can put in order: values of that class, of a type whose keys do not go by bytes.
-bool HasOrder(VqTypeId type, ByteView key) {
-    return (key[0] & ClassMask) == static_cast<unsigned char>(KeyClass::Value) && !IsInByteOrder(type);
+// What the manager can put in order: values of that class, of a type whose keys do not go by bytes. A damaged page can
+// have keys without stored bytes, and a length of 0 is to the manager one that was not told.
+bool HasOrder(VqTypeId type, ByteView a, ByteView b) {
+    return ClassOf(a) == KeyClass::Value && !IsInByteOrder(type) && !StoredOf(a).empty() && !StoredOf(b).empty();
 }
+
+// Like their difference.
+int ClassOrder(ByteView a, ByteView b) { return static_cast<int>(ClassOf(a)) - static_cast<int>(ClassOf(b)); }
 
 // Where the end of a scan lies beside a key of its class, or beside another end.
 int OrderOfEnd(VqTypeId type, unsigned char format, ByteView end, ByteView key) {
@@ -63,12 +62,12 @@ int OrderOfEnd(VqTypeId type, unsigned char format, ByteView end, ByteView key) 
     if (isOutermost != isOtherOutermost) return isOutermost ? side : -otherSide;
     if (isOutermost) return side - otherSide;
     const int order =
-        HasOrder(type, end) ? ManagerOrder(type, format, stored, other, LetterLevel) : BytesOrder(stored, other);
+        HasOrder(type, end, key) ? ManagerOrder(type, format, stored, other, LetterLevel) : BytesOrder(stored, other);
     return order != 0 ? order : side - otherSide;
 }
 
 int OrderBesideEnd(VqTypeId type, unsigned char format, ByteView a, ByteView b) {
-    const int classes = (a[0] & ClassMask) - (b[0] & ClassMask);
+    const int classes = ClassOrder(a, b);
     if (classes != 0) return classes;
     return IsEnd(a) ? OrderOfEnd(type, format, a, b) : -OrderOfEnd(type, format, b, a);
 }
@@ -77,11 +76,11 @@ int OrderBesideEnd(VqTypeId type, unsigned char format, ByteView a, ByteView b) 
 [[gnu::always_inline]] inline int Order(VqTypeId type, unsigned char format, ByteView a, ByteView b) {
     if (a.size() <= IdSize || b.size() <= IdSize) return BytesOrder(a, b);  // none is a key
     if ((a[0] | b[0]) & EndMarks) return OrderBesideEnd(type, format, a, b);
-    const int classes = (a[0] & ClassMask) - (b[0] & ClassMask);
+    const int classes = ClassOrder(a, b);
     if (classes != 0) return classes;
     const ByteView storedA = StoredOf(a), storedB = StoredOf(b);
     if (!AreSame(storedA, storedB)) {
-        const int order = HasOrder(type, a) ? ManagerOrder(type, format, storedA, storedB, VqCmp_Exact) : 0;
+        const int order = HasOrder(type, a, b) ? ManagerOrder(type, format, storedA, storedB, VqCmp_Exact) : 0;
         return order != 0 ? order : BytesOrder(storedA, storedB);
     }
     return IdOrder(format, IdOfKey(a), IdOfKey(b));
@@ -158,8 +157,8 @@ Bytes NullForm(const ValueArray& value, unsigned char format) {
 }  // namespace
 
 bool TreeKey::Read(ByteView key, TreeKey& parts) {
-    if (key.size() <= IdSize || (key[0] & ~(ClassMask | CutKey)) || (key[0] & ClassMask) > 2) return false;
-    parts = {static_cast<KeyClass>(key[0] & ClassMask), (key[0] & CutKey) != 0, StoredOf(key), IdOfKey(key)};
+    if (key.size() <= IdSize || (key[0] & ~CutKey) > static_cast<int>(KeyClass::NoNumber)) return false;
+    parts = {ClassOf(key), (key[0] & CutKey) != 0, StoredOf(key), IdOfKey(key)};
     return true;
 }
 

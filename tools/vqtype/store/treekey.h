@@ -35,6 +35,13 @@ struct TreeKey {
     static bool Read(ByteView key, TreeKey& parts);
 };
 
+/// The parts of a key that is known to be one, or to be the end of a scan.
+/// @{
+inline KeyClass ClassOf(ByteView key) { return static_cast<KeyClass>(key[0] & 0x03); }
+inline ByteView StoredOf(ByteView key) { return key.subspan(1, key.size() - 1 - IdSize); }
+inline ByteView IdOfKey(ByteView key) { return key.last(IdSize); }
+/// @}
+
 /// True for a row whose values can be keys: one with an order, and a disk form.
 bool CanIndex(VqTypeId type);
 /// True for the rows whose keys go by raw bytes alone: no range of theirs answers a comparison.

@@ -25,7 +25,7 @@ Sealed Seal(const Batch& batch, std::uint64_t number, unsigned char format) {
         const ByteView forms = batch.Record(i);
         record.assign(forms.begin(), forms.end());
         sealed.ids.push_back(IdOf(number + i, format));
-        RecordForm::Seal(record, sealed.ids.back());
+        SealBytes(record, sealed.ids.back());
         Append(sealed.bytes, record);
         sealed.ends.push_back(sealed.bytes.size());
     }
@@ -37,7 +37,9 @@ void WriteRecords(Store& store, Transaction& transaction, const Sealed& sealed) 
     bool isAscending = true;
     for (std::size_t i = 0; i < sealed.ids.size(); ++i) {
         isAscending = isAscending && transaction.Append(store.Records(), sealed.ids[i], sealed.Record(i));
-        if (!isAscending) transaction.Put(store.Records(), sealed.ids[i], sealed.Record(i));
+        if (isAscending || transaction.Insert(store.Records(), sealed.ids[i], sealed.Record(i))) continue;
+        throw CommandError("{}: the store is damaged: there is a record {} already, where the next one is to be",
+                           Printable(store.Name()), NumberOf(sealed.ids[i], store.Format()));
     }
 }
 
@@ -51,13 +53,19 @@ void WriteKeys(Store& store, Transaction& transaction, const Sealed& sealed) {
         if (!fault.empty()) throw CommandError("{}: a new record cannot be read: {}", store.Name(), fault);
         for (const Index& index : store.Indexes()) columns[index.column].push_back(forms[index.column]);
     }
-    for (Index& index : store.Indexes()) AddKeys(store, transaction, index, columns[index.column], sealed.ids);
+    for (Index& index : store.Indexes()) {
+        AddKeys(store, transaction, index, columns[index.column], sealed.ids);
+        store.Env().GiveBackPages();
+    }
 }
 
 void Write(Store& store, const Batch& batch) {
     Transaction transaction(store.Env(), Access::Write);
     store.ReadIndexes(transaction);
     const std::uint64_t number = store.NextNumber(transaction);
+    if (batch.Count() >= MostRecords - number) {
+        throw CommandError("{}: the store is full: it has no numbers for more records", Printable(store.Name()));
+    }
     const Sealed sealed = Seal(batch, number, store.Format());
     WriteRecords(store, transaction, sealed);
     WriteKeys(store, transaction, sealed);
