@@ -16,7 +16,7 @@ namespace {
 class Dumper : public TreeVisitor {
   public:
     Dumper(Store& store, const std::optional<std::string>& null)
-        : store_(store), null_(null), form_(store.GetSchema(), store.Format()) {
+        : store_(store), null_(null), form_(store.GetSchema(), store.Format()), fields_(store.GetSchema().Count()) {
         for (const Column& column : store.GetSchema().Columns()) {
             texts_.emplace_back(column, store.Format());
             lines_ += (lines_.empty() ? "" : ",") + column.name;
@@ -34,6 +34,7 @@ class Dumper : public TreeVisitor {
             if (tree.name == RecordsDatabase) snapshot.Pages().Walk(tree, *this, use, report);
         }
         Flush();
+        store_.Env().RequireUnchanged();
         if (damages_ > 0)
             throw CommandError("{}: the store is damaged; its other records are all here", Printable(store_.Name()));
     }
@@ -43,8 +44,16 @@ class Dumper : public TreeVisitor {
         const std::string fault = id.size() == IdSize ? form_.Check(id, record, forms_) : "it has no identifier";
         if (!fault.empty()) return LeaveOut(fmt::format("{}: {}", PlaceOf(id), fault));
         for (std::size_t i = 0; i < forms_.size(); ++i) {
+            try {
+                fields_[i] = texts_[i].Of(forms_[i]);
+            } catch (const CommandError& error) {
+                return LeaveOut(
+                    fmt::format("{}: column {}: {}", PlaceOf(id), store_.GetSchema()[i].name, error.what()));
+            }
+        }
+        for (std::size_t i = 0; i < forms_.size(); ++i) {
             if (i > 0) lines_ += ',';
-            AddField(id, i, texts_[i].Of(forms_[i]));
+            AddField(id, i, fields_[i]);
         }
         lines_ += '\n';
         if (lines_.size() >= BytesHeld) Flush();
@@ -86,6 +95,7 @@ class Dumper : public TreeVisitor {
     const RecordForm form_;
     std::vector<ColumnText> texts_;
     std::vector<ByteView> forms_;
+    std::vector<std::optional<std::string>> fields_;
     std::string lines_;
     std::uint64_t damages_ = 0;
 };
