@@ -3,8 +3,9 @@
 
 StoreLoad/… is making a store, loading a CSV file and indexing two columns, a name in German order and a number. The peer imports the same
 file into a table and makes the same two indexes; its names sort by their bytes. Both leave all on the disk. StoreQuery/… is a query for the
-few rows of one name, its peers are the same by a look at every record and vqtype that does nothing but print its version. The runs
-alternate. OUT.json is what report.py reads; the most memory of each is told on standard error.
+few rows of one name, its peers are the same by a look at every record and vqtype that does nothing but print the command's help; the
+cases with less_start are without the time that takes. StoreDump/… prints all rows as CSV. The runs alternate. OUT.json is what report.py
+reads; the most memory of each is told on standard error.
 """
 import csv
 import itertools
@@ -12,6 +13,7 @@ import json
 import os
 import pathlib
 import shutil
+import statistics
 import subprocess
 import sys
 import time
@@ -81,6 +83,16 @@ def measure(case, contenders, repetitions, before=lambda: None):
         print(f"{case}/{who}: at most {contender.most / MEBIBYTE:.0f} MiB of memory", file=sys.stderr)
 
 
+def without_start(runs_of_queries):
+    """The same less the median start of the program, as cases of their own."""
+    starts = {kind: statistics.median(run["cpu_time"] for run in runs_of_queries if run["name"].endswith(f"/{kind}/peer_start"))
+              for kind in ("process", "clock")}
+    for run in runs_of_queries:
+        case, kind, who = run["name"].rsplit("/", 2)
+        if who != "peer_start":
+            yield {**run, "name": f"{case}/{kind}_less_start/{who}", "cpu_time": max(run["cpu_time"] - starts[kind], 1)}
+
+
 def runs(program, rows):
     store, peer = rows.with_name("store.db"), rows.with_name("sqlite.db")
     vqtype = [program, "store"]
@@ -93,8 +105,14 @@ def runs(program, rows):
     loads["ours"].run()
     name = name_within(rows).replace("'", "''")
     query = [*vqtype, "query", str(store), f"name = '{name}'"]
-    queries = {"ours": Contender(query), "peer_full_scan": Contender([*query, "--no-index"]), "peer_start": Contender([program, "--version"])}
-    yield from measure(f"StoreQuery/{COUNT}", queries, REPETITIONS)
+    start = [*vqtype, "query", "--help"]
+    queries = {"ours": Contender(query), "peer_full_scan": Contender([*query, "--no-index"]), "peer_start": Contender(start)}
+    runs_of_queries = list(measure(f"StoreQuery/{COUNT}", queries, REPETITIONS))
+    yield from runs_of_queries
+    yield from without_start(runs_of_queries)
+    dumps = {"ours": Contender([*vqtype, "dump", str(store)]),
+             "peer_sqlite3": Contender(["sqlite3", "-csv", "-header", str(peer), "select * from places"])}
+    yield from measure(f"StoreDump/{COUNT}", dumps, REPETITIONS)
     remove(store, peer)
 
 
