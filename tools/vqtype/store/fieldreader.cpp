@@ -233,11 +233,17 @@ void FieldReader::CheckFormat() const {
         }
     };
     if (std::none_of(std::begin(pairs), std::end(pairs), isRead)) return;
-    const char* const format = scanFormat_->StrGet();
-    if (one.Print(0, format) == other.Print(0, format)) {
-        throw CommandError("--scan {}={}: the format shows no value: different ones print as {}", column_.name,
-                           Printable(*scan_), Echo(one.Print(0, format)));
-    }
+    const std::string option = fmt::format("--scan {}={}", column_.name, Printable(*scan_));
+    const auto printed = [&](const ValueArray& value) {
+        try {
+            return value.Print(0, scanFormat_->StrGet());
+        } catch (const CommandError& error) {
+            throw CommandError("{}: {}", option, error.what());
+        }
+    };
+    const std::string text = printed(one);
+    if (text != printed(other)) return;
+    throw CommandError("{}: the format shows no value: different ones print as {}", option, Echo(text));
 }
 
 void FieldReader::Append(const ValueArray& value, Bytes& record) const {

@@ -89,8 +89,9 @@ Facts FactsOf(Store& store) {
     store.Env().Check(mdb_env_info(store.Env().Handle(), &map), "looking at the map");
     Facts facts;
     facts.records = store.CountRecords(transaction);
-    std::error_code ignored;
-    facts.fileSize = std::filesystem::file_size(PathOf(store.Name()), ignored);
+    std::error_code failure;
+    facts.fileSize = std::filesystem::file_size(PathOf(store.Name()), failure);
+    if (failure) throw CommandError("{}: {}", Printable(store.Name()), failure.message());
     facts.mapSize = map.me_mapsize;
     facts.freePages = CountFreePages(transaction);
     const auto add = [&](const std::string& name, Database database) {
